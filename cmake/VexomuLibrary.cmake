@@ -1,0 +1,42 @@
+# The shared libraries and the layers they are made of.
+
+# Sets <out> to the C++ sources of a folder; a source added later is noticed by the next build.
+function(vexomu_sources out folder)
+    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    if(NOT sources)
+        set(sources "${PROJECT_BINARY_DIR}/empty.cpp")
+        file(WRITE "${sources}" "")
+    endif()
+    set(${out} "${sources}" PARENT_SCOPE)
+endfunction()
+
+# vexomu_layer(<name> SOURCES <folder> LINKS <targets>): the objects of one layer of VEXomu.
+function(vexomu_layer name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SOURCES" "LINKS")
+    vexomu_sources(sources ${arg_SOURCES})
+    add_library(${name} OBJECT ${sources})
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/source/include")
+    target_compile_definitions(${name} PRIVATE VEXomu_EXPORTS)
+    target_link_libraries(${name} PRIVATE vexomu_options ${arg_LINKS})
+endfunction()
+
+# vexomu_library(<name> HEADERS <folder> [SOURCES <folder>] [LAYERS <targets>] [LINKS <targets>]):
+# a shared library, made from a folder or from layers.
+function(vexomu_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADERS;SOURCES" "LAYERS;LINKS")
+    add_library(${name} SHARED)
+    add_library(VEXomu::${name} ALIAS ${name})
+    if(arg_SOURCES)
+        vexomu_sources(sources ${arg_SOURCES})
+        target_sources(${name} PRIVATE ${sources})
+    endif()
+    foreach(layer IN LISTS arg_LAYERS)
+        target_sources(${name} PRIVATE $<TARGET_OBJECTS:${layer}>)
+    endforeach()
+    target_include_directories(${name} PUBLIC
+        "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${arg_HEADERS}>"
+        "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vexomu>")
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE $<BUILD_INTERFACE:vexomu_options>)
+    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()
