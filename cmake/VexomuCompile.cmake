@@ -6,7 +6,9 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ${VEXOMU_IPO})
 
 # One folder for programs and libraries: on Windows a program finds its DLLs beside itself.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
@@ -16,10 +18,20 @@ if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Kind of build" FORCE)
 endif()
 
+find_program(VEXOMU_CCACHE ccache)
+if(VEXOMU_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${VEXOMU_CCACHE}")
+endif()
+
 add_library(vexomu_options INTERFACE)
-target_compile_options(vexomu_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_compile_options(vexomu_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+target_compile_definitions(vexomu_options INTERFACE
+    $<$<OR:$<CONFIG:Debug>,$<BOOL:${VEXOMU_SANITIZE}>>:_GLIBCXX_ASSERTIONS>)
 if(VEXOMU_SANITIZE)
     target_compile_options(vexomu_options INTERFACE
         -fsanitize=${VEXOMU_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(vexomu_options INTERFACE -fsanitize=${VEXOMU_SANITIZE})
+else()
+    # A library that uses what no library below it offers must not link. (Sanitizers leave such symbols on purpose.)
+    set(CMAKE_SHARED_LINKER_FLAGS "${CMAKE_SHARED_LINKER_FLAGS} -Wl,--no-undefined")
 endif()

@@ -1,4 +1,4 @@
-# The shared libraries and the layers they are made of.
+# The shared libraries and the layers VEXomu is made of.
 
 # Sets <out> to the C++ sources of a folder; a source added later is noticed by the next build.
 function(vexomu_sources out folder)
@@ -21,22 +21,24 @@ function(vexomu_layer name)
 endfunction()
 
 # vexomu_library(<name> HEADERS <folder> [SOURCES <folder>] [LAYERS <targets>] [LINKS <targets>]):
-# a shared library, made from a folder or from layers.
+# a shared library made from a folder or from layers. What it links is seen by its users too: the headers show it.
 function(vexomu_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADERS;SOURCES" "LAYERS;LINKS")
-    add_library(${name} SHARED)
-    add_library(VEXomu::${name} ALIAS ${name})
     if(arg_SOURCES)
         vexomu_sources(sources ${arg_SOURCES})
-        target_sources(${name} PRIVATE ${sources})
     endif()
-    foreach(layer IN LISTS arg_LAYERS)
-        target_sources(${name} PRIVATE $<TARGET_OBJECTS:${layer}>)
-    endforeach()
+    list(TRANSFORM arg_LAYERS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
+    add_library(${name} SHARED ${sources} ${arg_LAYERS})
+    add_library(VEXomu::${name} ALIAS ${name})
     target_include_directories(${name} PUBLIC
         "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${arg_HEADERS}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vexomu>")
     target_compile_features(${name} PUBLIC cxx_std_20)
+    target_compile_definitions(${name} PUBLIC $<$<BOOL:${VEXOMU_COUNT_CLONES}>:VEXUTL_COUNT_CLONES>)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE $<BUILD_INTERFACE:vexomu_options>)
-    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set_target_properties(${name} PROPERTIES
+        LINKER_LANGUAGE CXX
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN")
 endfunction()
