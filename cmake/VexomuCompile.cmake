@@ -25,8 +25,7 @@ endif()
 
 add_library(vexomu_options INTERFACE)
 target_compile_options(vexomu_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
-target_compile_definitions(vexomu_options INTERFACE
-    $<$<OR:$<CONFIG:Debug>,$<BOOL:${VEXOMU_SANITIZE}>>:_GLIBCXX_ASSERTIONS>)
+target_compile_definitions(vexomu_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 if(VEXOMU_SANITIZE)
     target_compile_options(vexomu_options INTERFACE
         -fsanitize=${VEXOMU_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -15,12 +15,15 @@ set(VEXOMU_PYTHON_DIR "${PROJECT_BINARY_DIR}/python")
 set(VEXOMU_INSTALL_PYTHON_DIR "${CMAKE_INSTALL_LIBDIR}/python${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR}/site-packages"
     CACHE STRING "Where Python modules are installed, below the prefix")
 
+add_custom_target(python_modules)
+
 # vexomu_python_module(<name> SOURCES <files> LINKS <targets>): an extension module `import <name>` finds. The .py
 # and .pyi files beside its CMakeLists.txt go with it.
 function(vexomu_python_module name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     Python3_add_library(${name} MODULE WITH_SOABI ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINKS} vexomu_options)
+    add_dependencies(python_modules ${name})
     file(RELATIVE_PATH libraries "/${VEXOMU_INSTALL_PYTHON_DIR}" "/${CMAKE_INSTALL_LIBDIR}")
     set_target_properties(${name} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY "${VEXOMU_PYTHON_DIR}"

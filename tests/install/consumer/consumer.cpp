@@ -3,7 +3,4 @@
 
 #include <iostream>
 
-int main()
-{
-    std::cout << cow_String("installed").AsCharPtr() << '\n';
-}
+int main() { std::cout << cow_String("installed").AsCharPtr() << '\n'; }
