@@ -1,0 +1,193 @@
+#pragma once
+
+#include "VEXutl_export.h"
+#include "thr_RefCount.h"
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <iosfwd>
+#include <string_view>
+
+/// Text with an explicit length; zero bytes are allowed in it. The default (null) text is the empty text.
+///
+/// Ownership:  short texts (up to INLINE_LENGTH bytes) live in the object; longer ones in a counted representation that
+///             copies share until one side writes.
+/// Threads:    one thread at a time; distinct copies may live on distinct threads.
+/// Complexity: copy O(1); comparison, search and replacement O(length); Append amortised O(bytes appended).
+/// Errors:     std::bad_alloc; std::length_error for more than MAX_LENGTH bytes.
+/// References: AsCharPtr() and view() die with the next write to this text or its destruction.
+class VEXUTL_API cow_String
+{
+public:
+    static constexpr std::size_t INLINE_LENGTH = 15;
+    static constexpr std::size_t MAX_LENGTH = 0x7FFFFFFF;
+
+    cow_String() noexcept { InitInline(0); }
+    /// A null pointer gives the empty text.
+    cow_String(const char* text);
+    cow_String(std::string_view text);
+    cow_String(const char* bytes, std::size_t length) : cow_String(std::string_view(bytes, length)) {}
+    explicit cow_String(char character);
+    explicit cow_String(int value);
+    explicit cow_String(unsigned int value);
+    /// The text that "%.15g" gives in the C locale.
+    explicit cow_String(double value);
+
+    cow_String(const cow_String& other) noexcept;
+    cow_String(cow_String&& other) noexcept;
+    cow_String& operator=(const cow_String& other) noexcept;
+    cow_String& operator=(cow_String&& other) noexcept;
+    ~cow_String();
+
+    /// The bytes, followed by a zero byte that does not count.
+    const char* AsCharPtr() const noexcept;
+    std::string_view view() const noexcept { return {AsCharPtr(), size()}; }
+    operator std::string_view() const noexcept { return view(); }
+
+    int Length() const noexcept { return static_cast<int>(size()); }
+    std::size_t size() const noexcept;
+    bool IsEmpty() const noexcept { return size() == 0; }
+    const char* begin() const noexcept { return AsCharPtr(); }
+    const char* end() const noexcept { return AsCharPtr() + size(); }
+
+    /// The byte at `index`; outside the text an assertion is reported and the result is a zero byte.
+    char operator[](int index) const;
+
+    /// The bytes from `from` up to but not including `to`, both clamped to the text; empty when they cross.
+    cow_String Substring(int from, int to) const;
+
+    /// Position of the first occurrence of `text` at or after `from`, or -1.
+    int Find(std::string_view text, int from = 0) const noexcept;
+    /// Position of the last occurrence of `text`, or -1.
+    int FindLast(std::string_view text) const noexcept;
+    bool StartsWith(std::string_view text) const noexcept { return view().starts_with(text); }
+    bool EndsWith(std::string_view text) const noexcept { return view().ends_with(text); }
+    bool Contains(std::string_view text) const noexcept { return Find(text) >= 0; }
+
+    /// Negative, 0 or positive: order by unsigned bytes, a prefix first.
+    int Compare(std::string_view other) const noexcept { return view().compare(other); }
+
+    void Append(std::string_view text);
+    void Append(char character) { Append(std::string_view(&character, 1)); }
+    cow_String& operator+=(std::string_view text)
+    {
+        Append(text);
+        return *this;
+    }
+
+    /// Replaces the byte at `index`; outside the text an assertion is reported and nothing changes.
+    void Set(int index, char character);
+    void Clear() noexcept;
+    /// Makes room for `length` bytes in all, so that appending up to there allocates at most once.
+    void Reserve(std::size_t length);
+
+    /// Replaces the first occurrence of `from` by `to`; false when there is none.
+    bool ReplaceFirst(std::string_view from, std::string_view to);
+    /// Replaces every occurrence of `from`, resuming after each replacement; returns how many. An empty `from` has none.
+    int ReplaceAll(std::string_view from, std::string_view to);
+
+    /// Removes leading, trailing or both kinds of bytes that are among `characters`.
+    void TrimLeft(std::string_view characters);
+    void TrimRight(std::string_view characters);
+    void Trim(std::string_view characters);
+
+    /// True when both share one representation or are the same short text: what a test of sharing looks at.
+    bool SharesWith(const cow_String& other) const noexcept;
+
+private:
+    struct Rep
+    {
+        thr_RefCount holders{1};
+        std::uint32_t length = 0;
+        std::uint32_t capacity = 0; // bytes that fit, the final zero byte not counted
+        char* bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
+    };
+
+    // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes with a zero
+    // byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: never a length above INLINE_LENGTH inline.
+    static constexpr unsigned char HEAP_MARK = 0xFF;
+
+    bool IsHeap() const noexcept { return static_cast<unsigned char>(m_buffer[INLINE_LENGTH]) == HEAP_MARK; }
+    Rep* HeapRep() const noexcept
+    {
+        Rep* rep;
+        std::memcpy(&rep, m_buffer, sizeof rep);
+        return rep;
+    }
+    void InitInline(std::size_t length) noexcept
+    {
+        m_buffer[length] = '\0';
+        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
+    }
+    void InitHeap(Rep* rep) noexcept;
+    void InitCopyOf(std::string_view text);
+    void DropHeap() noexcept;
+    /// A private buffer for a text of `length` bytes that starts with the present one; the length is set by the caller.
+    char* DetachForWrite(std::size_t length, std::size_t capacity);
+    void SetLength(std::size_t length) noexcept;
+
+    alignas(void*) char m_buffer[INLINE_LENGTH + 1];
+};
+
+inline cow_String::cow_String(const cow_String& other) noexcept
+{
+    std::memcpy(m_buffer, other.m_buffer, sizeof m_buffer);
+    if (IsHeap()) {
+        HeapRep()->holders.Raise();
+    }
+}
+
+inline cow_String::cow_String(cow_String&& other) noexcept
+{
+    std::memcpy(m_buffer, other.m_buffer, sizeof m_buffer);
+    other.InitInline(0);
+}
+
+inline cow_String::~cow_String()
+{
+    if (IsHeap()) {
+        DropHeap();
+    }
+}
+
+inline const char* cow_String::AsCharPtr() const noexcept
+{
+    return IsHeap() ? HeapRep()->bytes() : m_buffer;
+}
+
+inline std::size_t cow_String::size() const noexcept
+{
+    return IsHeap() ? HeapRep()->length : INLINE_LENGTH - static_cast<unsigned char>(m_buffer[INLINE_LENGTH]);
+}
+
+VEXUTL_API cow_String operator+(const cow_String& left, std::string_view right);
+VEXUTL_API cow_String operator+(const cow_String& left, const cow_String& right);
+VEXUTL_API cow_String operator+(const cow_String& left, const char* right);
+VEXUTL_API cow_String operator+(const char* left, const cow_String& right);
+
+inline bool operator==(const cow_String& left, const cow_String& right) noexcept
+{
+    return left.view() == right.view();
+}
+inline bool operator==(const cow_String& left, const char* right) noexcept
+{
+    return left.view() == right;
+}
+inline bool operator==(const cow_String& left, std::string_view right) noexcept
+{
+    return left.view() == right;
+}
+inline std::strong_ordering operator<=>(const cow_String& left, const cow_String& right) noexcept
+{
+    return left.view() <=> right.view();
+}
+
+VEXUTL_API std::ostream& operator<<(std::ostream& out, const cow_String& text);
+
+template <> struct std::hash<cow_String>
+{
+    std::size_t operator()(const cow_String& text) const noexcept { return std::hash<std::string_view>()(text.view()); }
+};
