@@ -13,8 +13,8 @@
 
 /// Text with an explicit length; zero bytes are allowed in it. The default (null) text is the empty text.
 ///
-/// Ownership:  short texts (up to INLINE_LENGTH bytes) live in the object; longer ones in a counted representation that
-///             copies share until one side writes.
+/// Ownership:  short texts (up to INLINE_LENGTH bytes) live in the object; longer ones in a counted
+///             representation that copies share until one side writes.
 /// Threads:    one thread at a time; distinct copies may live on distinct threads.
 /// Complexity: copy O(1); comparison, search and replacement O(length); Append amortised O(bytes appended).
 /// Errors:     std::bad_alloc; std::length_error for more than MAX_LENGTH bytes.
@@ -86,7 +86,8 @@ public:
 
     /// Replaces the first occurrence of `from` by `to`; false when there is none.
     bool ReplaceFirst(std::string_view from, std::string_view to);
-    /// Replaces every occurrence of `from`, resuming after each replacement; returns how many. An empty `from` has none.
+    /// Replaces every occurrence of `from`, resuming after each replacement; returns how many. An empty
+    /// `from` occurs nowhere.
     int ReplaceAll(std::string_view from, std::string_view to);
 
     /// Removes leading, trailing or both kinds of bytes that are among `characters`.
@@ -97,6 +98,32 @@ public:
     /// True when both share one representation or are the same short text: what a test of sharing looks at.
     bool SharesWith(const cow_String& other) const noexcept;
 
+    // Friends, so that two string_views or literals never meet them.
+    friend bool operator==(const cow_String& left, const cow_String& right) noexcept
+    {
+        return left.view() == right.view();
+    }
+    friend bool operator==(const cow_String& left, std::string_view right) noexcept
+    {
+        return left.view() == right;
+    }
+    friend bool operator==(const cow_String& left, const char* right) noexcept
+    {
+        return left.view() == std::string_view(right);
+    }
+    friend std::strong_ordering operator<=>(const cow_String& left, const cow_String& right) noexcept
+    {
+        return left.view() <=> right.view();
+    }
+    friend std::strong_ordering operator<=>(const cow_String& left, std::string_view right) noexcept
+    {
+        return left.view() <=> right;
+    }
+    friend std::strong_ordering operator<=>(const cow_String& left, const char* right) noexcept
+    {
+        return left.view() <=> std::string_view(right);
+    }
+
 private:
     struct Rep
     {
@@ -106,8 +133,9 @@ private:
         char* bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
     };
 
-    // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes with a zero
-    // byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: never a length above INLINE_LENGTH inline.
+    // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes
+    // with a zero byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: never a length above
+    // INLINE_LENGTH inline.
     static constexpr unsigned char HEAP_MARK = 0xFF;
 
     bool IsHeap() const noexcept { return static_cast<unsigned char>(m_buffer[INLINE_LENGTH]) == HEAP_MARK; }
@@ -122,12 +150,18 @@ private:
         m_buffer[length] = '\0';
         m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
     }
-    void InitHeap(Rep* rep) noexcept;
+    static Rep* NewRep(std::size_t capacity);
+    void InitRoom(std::size_t capacity);
     void InitCopyOf(std::string_view text);
     void DropHeap() noexcept;
-    /// A private buffer for a text of `length` bytes that starts with the present one; the length is set by the caller.
-    char* DetachForWrite(std::size_t length, std::size_t capacity);
+
+    /// True when a text of `length` bytes can be written over this one: nobody shares it, and there is room.
+    bool FitsInPlace(std::size_t length) const noexcept;
+    char* WritableBytes() noexcept;
     void SetLength(std::size_t length) noexcept;
+    void NoteDetach() const noexcept;
+    /// Reduces the text to the bytes from `from` up to but not including `to`.
+    void Keep(std::size_t from, std::size_t to);
 
     alignas(void*) char m_buffer[INLINE_LENGTH + 1];
 };
@@ -153,10 +187,7 @@ inline cow_String::~cow_String()
     }
 }
 
-inline const char* cow_String::AsCharPtr() const noexcept
-{
-    return IsHeap() ? HeapRep()->bytes() : m_buffer;
-}
+inline const char* cow_String::AsCharPtr() const noexcept { return IsHeap() ? HeapRep()->bytes() : m_buffer; }
 
 inline std::size_t cow_String::size() const noexcept
 {
@@ -168,26 +199,13 @@ VEXUTL_API cow_String operator+(const cow_String& left, const cow_String& right)
 VEXUTL_API cow_String operator+(const cow_String& left, const char* right);
 VEXUTL_API cow_String operator+(const char* left, const cow_String& right);
 
-inline bool operator==(const cow_String& left, const cow_String& right) noexcept
-{
-    return left.view() == right.view();
-}
-inline bool operator==(const cow_String& left, const char* right) noexcept
-{
-    return left.view() == right;
-}
-inline bool operator==(const cow_String& left, std::string_view right) noexcept
-{
-    return left.view() == right;
-}
-inline std::strong_ordering operator<=>(const cow_String& left, const cow_String& right) noexcept
-{
-    return left.view() <=> right.view();
-}
-
 VEXUTL_API std::ostream& operator<<(std::ostream& out, const cow_String& text);
 
-template <> struct std::hash<cow_String>
+template <>
+struct std::hash<cow_String>
 {
-    std::size_t operator()(const cow_String& text) const noexcept { return std::hash<std::string_view>()(text.view()); }
+    std::size_t operator()(const cow_String& text) const noexcept
+    {
+        return std::hash<std::string_view>()(text.view());
+    }
 };
