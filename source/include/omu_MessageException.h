@@ -1,0 +1,31 @@
+#pragma once
+
+#include "VEXomu_export.h"
+#include "nex_CommandException.h"
+
+#include <tuple>
+
+/// What the error classes with one text have in common. It has no row in the run-time type tables, where they
+/// derive from nex_CommandException directly.
+///
+/// Avoid for:  catch clauses; the classes' kinship is an accident of their fields.
+class VEXOMU_API omu_MessageException : public nex_CommandException
+{
+public:
+    using nex_CommandException::nex_CommandException;
+    omu_MessageException() = default;
+    explicit omu_MessageException(cow_String text);
+
+    /// The text as it stands.
+    cow_String JournalMessage() const override;
+
+    const cow_String& Text() const noexcept { return m_text; }
+
+protected:
+    // All of these classes dump under this one word: promised, and it must stay.
+    static constexpr const char* DUMP_NAME = "NAME";
+    static constexpr auto Fields() { return std::tuple(&omu_MessageException::m_text); }
+
+private:
+    cow_String m_text;
+};
