@@ -19,9 +19,11 @@ class utl_FilePath;
 /// nex_TextException with the byte offset. No allocation is sized from unchecked input, so a damaged stream never costs
 /// more memory than a small multiple of its size.
 ///
-/// Ownership:  refers to the caller's bytes or std::streambuf; owns the file it opened.
+/// Ownership:  refers to the caller's bytes or std::streambuf (from which it reads ahead what is there without waiting);
+///             owns the file it opened.
 /// Threads:    one thread at a time.
-/// Errors:     nex_TextException; the value being read is then unspecified but safe to delete.
+/// Errors:     nex_TextException "<what> at offset <bytes>", for a file "<path>: <what> at offset <bytes>"; the value
+///             being read is then unspecified but safe to delete.
 class VEXUTL_API bio_Ifilter
 {
 public:
@@ -34,16 +36,13 @@ public:
     ~bio_Ifilter();
 
     /// Bytes read so far.
-    std::uint64_t Offset() const noexcept
-    {
-        return m_consumed + static_cast<std::uint64_t>(m_cursor - m_begin);
-    }
+    std::uint64_t Offset() const noexcept { return m_consumed + static_cast<std::uint64_t>(m_cursor - m_begin); }
     /// True when no byte is left.
     bool AtEnd();
 
     void ReadBytes(void* bytes, std::size_t count)
     {
-        if (count > static_cast<std::size_t>(m_end - m_cursor)) {
+        if (count > Available()) {
             ReadBytesSlow(bytes, count);
             return;
         }
@@ -94,7 +93,10 @@ public:
 private:
     struct Source; // the file or std::streambuf behind the buffer; absent for memory
 
+    std::uint64_t Rest() const noexcept;
+    std::size_t Available() const noexcept { return static_cast<std::size_t>(m_end - m_cursor); }
     void ReadBytesSlow(void* bytes, std::size_t count);
+    void ReadTextSlow(cow_String& text, std::size_t length);
     bool Refill();
 
     const unsigned char* m_begin = nullptr;

@@ -31,8 +31,9 @@ inline constexpr int bio_MAX_NESTING = 200;
 ///
 /// Ownership:  owns its buffer and the file it opened; refers to a std::streambuf of the caller.
 /// Threads:    one thread at a time.
-/// Errors:     nex_TextException when the file or std::streambuf takes no more bytes, or nesting is deeper than
-///             bio_MAX_NESTING. Close() reports what is still unwritten; the destructor writes it but cannot report.
+/// Errors:     nex_TextException when the file or std::streambuf takes no more bytes (from then on every call that
+///             hands bytes over throws again), or nesting is deeper than bio_MAX_NESTING. Close() reports what is still
+///             unwritten; the destructor writes it but cannot report.
 class VEXUTL_API bio_Ofilter
 {
 public:
@@ -83,7 +84,12 @@ public:
         return *this;
     }
 
-    bio_Ofilter& operator<<(const cow_String& text);
+    bio_Ofilter& operator<<(const cow_String& text)
+    {
+        *this << static_cast<std::uint32_t>(text.size());
+        WriteBytes(text.AsCharPtr(), text.size());
+        return *this;
+    }
     bio_Ofilter& operator<<(const char* text) { return *this << cow_String(text); }
 
     /// Counts one level of nesting for its lifetime; the constructor throws when it is one too many.
@@ -104,6 +110,9 @@ private:
 
     std::size_t Buffered() const noexcept { return static_cast<std::size_t>(m_cursor - m_buffer.get()); }
     void WriteBytesSlow(const void* bytes, std::size_t count);
+    void Grow(std::size_t count);
+    void Send(const void* bytes, std::size_t count);
+    void RequireOpen() const;
     [[noreturn]] void Fail(const char* what) const;
 
     std::unique_ptr<unsigned char[]> m_buffer;

@@ -39,6 +39,9 @@ public:
     const char* what() const noexcept override;
 
 private:
+    friend class nex_Exception; // what() relies on being a part of one
+    nex_StdException() = default;
+
     mutable cow_String m_what;
 };
 

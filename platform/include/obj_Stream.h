@@ -36,8 +36,12 @@ VEXUTL_API void* obj_DeepCopyP0Ptr(const void* object, std::uint32_t typeId);
 /// A class with an identity and stream functions of its own.
 template <class C>
 concept obj_Persistable = requires(const C& object, C* target, bio_Ifilter& in, bio_Ofilter& out) {
-    { C::TypeId() } -> std::convertible_to<std::uint32_t>;
-    { object.DynTypeId() } -> std::convertible_to<std::uint32_t>;
+    {
+        C::TypeId()
+    } -> std::convertible_to<std::uint32_t>;
+    {
+        object.DynTypeId()
+    } -> std::convertible_to<std::uint32_t>;
     C::ReadData(in, target);
     C::WriteData(out, &object);
 };

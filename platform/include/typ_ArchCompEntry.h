@@ -37,7 +37,15 @@ struct typ_Entry
     WriteFn write = nullptr;
     PrintFn print = nullptr;
     DtorFn dtor = nullptr;
+    bool isAbstract = false; ///< no stream may announce an object of the class
 };
+
+/// The row of class C with all its static functions.
+template <class C>
+constexpr typ_Entry typ_EntryOf(typ_KindEnm kind, const char* name, std::uint32_t parent, bool isAbstract = false)
+{
+    return {kind, name, parent, C::CtorFunc, C::ReadData, C::WriteData, C::PrintData, C::DtorFunc, isAbstract};
+}
 
 /// The rows of one component; row r of component c has type id (c << 16) + r. Row 0 is always empty.
 /// Ownership: refers to a static array of the component's library.
