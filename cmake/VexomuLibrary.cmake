@@ -1,8 +1,15 @@
 # The shared libraries and the layers VEXomu is made of.
 
-# Sets <out> to the C++ sources of a folder; a source added later is noticed by the next build.
+set(other_system windows)
+if(WIN32)
+    set(other_system posix)
+endif()
+
+# Sets <out> to the C++ sources of a folder, less those named after another operating system; a source added later
+# is noticed by the next build.
 function(vexomu_sources out folder)
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    list(FILTER sources EXCLUDE REGEX "_${other_system}\\.cpp$")
     if(NOT sources)
         set(sources "${PROJECT_BINARY_DIR}/empty.cpp")
         file(WRITE "${sources}" "")

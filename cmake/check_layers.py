@@ -14,7 +14,7 @@ LAYERS = ["crt", "thr", "utl", "rgx", "cls", "uti", "omu"]
 HEADER_LAYERS = [
     (re.compile(pattern), layer)
     for pattern, layer in [
-        (r"VEXCRT", "crt"),
+        (r"VEX(CRT|crt)", "crt"),
         (r"VEXthr|thr_|omi_Singleton", "thr"),
         (r"VEXutl|(cow|nex|typ|obj|bio|pnt|utl|omn|omi)_", "utl"),
         (r"VEXomu|rgx_", "rgx"),  # VEXomu_export.h serves all layers of the library, so it stands with the lowest
