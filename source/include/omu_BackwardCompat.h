@@ -3,6 +3,10 @@
 #include "VEXomu_export.h"
 #include "omi_Singleton.h"
 
+class omu_BackwardCompat;
+extern template class VEXOMU_API omi_SingletonBase<omu_BackwardCompat>;
+extern template class VEXOMU_API omi_Singleton<omu_BackwardCompat>;
+
 /// Whether scripts may still use deprecated names. The environment decides, once, on first use: on by default, off when
 /// BRENOW_DEVL_MODE is set; BRENOW_DEPRECATED overrides both when it is exactly "ON" or "OFF".
 ///
@@ -21,6 +25,3 @@ private:
 
     bool m_isOn;
 };
-
-extern template class VEXOMU_API omi_SingletonBase<omu_BackwardCompat>;
-extern template class VEXOMU_API omi_Singleton<omu_BackwardCompat>;

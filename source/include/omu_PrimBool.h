@@ -22,8 +22,7 @@ public:
     static std::uint32_t TypeId();
     static void* CtorFunc(bio_Ifilter& in, void* place);
     static void DtorFunc(void* object);
-    static void ReadData(bio_Ifilter& in, void* object);
-    static void WriteData(bio_Ofilter& out, const void* object);
+    // ReadData and WriteData are those of omu_PrimEnumBase.
     static void PrintData(pnt_PrettyPrint& out, const void* object);
 };
 

@@ -8,6 +8,10 @@
 #include "omi_Singleton.h"
 #include "omu_SymbolicConstantData.h"
 
+class omu_SymbolicConstantTable;
+extern template class VEXOMU_API omi_SingletonBase<omu_SymbolicConstantTable>;
+extern template class VEXOMU_API omi_Singleton<omu_SymbolicConstantTable>;
+
 /// Gives the name of every symbolic constant a small number. Number 0 is "_UNSPECIFIED"; no name is ever removed.
 ///
 /// Threads:    the application's main thread.
@@ -39,6 +43,3 @@ private:
     cow_1DArray<omu_SymbolicConstantData> m_data;
     cow_Map<cow_String, unsigned int> m_ids; // name -> position in m_names
 };
-
-extern template class VEXOMU_API omi_SingletonBase<omu_SymbolicConstantTable>;
-extern template class VEXOMU_API omi_Singleton<omu_SymbolicConstantTable>;

@@ -7,6 +7,9 @@
 #include <limits>
 
 class omu_InterfaceObj;
+class omu_TextRepr;
+extern template class VEXOMU_API omi_SingletonBase<omu_TextRepr>;
+extern template class VEXOMU_API omi_Singleton<omu_TextRepr>;
 
 /// How kernel objects and repositories are shown to scripts. The texts of plain values do not depend on these settings.
 ///
@@ -49,6 +52,3 @@ private:
     int m_significantDigits = 3;
     cow_String m_maxRecursionString = "%s object";
 };
-
-extern template class VEXOMU_API omi_SingletonBase<omu_TextRepr>;
-extern template class VEXOMU_API omi_Singleton<omu_TextRepr>;

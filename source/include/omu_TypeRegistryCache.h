@@ -5,6 +5,10 @@
 #include "omi_Singleton.h"
 #include "omu_Primitive.h"
 
+class omu_TypeRegistryCache;
+extern template class VEXOMU_API omi_SingletonBase<omu_TypeRegistryCache>;
+extern template class VEXOMU_API omi_Singleton<omu_TypeRegistryCache>;
+
 /// The type names exposed to scripts, and beside each name a value that the application may keep there.
 ///
 /// Ownership:  owns the values.
@@ -33,6 +37,3 @@ private:
 
     cow_Map<cow_String, omu_Primitive*> m_values; // owned; null: the name alone
 };
-
-extern template class VEXOMU_API omi_SingletonBase<omu_TypeRegistryCache>;
-extern template class VEXOMU_API omi_Singleton<omu_TypeRegistryCache>;
