@@ -22,6 +22,8 @@ template <class T> struct cow_Virtual
 template <class T, class Cloner = cow_Virtual<T>> class cow_ArrayCOW
 {
 public:
+    using cow_Relocatable = cow_ArrayCOW;
+
     cow_ArrayCOW() noexcept = default;
     /// Takes over `object` (may be null), which no other holder may hold.
     explicit cow_ArrayCOW(T* object) noexcept : m_object(object)

@@ -22,6 +22,8 @@
 class VEXUTL_API cow_String
 {
 public:
+    using cow_Relocatable = cow_String;
+
     static constexpr std::size_t INLINE_LENGTH = 15;
     static constexpr std::size_t MAX_LENGTH = 0x7FFFFFFF;
 
@@ -103,10 +105,7 @@ public:
     {
         return left.view() == right.view();
     }
-    friend bool operator==(const cow_String& left, std::string_view right) noexcept
-    {
-        return left.view() == right;
-    }
+    friend bool operator==(const cow_String& left, std::string_view right) noexcept { return left.view() == right; }
     friend bool operator==(const cow_String& left, const char* right) noexcept
     {
         return left.view() == std::string_view(right);
@@ -187,7 +186,10 @@ inline cow_String::~cow_String()
     }
 }
 
-inline const char* cow_String::AsCharPtr() const noexcept { return IsHeap() ? HeapRep()->bytes() : m_buffer; }
+inline const char* cow_String::AsCharPtr() const noexcept
+{
+    return IsHeap() ? HeapRep()->bytes() : m_buffer;
+}
 
 inline std::size_t cow_String::size() const noexcept
 {
@@ -201,11 +203,7 @@ VEXUTL_API cow_String operator+(const char* left, const cow_String& right);
 
 VEXUTL_API std::ostream& operator<<(std::ostream& out, const cow_String& text);
 
-template <>
-struct std::hash<cow_String>
+template <> struct std::hash<cow_String>
 {
-    std::size_t operator()(const cow_String& text) const noexcept
-    {
-        return std::hash<std::string_view>()(text.view());
-    }
+    std::size_t operator()(const cow_String& text) const noexcept { return std::hash<std::string_view>()(text.view()); }
 };

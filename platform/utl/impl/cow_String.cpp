@@ -11,10 +11,10 @@
 #include <stdexcept>
 #include <utility>
 
-namespace {
+namespace
+{
 constexpr const char* SOURCE = "platform/utl/impl/cow_String";
-constexpr std::size_t BLOCK_BYTES =
-    16; // representations are multiples of this, so that growing in small steps is rare
+constexpr std::size_t BLOCK_BYTES = 16; // representations are multiples of this, so that growing in small steps is rare
 
 /// Text of a number, alive for the expression that uses it.
 class NumberText
@@ -80,17 +80,35 @@ void cow_String::InitCopyOf(std::string_view text)
     }
 }
 
-cow_String::cow_String(const char* text) { InitCopyOf(text != nullptr ? std::string_view(text) : ""); }
+cow_String::cow_String(const char* text)
+{
+    InitCopyOf(text != nullptr ? std::string_view(text) : "");
+}
 
-cow_String::cow_String(std::string_view text) { InitCopyOf(text); }
+cow_String::cow_String(std::string_view text)
+{
+    InitCopyOf(text);
+}
 
-cow_String::cow_String(char character) { InitCopyOf({&character, 1}); }
+cow_String::cow_String(char character)
+{
+    InitCopyOf({&character, 1});
+}
 
-cow_String::cow_String(int value) { InitCopyOf(NumberText(value)); }
+cow_String::cow_String(int value)
+{
+    InitCopyOf(NumberText(value));
+}
 
-cow_String::cow_String(unsigned int value) { InitCopyOf(NumberText(value)); }
+cow_String::cow_String(unsigned int value)
+{
+    InitCopyOf(NumberText(value));
+}
 
-cow_String::cow_String(double value) { InitCopyOf(NumberText(value, std::chars_format::general, 15)); }
+cow_String::cow_String(double value)
+{
+    InitCopyOf(NumberText(value, std::chars_format::general, 15));
+}
 
 cow_String& cow_String::operator=(const cow_String& other) noexcept
 {
@@ -153,7 +171,10 @@ bool cow_String::FitsInPlace(std::size_t length) const noexcept
     return length <= rep->capacity && rep->holders.IsUnique();
 }
 
-char* cow_String::WritableBytes() noexcept { return IsHeap() ? HeapRep()->bytes() : m_buffer; }
+char* cow_String::WritableBytes() noexcept
+{
+    return IsHeap() ? HeapRep()->bytes() : m_buffer;
+}
 
 void cow_String::SetLength(std::size_t length) noexcept
 {
@@ -255,8 +276,7 @@ int cow_String::ReplaceAll(std::string_view from, std::string_view to)
     cow_String replaced;
     std::size_t kept = 0;
     int count = 0;
-    for (std::size_t found; (found = text.find(from, kept)) != std::string_view::npos;
-         kept = found + from.size()) {
+    for (std::size_t found; (found = text.find(from, kept)) != std::string_view::npos; kept = found + from.size()) {
         replaced.Append(text.substr(kept, found - kept));
         replaced.Append(to);
         ++count;
@@ -287,7 +307,10 @@ void cow_String::TrimLeft(std::string_view characters)
     Keep(std::min(view().find_first_not_of(characters), size()), size());
 }
 
-void cow_String::TrimRight(std::string_view characters) { Keep(0, view().find_last_not_of(characters) + 1); }
+void cow_String::TrimRight(std::string_view characters)
+{
+    Keep(0, view().find_last_not_of(characters) + 1);
+}
 
 void cow_String::Trim(std::string_view characters)
 {
@@ -301,7 +324,8 @@ bool cow_String::SharesWith(const cow_String& other) const noexcept
                                       : IsHeap() == other.IsHeap() && view() == other.view();
 }
 
-namespace {
+namespace
+{
 cow_String Joined(std::string_view left, std::string_view right)
 {
     cow_String joined;
@@ -312,12 +336,27 @@ cow_String Joined(std::string_view left, std::string_view right)
 }
 } // namespace
 
-cow_String operator+(const cow_String& left, std::string_view right) { return Joined(left, right); }
+cow_String operator+(const cow_String& left, std::string_view right)
+{
+    return Joined(left, right);
+}
 
-cow_String operator+(const cow_String& left, const cow_String& right) { return Joined(left, right); }
+cow_String operator+(const cow_String& left, const cow_String& right)
+{
+    return Joined(left, right);
+}
 
-cow_String operator+(const cow_String& left, const char* right) { return Joined(left, right); }
+cow_String operator+(const cow_String& left, const char* right)
+{
+    return Joined(left, right);
+}
 
-cow_String operator+(const char* left, const cow_String& right) { return Joined(left, right); }
+cow_String operator+(const char* left, const cow_String& right)
+{
+    return Joined(left, right);
+}
 
-std::ostream& operator<<(std::ostream& out, const cow_String& text) { return out << text.view(); }
+std::ostream& operator<<(std::ostream& out, const cow_String& text)
+{
+    return out << text.view();
+}
