@@ -83,6 +83,9 @@ private:
         return qualifier >= omu_NO_RANGE && qualifier <= omu_NOT_INCLUSIVE;
     }
 
+    /// What kind of number is wanted, with a blank at its end.
+    cow_String Requirement() const;
+
     cow_String m_quantity;
     ValueKindEnm m_valueKind = NO_KIND;
     cow_String m_lowerLimit;

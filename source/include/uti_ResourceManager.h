@@ -8,6 +8,10 @@
 #include <functional>
 #include <utility>
 
+class uti_ResourceManager;
+extern template class VEXOMU_API thr_ThreadSingletonBase<uti_ResourceManager>;
+extern template class VEXOMU_API thr_ThreadSingleton<uti_ResourceManager>;
+
 /// Decides which text a user sees where the program has a label and a default text: the place where
 /// translations come in. Without a lookup of its own the default text is shown.
 ///
