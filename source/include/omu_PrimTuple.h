@@ -157,9 +157,28 @@ public:
 protected:
     bool CountError() const noexcept { return m_size < m_minimum || m_size > m_maximum; }
     void SetTypeError(const cow_String& expected);
-    void IncrementCursor() noexcept;
+    void IncrementCursor() noexcept
+    {
+        ++m_cursor;
+        ++m_gets;
+        ++m_maximum;
+        m_minimum += m_optional ? 0 : 1;
+    }
     void ResetReading() noexcept;
     void SetDefaultName(const cow_String& name) { m_defaultName = name; }
+
+    // What every Get does: test the item at the cursor and convert it, record a mismatch, advance. Without an expected
+    // name it is the one that the tuple has for the type. Defined in omu_Convert_detail.h.
+    template <class T> void FetchPositional(T& value);
+    template <class T> void FetchPositional(T& value, const char* expected);
+
+    /// The item at the cursor, none for a slot not filled; null when nothing is to be tested.
+    const omu_Primitive* ItemToTest() const noexcept
+    {
+        return m_cursor < m_size && m_typeErrorPosition == 0 ? &ItemOrNone(m_cursor) : nullptr;
+    }
+    /// Takes the value for the next slot.
+    void Store(omu_Primitive* value);
 
     // The marshalling state; omu_Arguments adds keyword values to it.
     int m_size = 0;              // slots, fixed at construction
@@ -177,4 +196,14 @@ protected:
 
 private:
     friend class omu_PrimList;
+
+    /// The item, or a none value for a slot not filled; `index` is not checked.
+    const omu_Primitive& ItemOrNone(int index) const noexcept;
+    void StoreItem(omu_PrimHolder item);
+    // The items with brackets around; slices and repetitions as Sequence, a tuple or a list.
+    cow_String ItemsAsString(int depth, const char* open, const char* close) const;
+    template <class Sequence> Sequence* SliceAs(int low, int high) const;
+    template <class Sequence> Sequence* RepeatAs(int count) const;
+    template <class Sequence> Sequence* ConcatAs(const omu_PrimSequence* other) const;
+    void PutCopy(const omu_Primitive* item);
 };

@@ -44,6 +44,13 @@ public:
     /// True when the value's class is `typeId` or derives from it: the test before every down-cast.
     bool IsA(std::uint32_t typeId) const;
 
+    /// Levels of containers in a value, 0 for a scalar. A container that has held deeper values may answer more.
+    int Nesting() const noexcept { return m_nesting; }
+    /// Most levels, so that whatever walks a value can recurse and every value can be written to a stream.
+    static constexpr int MAX_NESTING = 200;
+    /// False for kernel objects, and for containers that have held one.
+    bool HasStreamForm() const noexcept { return m_hasStreamForm; }
+
     static std::uint32_t TypeId();
     /// Reports an assertion and returns null: the class is abstract.
     static void* CtorFunc(bio_Ifilter& in, void* place);
@@ -64,19 +71,32 @@ public:
     bool CowIsUnique() const noexcept { return m_holders.IsUnique(); }
 
 protected:
-    explicit omu_Primitive(char typeCode) noexcept : m_typeCode(typeCode), m_mark(typeCode == 'n' ? 0 : 1) {}
+    explicit omu_Primitive(char typeCode) noexcept
+        : m_typeCode(typeCode), m_mark(typeCode == 'n' ? 0 : 1), m_nesting(typeCode == '(' || typeCode == '{' ? 1 : 0),
+          m_hasStreamForm(typeCode != '<')
+    {}
     /// Reads nothing: the data follows through ReadData. The class gives its own (default) code.
     omu_Primitive(bio_Ifilter&, char typeCode) noexcept : omu_Primitive(typeCode) {}
-    omu_Primitive(const omu_Primitive& other) noexcept : m_typeCode(other.m_typeCode), m_mark(other.m_mark) {}
-    /// Copies the type code; holders stay with the object that is assigned to.
+    omu_Primitive(const omu_Primitive& other) noexcept
+        : m_typeCode(other.m_typeCode), m_mark(other.m_mark), m_nesting(other.m_nesting),
+          m_hasStreamForm(other.m_hasStreamForm)
+    {}
+    /// Copies what describes the value; holders stay with the object that is assigned to.
     omu_Primitive& operator=(const omu_Primitive& other) noexcept
     {
         m_typeCode = other.m_typeCode;
+        m_nesting = other.m_nesting;
+        m_hasStreamForm = other.m_hasStreamForm;
         return *this;
     }
 
     /// Reads the root's type code and throws unless it is one of the characters of `allowedCodes`.
     static void ReadTypeCode(bio_Ifilter& in, omu_Primitive& value, const char* allowedCodes);
+
+    /// What a container does before it takes `item`; throws nex_TextException when that is nested too deep.
+    void NoteItem(const omu_Primitive& item);
+    /// What a container does before its first byte goes into a stream; throws nex_TextException.
+    static void RequireStreamForm(const omu_Primitive& value);
 
 private:
     friend class omu_PrimNone;
@@ -84,6 +104,8 @@ private:
     char m_typeCode;
     // The byte that none values compare: 0 in them, 1 in every other value, so that nothing else equals none.
     unsigned char m_mark;
+    std::uint8_t m_nesting;
+    bool m_hasStreamForm;
     mutable thr_RefCount m_holders{0};
 };
 

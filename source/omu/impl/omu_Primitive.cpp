@@ -1,10 +1,22 @@
 #include "omu_Primitive.h"
 
 #include "VEXCRT.h"
+#include "nex_TextException.h"
+#include "omu_PrimWrapper.h"
 #include "omu_TypeIds.h"
 #include "typ_ArchCompTable.h"
 
+#include <algorithm>
 #include <string_view>
+
+static_assert(omu_Primitive::MAX_NESTING == bio_MAX_NESTING, "whatever can be built can be written");
+
+namespace
+{
+
+constexpr const char* SOURCE = "source/omu/impl/omu_Primitive";
+
+} // namespace
 
 cow_String omu_Primitive::TypeString() const
 {
@@ -28,8 +40,7 @@ std::uint32_t omu_Primitive::TypeId()
 
 void* omu_Primitive::CtorFunc(bio_Ifilter&, void*)
 {
-    VEXCRT::_assert("omu_Primitive::CtorFunc(): Illegal call to abstract class constructor.",
-                    "source/omu/impl/omu_Primitive", __LINE__);
+    VEXCRT::_assert("omu_Primitive::CtorFunc(): Illegal call to abstract class constructor.", SOURCE, __LINE__);
     return nullptr;
 }
 
@@ -54,6 +65,26 @@ void omu_Primitive::ReadTypeCode(bio_Ifilter& in, omu_Primitive& value, const ch
         in.FailAt("type code of another class", start);
     }
     value.m_typeCode = code;
+}
+
+void omu_Primitive::NoteItem(const omu_Primitive& item)
+{
+    // The attributes of a wrapper may change at any time, so it keeps no account of its own.
+    const bool isWrapper = item.IsType('w');
+    const omu_Primitive& inner = isWrapper ? static_cast<const omu_PrimWrapper&>(item).Attributes() : item;
+    const int levels = inner.m_nesting + (isWrapper ? 2 : 1);
+    if (levels > MAX_NESTING) {
+        nex_TextException("value nested deeper than " + cow_String(MAX_NESTING) + " levels").Throw(SOURCE, __LINE__);
+    }
+    m_nesting = static_cast<std::uint8_t>(std::max<int>(m_nesting, levels));
+    m_hasStreamForm = m_hasStreamForm && inner.m_hasStreamForm;
+}
+
+void omu_Primitive::RequireStreamForm(const omu_Primitive& value)
+{
+    if (!value.m_hasStreamForm) {
+        nex_TextException("kernel objects cannot be written to a stream").Throw(SOURCE, __LINE__);
+    }
 }
 
 void omu_Primitive::WriteData(bio_Ofilter& out, const void* object)
