@@ -32,6 +32,14 @@ public:
         }
         m_items.Resize(static_cast<int>(count));
     }
+    cow_2DArray(const cow_2DArray& other) noexcept = default;
+    cow_2DArray(cow_2DArray&& other) noexcept { Swap(other); }
+    cow_2DArray& operator=(cow_2DArray other) noexcept
+    {
+        Swap(other);
+        return *this;
+    }
+    ~cow_2DArray() = default;
 
     int Rows() const noexcept { return m_rows; }
     int Columns() const noexcept { return m_columns; }
@@ -101,6 +109,12 @@ public:
     }
 
 private:
+    void Swap(cow_2DArray& other) noexcept
+    {
+        std::swap(m_items, other.m_items);
+        std::swap(m_rows, other.m_rows);
+        std::swap(m_columns, other.m_columns);
+    }
     std::size_t Position(int row, int column) const noexcept
     {
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) + static_cast<std::size_t>(column);

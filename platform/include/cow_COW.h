@@ -44,13 +44,15 @@ public:
     /// The object for writing: cloned first when another holder shares it. Null stays null.
     T* Get()
     {
-        if (!IsNull() && !m_object.IsUnique()) {
+        if (IsShared()) {
             cow_NoteClone<T>();
             m_object = Cloner::Clone(*m_object);
         }
         return m_object.get();
     }
 
+    /// True when another holder has the same object.
+    bool IsShared() const noexcept { return !IsNull() && !m_object.IsUnique(); }
     bool SharesWith(const cow_COW& other) const noexcept { return m_object == other.m_object; }
 
 private:

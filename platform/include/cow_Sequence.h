@@ -90,6 +90,8 @@ public:
 
     /// True when both hold the same items in the same memory, or both hold none at all.
     bool SharesWith(const cow_Sequence& other) const noexcept { return m_block == other.m_block; }
+    /// True when another holder has the same memory.
+    bool IsShared() const noexcept { return m_block != nullptr && !m_block->holders.IsUnique(); }
 
     void Set(int index, T value)
     {
@@ -115,17 +117,21 @@ public:
         MakeRoom(1);
         Construct(m_block->length, std::move(value));
     }
-    /// Appends all of `items`, which may be this sequence.
-    void AppendAll(const cow_Sequence& items)
+    /// Appends all of `items`, which may be this sequence; moves them when nobody else holds them.
+    void AppendAll(cow_Sequence items)
     {
-        if (IsEmpty()) {
-            *this = items;
+        if (items.IsEmpty()) {
             return;
         }
-        const cow_Sequence source(items);
-        MakeRoom(source.Length());
-        std::uninitialized_copy(source.begin(), source.end(), ItemsOf(m_block) + m_block->length);
-        m_block->length += source.Length();
+        MakeRoom(items.Length());
+        T* const place = ItemsOf(m_block) + m_block->length;
+        if (items.IsUnshared()) {
+            cow_Relocate(ItemsOf(items.m_block), items.size(), place);
+            m_block->length += std::exchange(items.m_block->length, 0);
+        } else {
+            std::uninitialized_copy(items.begin(), items.end(), place);
+            m_block->length += items.Length();
+        }
     }
     /// Inserts `value` before the item at `index`; an index of Length() appends.
     void Insert(int index, T value)
@@ -177,6 +183,15 @@ public:
             Reallocate(length, Length());
         }
     }
+    /// Makes room for `more` items behind the present ones, and some to spare: adding them then cannot throw.
+    void MakeRoom(int more)
+    {
+        if (!IsUnshared() || more > m_block->capacity - m_block->length) {
+            Reallocate(cow_Block::GrownCapacity(m_block, more, sizeof(T)), Length());
+        }
+    }
+    /// Number of items there is room for without an allocation, unless the sequence is shared.
+    int Capacity() const noexcept { return m_block != nullptr ? m_block->capacity : 0; }
     /// Drops all items; room that nobody shares is kept.
     void Clear() { Truncate(0); }
 
@@ -223,16 +238,8 @@ private:
 
     void Detach()
     {
-        if (m_block != nullptr && !m_block->holders.IsUnique()) {
+        if (IsShared()) {
             Reallocate(m_block->length, m_block->length);
-        }
-    }
-
-    /// An unshared block with room for `more` items behind the present ones.
-    void MakeRoom(int more)
-    {
-        if (!IsUnshared() || more > m_block->capacity - m_block->length) {
-            Reallocate(cow_Block::GrownCapacity(m_block, more, sizeof(T)), Length());
         }
     }
 

@@ -3,6 +3,7 @@
 #include "VEXutl_export.h"
 #include "thr_RefCount.h"
 
+#include <bit>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +28,7 @@ public:
     static constexpr std::size_t INLINE_LENGTH = 15;
     static constexpr std::size_t MAX_LENGTH = 0x7FFFFFFF;
 
-    cow_String() noexcept { InitInline(0); }
+    cow_String() noexcept { InitEmpty(); }
     /// A null pointer gives the empty text.
     cow_String(const char* text);
     cow_String(std::string_view text);
@@ -100,10 +101,29 @@ public:
     /// True when both share one representation or are the same short text: what a test of sharing looks at.
     bool SharesWith(const cow_String& other) const noexcept;
 
+    /// The first INLINE_LENGTH bytes and the length (one number for all above INLINE_LENGTH) packed into two integers.
+    /// Texts order as their ranks do; of equal rank are equal texts and some that are both longer than INLINE_LENGTH.
+    struct Rank
+    {
+        std::uint64_t high;
+        std::uint64_t low;
+
+        bool IsOfLongText() const noexcept { return (low & 0xFF) > INLINE_LENGTH; }
+        /// Without branches, for searches.
+        bool IsBelow(const Rank& other) const noexcept
+        {
+            return (high < other.high) | ((high == other.high) & (low < other.low));
+        }
+        friend bool operator==(const Rank&, const Rank&) noexcept = default;
+        friend std::strong_ordering operator<=>(const Rank&, const Rank&) noexcept = default;
+    };
+    Rank GetRank() const noexcept { return IsHeap() ? RankOf(view()) : InlineRank(); }
+    static Rank RankOf(std::string_view text) noexcept;
+
     // Friends, so that two string_views or literals never meet them.
     friend bool operator==(const cow_String& left, const cow_String& right) noexcept
     {
-        return left.view() == right.view();
+        return left.IsHeap() || right.IsHeap() ? left.view() == right.view() : left.InlineRank() == right.InlineRank();
     }
     friend bool operator==(const cow_String& left, std::string_view right) noexcept { return left.view() == right; }
     friend bool operator==(const cow_String& left, const char* right) noexcept
@@ -112,7 +132,8 @@ public:
     }
     friend std::strong_ordering operator<=>(const cow_String& left, const cow_String& right) noexcept
     {
-        return left.view() <=> right.view();
+        return left.IsHeap() || right.IsHeap() ? left.view() <=> right.view()
+                                               : left.InlineRank() <=> right.InlineRank();
     }
     friend std::strong_ordering operator<=>(const cow_String& left, std::string_view right) noexcept
     {
@@ -132,9 +153,8 @@ private:
         char* bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
     };
 
-    // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes
-    // with a zero byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: never a length above
-    // INLINE_LENGTH inline.
+    // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes with a zero
+    // byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: the bytes behind a short text are 0.
     static constexpr unsigned char HEAP_MARK = 0xFF;
 
     bool IsHeap() const noexcept { return static_cast<unsigned char>(m_buffer[INLINE_LENGTH]) == HEAP_MARK; }
@@ -144,10 +164,18 @@ private:
         std::memcpy(&rep, m_buffer, sizeof rep);
         return rep;
     }
-    void InitInline(std::size_t length) noexcept
+    void InitEmpty() noexcept
     {
-        m_buffer[length] = '\0';
-        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
+        std::memset(m_buffer, 0, INLINE_LENGTH);
+        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH);
+    }
+    Rank InlineRank() const noexcept
+    {
+        static_assert(std::endian::native == std::endian::little && INLINE_LENGTH == 15);
+        std::uint64_t words[2];
+        std::memcpy(words, m_buffer, sizeof words);
+        // The last byte becomes the length: for up to 15, 15 - n is 15 ^ n.
+        return {__builtin_bswap64(words[0]), __builtin_bswap64(words[1]) ^ INLINE_LENGTH};
     }
     static Rep* NewRep(std::size_t capacity);
     void InitRoom(std::size_t capacity);
@@ -176,7 +204,7 @@ inline cow_String::cow_String(const cow_String& other) noexcept
 inline cow_String::cow_String(cow_String&& other) noexcept
 {
     std::memcpy(m_buffer, other.m_buffer, sizeof m_buffer);
-    other.InitInline(0);
+    other.InitEmpty();
 }
 
 inline cow_String::~cow_String()

@@ -59,7 +59,7 @@ std::int32_t cow_Block::GrownCapacity(const cow_Block* block, std::int32_t more,
         TooLong();
     }
     const auto first = static_cast<std::int64_t>((FIRST_BYTES - sizeof(cow_Block)) / itemBytes);
-    return static_cast<std::int32_t>(std::min<std::int64_t>(std::max({needed, length + length / 2, first}), MAX_ITEMS));
+    return static_cast<std::int32_t>(std::min<std::int64_t>(std::max({needed, 2 * length, first}), MAX_ITEMS));
 }
 
 void cow_Block::ReportOutside()

@@ -63,7 +63,7 @@ void cow_String::DropHeap() noexcept
 void cow_String::InitRoom(std::size_t capacity)
 {
     if (capacity <= INLINE_LENGTH) {
-        InitInline(0);
+        InitEmpty();
         return;
     }
     Rep* const rep = NewRep(capacity);
@@ -120,7 +120,7 @@ cow_String& cow_String::operator=(cow_String&& other) noexcept
 {
     char moved[sizeof m_buffer];
     std::memcpy(moved, other.m_buffer, sizeof moved);
-    other.InitInline(0);
+    other.InitEmpty();
     if (IsHeap()) {
         DropHeap();
     }
@@ -179,7 +179,8 @@ char* cow_String::WritableBytes() noexcept
 void cow_String::SetLength(std::size_t length) noexcept
 {
     if (!IsHeap()) {
-        InitInline(length);
+        std::memset(m_buffer + length, 0, INLINE_LENGTH - length);
+        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
         return;
     }
     Rep* const rep = HeapRep();
@@ -316,6 +317,15 @@ void cow_String::Trim(std::string_view characters)
 {
     TrimRight(characters);
     TrimLeft(characters);
+}
+
+cow_String::Rank cow_String::RankOf(std::string_view text) noexcept
+{
+    char bytes[INLINE_LENGTH + 1] = {};
+    text.copy(bytes, INLINE_LENGTH);
+    std::uint64_t words[2];
+    std::memcpy(words, bytes, sizeof words);
+    return {__builtin_bswap64(words[0]), __builtin_bswap64(words[1]) | std::min(text.size(), INLINE_LENGTH + 1)};
 }
 
 bool cow_String::SharesWith(const cow_String& other) const noexcept
