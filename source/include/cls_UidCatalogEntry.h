@@ -58,11 +58,15 @@ public:
     const cls_HistoryEntry& History() const noexcept { return m_history; }
 
 private:
+    friend class cls_Uid;
     friend class cls_UidCatalog;
     friend class cls_UidCatalogEntryGroup;
 
     cls_UidCatalogEntry() noexcept = default;
 
+    /// Where the calling thread drops the only handle and would take a new one: keeps the entry, without its history.
+    /// False, and nothing done, for an entry that is shared or not this thread's.
+    bool Renew();
     std::uintptr_t Lower() noexcept;
     void DeleteHistory();
 

@@ -1,0 +1,146 @@
+#include "cls_UidCatalog.h"
+
+#include "VEXCRT.h"
+#include "thr_ThrSingletonRegistry.h"
+
+#include <mutex>
+#include <type_traits>
+
+template class thr_ThreadSingletonBase<cls_UidCatalog>;
+template class thr_ThreadSingleton<cls_UidCatalog>;
+
+namespace
+{
+// Below everything that may hold uids.
+constexpr thr_ThreadObjectDestructLevel DESTRUCT_LEVEL{2};
+
+// Guards what a foreign thread may touch: every group's owner and count, every catalogue's dropped entries, the orphans.
+// Needed until the last static object is gone, so it has no destructor to run.
+constinit std::mutex lock;
+static_assert(std::is_trivially_destructible_v<std::mutex>);
+
+// The groups that outlived their catalogues, chained as their previous groups.
+constinit cls_UidCatalogEntryGroup* orphans = nullptr;
+} // namespace
+
+cls_UidCatalog::cls_UidCatalog()
+{
+    thr_GlobalSingleton<thr_ThrSingletonRegistry>::Instance().SetDestructLevel(&Finalize, DESTRUCT_LEVEL);
+}
+
+cls_UidCatalog::~cls_UidCatalog()
+{
+    cls_UidCatalogEntryGroup* unused = nullptr;
+    while (!RetireGroups(unused)) {
+        TakeBackDropped();
+    }
+    delete unused;
+}
+
+int cls_UidCatalog::Finalize()
+{
+    return thr_ThreadSingletonBase<cls_UidCatalog>::Finalize();
+}
+
+cls_UidCatalog& cls_UidCatalog::OfThisThread()
+{
+    return thr_ThreadSingleton<cls_UidCatalog>::Instance();
+}
+
+cls_UidCatalog* cls_UidCatalog::OwnerHere(const cls_UidCatalogEntry& entry) noexcept
+{
+    cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).m_owner.load(std::memory_order_relaxed);
+    return owner == thr_ThreadSingletonBase<cls_UidCatalog>::Instance() ? owner : nullptr;
+}
+
+void cls_UidCatalog::Refill()
+{
+    TakeBackDropped();
+    if (m_free == nullptr) {
+        m_groups = new cls_UidCatalogEntryGroup(m_groups);
+        m_groups->m_owner.store(this, std::memory_order_relaxed);
+        m_free = m_groups->First();
+    }
+}
+
+void cls_UidCatalog::TakeBackDropped()
+{
+    cls_UidCatalogEntry* entry = nullptr;
+    {
+        const std::lock_guard guard(lock);
+        entry = m_dropped.exchange(nullptr, std::memory_order_relaxed);
+    }
+    while (entry != nullptr) {
+        cls_UidCatalogEntry* const next = entry->GetNext();
+        entry->DeleteHistory(); // the storage engine's code: not under the lock
+        Free(entry);
+        entry = next;
+    }
+}
+
+/// Gives up the groups: those with entries in use to the orphans, the others to `unused`. False, and nothing done, while
+/// dropped entries wait.
+bool cls_UidCatalog::RetireGroups(cls_UidCatalogEntryGroup*& unused) noexcept
+{
+    const std::lock_guard guard(lock);
+    if (m_dropped.load(std::memory_order_relaxed) != nullptr) {
+        return false;
+    }
+    for (auto* group = m_groups; group != nullptr; group = group->m_previous) {
+        group->m_inUse = cls_UidCatalogEntryGroup::ENTRIES;
+    }
+    for (; m_free != nullptr; m_free = m_free->GetNext()) {
+        --cls_UidCatalogEntryGroup::Of(m_free).m_inUse;
+    }
+    while (m_groups != nullptr) {
+        cls_UidCatalogEntryGroup* const group = m_groups;
+        m_groups = group->m_previous;
+        group->m_owner.store(nullptr, std::memory_order_relaxed);
+        cls_UidCatalogEntryGroup*& chain = group->m_inUse != 0 ? orphans : unused;
+        group->m_previous = chain;
+        chain = group;
+    }
+    return true;
+}
+
+int cls_UidCatalog::LowerElsewhere(cls_UidCatalogEntry& entry)
+{
+    std::uintptr_t left = 0;
+    bool isOrphan = false;
+    {
+        const std::lock_guard guard(lock);
+        cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).m_owner.load(std::memory_order_relaxed);
+        isOrphan = owner == nullptr;
+        left = entry.Lower();
+        if (left == 0 && !isOrphan) {
+            entry.SetNext(owner->m_dropped.load(std::memory_order_relaxed));
+            owner->m_dropped.store(&entry, std::memory_order_relaxed);
+        }
+    }
+    if (!isOrphan) {
+        VEXCRT::_assert("a cls_Uid is released on the thread that allocated it", "source/cls/impl/cls_UidCatalog",
+                        __LINE__);
+    } else if (left == 0) {
+        FreeOrphan(entry);
+    }
+    return static_cast<int>(left);
+}
+
+void cls_UidCatalog::FreeOrphan(cls_UidCatalogEntry& entry)
+{
+    cls_UidCatalogEntryGroup* const group = &cls_UidCatalogEntryGroup::Of(&entry);
+    entry.DeleteHistory();
+    {
+        const std::lock_guard guard(lock);
+        if (--group->m_inUse != 0) {
+            return;
+        }
+        cls_UidCatalogEntryGroup** link = &orphans;
+        while (*link != group) {
+            link = &(*link)->m_previous;
+        }
+        *link = group->m_previous;
+        group->m_previous = nullptr;
+    }
+    delete group;
+}

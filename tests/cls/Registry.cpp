@@ -1,0 +1,192 @@
+#include "cls_ClassRegistrar.h"
+#include "cls_CollectionType.h"
+#include "cls_Module.h"
+#include "nex_TextException.h"
+#include "pnt_debugPrint.h"
+#include "typ_ArchCompTable.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+namespace
+{
+void* Build(cls_ReadVisitor&)
+{
+    return nullptr;
+}
+
+std::string Thrown(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (const nex_TextException& failure) {
+        return failure.what() + std::string(" in ") + failure.File().AsCharPtr();
+    }
+    return "nothing";
+}
+
+TEST(ClassRegistrar, The_first_registration_stays_current_and_the_latest_answers_for_its_version)
+{
+    cls_ClassRegistrar registrar;
+    const auto& one = registrar.CreateClassMD("Part", 7, 1, Build, 1);
+    const auto& three = registrar.CreateClassMD("Part", 7, 3, Build, 1);
+    const auto& two = registrar.CreateClassMD("Part", 7, 2, Build, 1);
+    EXPECT_EQ(&registrar.ConstGet(7), &one);
+    EXPECT_EQ(&registrar.GetClassMetadata(7, 2), &two);
+    EXPECT_EQ(&registrar.GetClassMetadata(7, 3), &three);
+    EXPECT_EQ(registrar.GetLastClassVersionNumber(7), 3);
+
+    const auto& again = registrar.CreateClassMD("Part", 7, 1, Build, 1);
+    const auto& third = registrar.CreateClassMD("Part", 7, 1, Build, 1);
+    EXPECT_NE(&again, &third);
+    EXPECT_EQ(&registrar.GetClassMetadata(7, 1), &third);
+    EXPECT_EQ(&registrar.ConstGet(7), &one);
+    EXPECT_EQ(one.Name(), "Part");
+}
+
+TEST(ClassRegistrar, A_name_belongs_to_the_first_class_that_takes_it)
+{
+    cls_ClassRegistrar registrar;
+    registrar.CreateClassMD("Part", 7, 1, Build, 1);
+    registrar.CreateClassMD("Part", 8, 1, Build, 1);
+    EXPECT_EQ(registrar.GetClassID("Part"), 7u);
+
+    registrar.CreateClassMD("Other", 7, 2, Build, 1); // the class is known already: its new name is not taken
+    EXPECT_NE(Thrown([&] { registrar.GetClassID("Other"); }), "nothing");
+
+    registrar.DeleteClass("Part", 9);
+    registrar.DeleteClass("Gone", 9);
+    EXPECT_EQ(registrar.GetClassID("Part"), 7u);
+    EXPECT_EQ(registrar.GetClassID("Gone"), 9u);
+    EXPECT_NE(Thrown([&] { registrar.ConstGet(9); }), "nothing");
+}
+
+TEST(ClassRegistrar, Failures_have_their_exact_texts)
+{
+    int count = 0;
+    cls_initialize(count);
+    cls_ClassRegistrar registrar;
+    registrar.CreateClassMD("array", 0x230003, 1, Build, 1);
+    const struct
+    {
+        const char* name;
+        std::function<void()> call;
+        std::string message;
+        std::string diagnostic;
+    } rows[] = {
+        {"ConstGet", [&] { registrar.ConstGet(0x230004); },
+         "cls_ClassRegistrar::ConstGet failed: Class ID 2293764 is not declared in metadata.",
+         "class Name=cls_2dArrayPrim\n"},
+        {"an id above the signed range", [&] { registrar.ConstGet(0xFFFFFFFF); },
+         "cls_ClassRegistrar::ConstGet failed: Class ID -1 is not declared in metadata.", "class Name=\n"},
+        {"GetClassMetadata", [&] { registrar.GetClassMetadata(0x230004, 1); },
+         "cls_ClassRegistrar::GetClassMetadata failed: Class ID 2293764 (cls_2dArrayPrim) is not declared in metadata.",
+         "cidName:\ncls_2dArrayPrim\n"},
+        {"version", [&] { registrar.GetClassMetadata(0x230003, 2); },
+         "cls_ClassRegistrar::GetClassMetadata failed: Class ID 2293763 (cls_ArrayPrim) is not declared in metadata "
+         "for "
+         "version 2.",
+         "version:2\n"},
+        {"GetClassID", [&] { registrar.GetClassID("nobody"); },
+         "cls_ClassRegistrar::GetClassID failed: Class ID can't be retrieved from class name nobody.", ""},
+        {"empty name", [&] { registrar.GetClassID(cow_String()); },
+         "cls_ClassRegistrar::GetClassID failed: Class ID can't be retrieved from class name .", ""},
+        {"GetLastClassVersionNumber", [&] { registrar.GetLastClassVersionNumber(3); },
+         "cls_ClassRegistrar::GetLastClassVersionNumber failed: Class ID 3 is not declared in metadata.", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::ostringstream diagnostic;
+        pnt_debugPrint().SetStream(&diagnostic);
+        pnt_debugPrint().StartDebug();
+        EXPECT_EQ(Thrown(row.call), row.message + " in source/cls/impl/cls_ClassRegistrar");
+        pnt_debugPrint().EndDebug();
+        pnt_debugPrint().SetStream(nullptr);
+        EXPECT_EQ(diagnostic.str(), row.diagnostic);
+    }
+    const cow_String longName(std::string(600, 'n'));
+    EXPECT_EQ(Thrown([&] { registrar.GetClassID(longName); }).find(" in "), 499u);
+    cls_finalize(count);
+}
+
+TEST(ClassMetadata, Is_completed_in_one_chain)
+{
+    cls_FieldHandle numbered("b");
+    numbered.SetFieldID(4);
+    cls_ClassMetadata metadata("Part", 7, 203, Build, 1);
+    EXPECT_EQ(metadata.MaxFieldID(), -1);
+    EXPECT_EQ(metadata.TableExtentQuantum(), 4);
+    EXPECT_EQ(metadata.Dtor(), nullptr);
+
+    const auto dtor = [](cls_PayloadHolder*) {};
+    metadata.AddDtor(dtor)
+        .AddTableExtentQuantum(-3)
+        .AddAttribute(numbered, cls_ATTRIBUTE_REAL, 3, static_cast<cls_CollectionType>(83))
+        .AddAttribute(cls_FieldHandle("a"), cls_ATTRIBUTE_INT, 1, cls_COLLECTION_NONE)
+        .AddAttribute(cls_FieldHandle("B"), cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_NONE)
+        .AddAttribute(cls_FieldHandle("a"), cls_ATTRIBUTE_REAL, 9, cls_COLLECTION_ARRAY);
+    EXPECT_EQ(metadata.MaxFieldID(), 4);
+    EXPECT_EQ(metadata.TableExtentQuantum(), -3);
+    EXPECT_EQ(metadata.Dtor(), static_cast<cls_ClassMetadata::DtorFn>(dtor));
+    std::string text;
+    for (const auto* attribute : metadata.Attributes()) {
+        text += std::string(attribute->FieldName().view()) + std::to_string(attribute->FieldID()) + ',' +
+                std::to_string(attribute->Type()) + ',' + std::to_string(attribute->Count()) + ',' +
+                std::to_string(attribute->Collection()) + ' ';
+        EXPECT_EQ(metadata.FindAttribute(attribute->FieldName()), attribute);
+    }
+    EXPECT_EQ(text, "B-1,11,1,0 a-1,5,1,0 b4,15,3,83 ");
+    EXPECT_EQ(metadata.FindAttribute("c"), nullptr);
+}
+
+TEST(CollectionTypeFix, Adds_the_element_to_the_generic_codes_only)
+{
+    const auto fix = [](int element, cls_CollectionType code) {
+        switch (element) {
+        case 1:
+            return cls_CollectionTypeFix(code, static_cast<bool*>(nullptr));
+        case 2:
+            return cls_CollectionTypeFix(code, static_cast<double*>(nullptr));
+        case 3:
+            return cls_CollectionTypeFix(code, static_cast<float*>(nullptr));
+        case 4:
+            return cls_CollectionTypeFix(code, static_cast<int*>(nullptr));
+        case 5:
+            return cls_CollectionTypeFix(code, static_cast<cow_String*>(nullptr));
+        default:
+            return cls_CollectionTypeFix(code, static_cast<unsigned int*>(nullptr));
+        }
+    };
+    const int keyed[] = {5, 5, 5, 3, 2, 5};
+    for (int element = 1; element <= 6; ++element) {
+        for (int code = 0; code <= 120; ++code) {
+            int expected = code == 5 ? keyed[element - 1] : code;
+            if (code == 50 || code == 60 || code == 70 || code == 80 || code == 90 || code == 100) {
+                expected += element;
+            }
+            EXPECT_EQ(fix(element, static_cast<cls_CollectionType>(code)), expected) << element << ' ' << code;
+        }
+    }
+}
+
+TEST(Module, Counts_its_users_and_registers_the_component_once)
+{
+    int count = 0;
+    cls_initialize(count);
+    cls_initialize(count);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(typ_ArchCompTable::GetName(0x230001), "cls_xip1DArrayList");
+    EXPECT_TRUE(typ_ArchCompTable::IsParent(0x230004, 0x230002));
+    EXPECT_EQ(typ_ArchCompTable::Find(0x230005), nullptr);
+    cls_finalize(count);
+    EXPECT_EQ(count, 1);
+    cls_finalize(count);
+    EXPECT_EQ(count, 0);
+    cls_finalize(count); // one too many
+    cls_initialize(count);
+    EXPECT_EQ(count, 1);
+    cls_finalize(count);
+}
+} // namespace

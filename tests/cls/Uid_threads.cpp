@@ -1,0 +1,191 @@
+#include "VEXCRT.h"
+#include "cls_Uid.h"
+#include "cls_UidCatalogEntryGroup.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace
+{
+std::atomic<int> reports;
+std::atomic<int> histories; // alive
+
+struct History : cls_HistoryEntry
+{
+    explicit History(const cls_Uid& uid, std::thread::id* deletedBy = nullptr) : m_deletedBy(deletedBy)
+    {
+        Link(&uid.Entry()->History());
+        ++histories;
+    }
+    ~History() override
+    {
+        UnLink();
+        --histories;
+        if (m_deletedBy != nullptr) {
+            *m_deletedBy = std::this_thread::get_id();
+        }
+    }
+
+private:
+    std::thread::id* m_deletedBy;
+};
+
+class UidThreads : public testing::Test
+{
+protected:
+    UidThreads()
+    {
+        reports = 0;
+        histories = 0;
+        m_former = VEXCRT::SetAssertHandler([](const char*, const char*, int) { ++reports; });
+    }
+    ~UidThreads() override
+    {
+        EXPECT_EQ(histories, 0);
+        VEXCRT::SetAssertHandler(m_former);
+    }
+
+private:
+    VEXCRT::AssertHandler m_former;
+};
+
+template <class F> void OnAnotherThread(F work)
+{
+    std::thread(work).join();
+}
+
+const cls_UidCatalogEntryGroup* GroupOf(const cls_Uid& uid)
+{
+    return &cls_UidCatalogEntryGroup::Of(uid.Entry());
+}
+
+TEST_F(UidThreads, The_2049th_uid_of_a_thread_stands_in_a_second_group)
+{
+    OnAnotherThread([] {
+        std::vector<cls_Uid> uids;
+        for (int i = 0; i < 2049; ++i) {
+            uids.push_back(cls_Uid::AllocateUid());
+            EXPECT_EQ(GroupOf(uids[static_cast<std::size_t>(i)]) == GroupOf(uids[0]), i < 2048) << i;
+        }
+        for (std::size_t i = 1; i < 2048; ++i) {
+            ASSERT_EQ(uids[i].Entry(), uids[0].Entry() + i);
+        }
+    });
+    EXPECT_EQ(reports, 0);
+}
+
+TEST_F(UidThreads, A_foreign_release_is_reported_and_left_to_the_owner)
+{
+    std::thread::id deletedBy;
+    auto uid = std::make_unique<cls_Uid>(cls_Uid::AllocateUid());
+    const cls_UidCatalogEntry* const entry = uid->Entry();
+    new History(*uid, &deletedBy);
+    OnAnotherThread([&] { const cls_Uid copy(*uid); });
+    EXPECT_EQ(reports, 1);
+    EXPECT_EQ(histories, 1);
+    EXPECT_EQ(entry->GetRefCnt(), 1);
+
+    OnAnotherThread([&] { uid.reset(); });
+    EXPECT_EQ(reports, 2);
+    EXPECT_EQ(histories, 1);
+    EXPECT_EQ(cls_Uid::AllocateUid().Entry(), entry);
+    EXPECT_EQ(histories, 0);
+    EXPECT_EQ(deletedBy, std::this_thread::get_id());
+}
+
+TEST_F(UidThreads, A_catalogue_that_ends_takes_back_what_other_threads_dropped)
+{
+    std::thread::id deletedBy;
+    std::thread::id owner;
+    OnAnotherThread([&] {
+        owner = std::this_thread::get_id();
+        auto uid = std::make_unique<cls_Uid>(cls_Uid::AllocateUid());
+        new History(*uid, &deletedBy);
+        OnAnotherThread([&] { uid.reset(); });
+        EXPECT_EQ(histories, 1);
+    });
+    EXPECT_EQ(reports, 1);
+    EXPECT_EQ(deletedBy, owner);
+}
+
+TEST_F(UidThreads, Uids_outlive_the_thread_that_made_them)
+{
+    std::vector<cls_Uid> survivors;
+    OnAnotherThread([&] {
+        std::vector<cls_Uid> all;
+        for (int i = 0; i < 3 * 2048; ++i) {
+            all.push_back(cls_Uid::AllocateUid());
+            new History(all.back());
+        }
+        survivors = {all[0], all[1], all[2 * 2048]}; // the middle group has none
+    });
+    EXPECT_EQ(histories, 3);
+    cls_Uid copy(survivors[0]);
+    EXPECT_EQ(copy.Entry()->GetRefCnt(), 2);
+    survivors.erase(survivors.begin());
+    EXPECT_EQ(histories, 3);
+    copy.NewUid(); // its entry belongs to nobody any more: the new one is this thread's
+    EXPECT_EQ(histories, 2);
+    EXPECT_NE(GroupOf(copy), GroupOf(survivors[0]));
+    OnAnotherThread([&] { survivors.clear(); });
+    EXPECT_EQ(histories, 0);
+    EXPECT_EQ(reports, 0);
+}
+
+/// Uids that threads put in and take out, each at random.
+class Exchange
+{
+public:
+    void Swap(std::size_t slot, std::optional<cls_Uid>& uid)
+    {
+        const std::lock_guard guard(m_mutex);
+        m_slots[slot % m_slots.size()].swap(uid);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<std::optional<cls_Uid>> m_slots = std::vector<std::optional<cls_Uid>>(64);
+};
+
+TEST_F(UidThreads, Threads_that_come_and_go_may_exchange_uids)
+{
+    auto exchange = std::make_unique<Exchange>();
+    const auto work = [&exchange](unsigned int seed) {
+        std::mt19937 random(seed);
+        std::vector<cls_Uid> own;
+        for (int i = 0; i < 3000; ++i) {
+            std::optional<cls_Uid> uid(cls_Uid::AllocateUid());
+            EXPECT_EQ(uid->Entry()->GetRefCnt(), 1); // an entry freed twice or too early would be in use already
+            EXPECT_EQ(uid->Entry()->History().Next(), &uid->Entry()->History());
+            new History(*uid);
+            if (random() % 2 == 0) {
+                own.push_back(*uid);
+            }
+            exchange->Swap(random(), uid);
+            if (uid && random() % 2 == 0) {
+                own.push_back(*uid);
+            }
+            if (own.size() > 200) {
+                own.resize(100, own[0]);
+            }
+        }
+    };
+    for (unsigned int round = 0; round < 4; ++round) {
+        std::vector<std::thread> threads;
+        for (unsigned int i = 0; i < 4; ++i) {
+            threads.emplace_back(work, round * 4 + i);
+        }
+        for (auto& thread : threads) {
+            thread.join();
+        }
+    }
+    exchange.reset();
+}
+} // namespace

@@ -1,0 +1,211 @@
+#include "MementoDouble.h"
+#include "cls_AgentRequest.h"
+#include "cls_ReadVisitor.h"
+#include "cls_WriteVisitor.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace
+{
+using Log = std::vector<std::string>;
+
+std::string Name(const cls_FieldHandle& field)
+{
+    return std::string(field.FieldName().view());
+}
+
+class RecordingWriter : public MementoWriteDouble
+{
+public:
+    RecordingWriter(Log& log, bool refuses = false) : m_log(log), m_refuses(refuses) {}
+    ~RecordingWriter() override { m_log.emplace_back("gone"); }
+
+    int FieldIsPresent(const cls_FieldHandle& field) override { return field.FieldName() == "known" ? 7 : 0; }
+    cls_MementoWrite* MakeFieldWriter(const cls_FieldHandle& field, std::uint32_t classId, const cls_Uid&,
+                                      const cls_PayloadHolder* payload) override
+    {
+        m_log.push_back("field '" + Name(field) + "' class " + std::to_string(classId) +
+                        (payload != nullptr ? " payload" : ""));
+        return m_refuses ? nullptr : new RecordingWriter(m_log);
+    }
+    cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid&) override
+    {
+        m_log.push_back("element " + std::to_string(element));
+        return m_refuses ? nullptr : new RecordingWriter(m_log);
+    }
+    void CheckCollectionType(cls_CollectionType type, const cls_FieldHandle& field) override
+    {
+        m_log.push_back("check " + std::to_string(type) + " '" + Name(field) + "'");
+    }
+
+private:
+    Log& m_log;
+    bool m_refuses;
+};
+
+struct Request : cls_AgentRequest
+{
+    explicit Request(Log& target) : log(target) {}
+    cls_MementoWrite* MakeWriteObj(std::uint32_t classId, const cls_Uid&) const override
+    {
+        log.push_back("request class " + std::to_string(classId));
+        return new RecordingWriter(log);
+    }
+    Log& log;
+};
+
+class RecordingReader : public MementoReadDouble
+{
+public:
+    explicit RecordingReader(Log& log, const char* id = "r") : m_log(log), m_id(id) {}
+    ~RecordingReader() override { m_log.push_back("gone " + m_id); }
+
+    cow_String DbId() override { return m_id.c_str(); }
+    int FieldIsPresent(const cls_FieldHandle&) override { return 2; }
+    int DataIsPresent(const cls_FieldHandle&) override { return 3; }
+    cls_MementoRead* MakeFieldReader(const cls_FieldHandle& field) override
+    {
+        return new RecordingReader(m_log, Name(field).c_str());
+    }
+    cls_MementoRead* Clone() override { return new RecordingReader(m_log, "clone"); }
+
+private:
+    Log& m_log;
+    std::string m_id;
+};
+
+const cls_FieldHandle FIELD("part");
+const auto* const PAYLOAD = reinterpret_cast<const cls_PayloadHolder*>(&FIELD);
+
+TEST(WriteVisitor, A_given_memento_is_ready_without_asking_anyone)
+{
+    Log log;
+    {
+        const cls_WriteVisitor root(new RecordingWriter(log));
+        EXPECT_EQ(root.StartWrite(5, cls_Uid::AllocateUid()), 1);
+        EXPECT_EQ(root.FieldIsPresent(cls_FieldHandle("known")), 7);
+        root.CheckCollectionType(cls_COLLECTION_ARRAY);
+    }
+    EXPECT_EQ(log, Log({"gone"}));
+}
+
+TEST(WriteVisitor, Asks_for_a_record_once_and_in_the_order_request_element_field)
+{
+    const cls_Uid uid = cls_Uid::AllocateUid();
+    Log log;
+    {
+        const cls_WriteVisitor root(new RecordingWriter(log));
+        const Request request(log);
+        const cls_WriteVisitor requested(request);
+        const cls_WriteVisitor element(root, 0);
+        const cls_WriteVisitor sentinel(root, cls_WriteVisitor::NO_ELEMENT);
+        const cls_WriteVisitor field(root, FIELD, PAYLOAD);
+        for (const auto* visitor : {&requested, &element, &sentinel, &field}) {
+            EXPECT_EQ(visitor->Memento(), nullptr);
+            EXPECT_EQ(visitor->FieldIsPresent(cls_FieldHandle("known")), 0);
+            EXPECT_EQ(visitor->StartWrite(9, uid), 1);
+            EXPECT_EQ(visitor->StartWrite(9, uid), 1);
+            EXPECT_EQ(visitor->FieldIsPresent(cls_FieldHandle("known")), 7);
+        }
+        EXPECT_EQ(log, Log({"request class 9", "element 0", "field '' class 9", "field 'part' class 9 payload"}));
+        log.clear();
+    }
+    EXPECT_EQ(log, Log(5, "gone"));
+}
+
+TEST(WriteVisitor, A_refused_record_refuses_what_is_inside_it)
+{
+    const cls_Uid uid = cls_Uid::AllocateUid();
+    Log log;
+    const cls_WriteVisitor root(new RecordingWriter(log, /*refuses=*/true));
+    const cls_WriteVisitor field(root, FIELD, nullptr);
+    const cls_WriteVisitor inner(field, FIELD, nullptr);
+    EXPECT_EQ(field.StartWrite(9, uid), 0);
+    EXPECT_EQ(inner.StartWrite(9, uid), 0);
+    inner.CheckCollectionType(cls_COLLECTION_ARRAY);
+    EXPECT_EQ(log, Log({"field 'part' class 9"}));
+    EXPECT_EQ(cls_WriteVisitor(static_cast<cls_MementoWrite*>(nullptr)).StartWrite(9, uid), 0);
+}
+
+TEST(WriteVisitor, Only_a_named_field_has_its_collection_checked)
+{
+    Log log;
+    const cls_WriteVisitor root(new RecordingWriter(log));
+    cls_WriteVisitor(root, FIELD, nullptr).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
+    cls_WriteVisitor(root, cls_FieldHandle(), nullptr).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
+    cls_WriteVisitor(root, 3).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
+    EXPECT_EQ(log, Log({"check 80 'part'"}));
+}
+
+TEST(ReadVisitor, Forwards_to_its_memento_and_makes_children_from_it)
+{
+    Log log;
+    {
+        const cls_ReadVisitor visitor(new RecordingReader(log));
+        EXPECT_EQ(visitor.FieldIsPresent(FIELD), 2);
+        EXPECT_EQ(visitor.DataIsPresent(FIELD), 3);
+        EXPECT_EQ(visitor.Read(FIELD, "text"), "text");
+        EXPECT_EQ(visitor.GetUid(), visitor.GetUid());
+        EXPECT_EQ(visitor.GetUid().Entry()->GetRefCnt(), 2);
+        EXPECT_EQ(cls_ReadVisitor(visitor).DbId(), "clone");
+        EXPECT_EQ(cls_ReadVisitor(visitor, FIELD).DbId(), "part");
+    }
+    EXPECT_EQ(log, Log({"gone clone", "gone part", "gone r"}));
+}
+
+TEST(ReadVisitor, Without_a_record_gives_defaults_and_fresh_uids)
+{
+    const cls_ReadVisitor nothing(nullptr);
+    for (const cls_ReadVisitor& visitor : {nothing, cls_ReadVisitor(nothing, FIELD)}) {
+        EXPECT_EQ(visitor.FieldIsPresent(FIELD), 0);
+        EXPECT_EQ(visitor.DataIsPresent(FIELD), 0);
+        EXPECT_EQ(visitor.Read(FIELD, "default"), "default");
+        EXPECT_EQ(visitor.DbId(), "");
+        const cls_Uid first = visitor.GetUid();
+        EXPECT_NE(first, visitor.GetUid());
+    }
+}
+
+/// The position of a virtual operation, the destructor at 0: a member pointer holds 1 + the offset in the virtual table,
+/// where the destructor has two places.
+template <class F> std::size_t Position(F operation)
+{
+    std::uintptr_t word = 0;
+    std::memcpy(&word, &operation, sizeof word);
+    return (word - 1) / sizeof(void*) - 1;
+}
+
+TEST(Mementos, Operations_stand_at_their_promised_positions)
+{
+    using R = cls_MementoRead;
+    using W = cls_MementoWrite;
+    const std::size_t reads[] = {Position(&R::DbId),
+                                 Position(&R::GetUidEntry),
+                                 Position(&R::FieldIsPresent),
+                                 Position(&R::DataIsPresent),
+                                 Position(&R::MakeFieldReader),
+                                 Position(&R::Clone),
+                                 Position(&R::ReadString),
+                                 Position(&R::MakeBoolListReader),
+                                 Position(&R::MakeObjListReader),
+                                 Position(&R::MakeStringMapDoubleReader),
+                                 Position(&R::MakeIntTableReader),
+                                 Position(&R::MakeStringMapObjAgent),
+                                 Position(&R::MakeIntListAgent),
+                                 Position(&R::MakeUnsignedListAgent)};
+    const std::vector<std::size_t> promisedReads{1, 2, 3, 4, 6, 7, 8, 28, 34, 40, 47, 50, 54, 56};
+    EXPECT_EQ(std::vector(std::begin(reads), std::end(reads)), promisedReads);
+
+    const std::size_t writes[] = {Position(&W::FieldIsPresent),     Position(&W::MakeFieldWriter),
+                                  Position(&W::MakeElementWriter),  Position(&W::WriteString),
+                                  Position(&W::MakeBoolListWriter), Position(&W::MakeIntListWriter),
+                                  Position(&W::MakeObjListWriter),  Position(&W::MakeStringMapObjAgent),
+                                  Position(&W::MakeIntListAgent),   Position(&W::CheckCollectionType)};
+    const std::vector<std::size_t> promisedWrites{1, 2, 3, 4, 22, 25, 28, 44, 48, 51};
+    EXPECT_EQ(std::vector(std::begin(writes), std::end(writes)), promisedWrites);
+}
+} // namespace
