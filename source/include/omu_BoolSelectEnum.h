@@ -13,5 +13,5 @@ enum omu_BoolSelectEnum : int
     omu_SELECT_SYMMETRIC_DIFFERENCE = 4 ///< those that are in exactly one of the two
 };
 
-template <> VEXOMU_API const omu_EnumRow<omu_BoolSelectEnum>* omu_PrimEnum<omu_BoolSelectEnum, 1>::Table();
+template <> VEXOMU_API const omu_EnumRow<omu_BoolSelectEnum>* omu_EnumTable<omu_BoolSelectEnum, 1>();
 extern template class VEXOMU_API omu_PrimEnum<omu_BoolSelectEnum, 1>;

@@ -2,8 +2,8 @@
 
 #include "omu_PrimEnum.h"
 
-template <> VEXOMU_API const omu_EnumRow<bool>* omu_PrimEnum<bool, 1>::Table();
-template <> VEXOMU_API const omu_EnumRow<bool>* omu_PrimEnum<bool, 2>::Table();
+template <> VEXOMU_API const omu_EnumRow<bool>* omu_EnumTable<bool, 1>();
+template <> VEXOMU_API const omu_EnumRow<bool>* omu_EnumTable<bool, 2>();
 extern template class VEXOMU_API omu_PrimEnum<bool, 1>;
 extern template class VEXOMU_API omu_PrimEnum<bool, 2>;
 

@@ -14,14 +14,17 @@ template <class T> struct omu_EnumRow
     T value;
 };
 
-/// A symbolic constant bound to an enumeration. Each instantiation has its own table of names, closed by a null name;
-/// several for one T differ by Inst. A program that has an enumeration of its own specialises Table():
+/// The table of an enumeration's names, closed by a row whose name is null; several tables for one T differ by Inst. Each
+/// is a specialisation:
 ///
-///     template <> const omu_EnumRow<Shape>* omu_PrimEnum<Shape, 1>::Table()
+///     template <> inline const omu_EnumRow<Shape>* omu_EnumTable<Shape, 1>()
 ///     {
 ///         static constexpr omu_EnumRow<Shape> rows[] = {{"QUAD", Shape::QUAD}, {"TRI", Shape::TRI}, {nullptr, {}}};
 ///         return rows;
 ///     }
+template <class T, int Inst> const omu_EnumRow<T>* omu_EnumTable();
+
+/// A symbolic constant bound to an enumeration through the table omu_EnumTable<T, Inst>().
 ///
 /// Ownership:  has an identity in the store, which copies share.
 /// Threads:    the thread that made it: its identity is given back there.
@@ -53,11 +56,9 @@ public:
     /// Takes the first row with `value`; false, and nothing changes, when there is none.
     bool SetValue(T value);
 
-    /// The rows, closed by one whose name is null.
-    static const omu_EnumRow<T>* Table();
-    // One row; `row` is not checked.
-    static const char* Name(int row) { return Table()[row].name; }
-    static T Value(int row) { return Table()[row].value; }
+    // One row of the table; `row` is not checked.
+    static const char* Name(int row) { return omu_EnumTable<T, Inst>()[row].name; }
+    static T Value(int row) { return omu_EnumTable<T, Inst>()[row].value; }
 
     /// Builds a constant from a stored record; the caller owns it.
     static void* Ctor(cls_ReadVisitor& visitor);
@@ -114,7 +115,7 @@ template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetValue(const char* te
 
 template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetName(std::string_view name)
 {
-    for (const omu_EnumRow<T>* row = Table(); row->name != nullptr; ++row) {
+    for (const omu_EnumRow<T>* row = omu_EnumTable<T, Inst>(); row->name != nullptr; ++row) {
         if (row->name == name) {
             m_value = row->value;
             SetText(row->name);
@@ -126,7 +127,7 @@ template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetName(std::string_vie
 
 template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetValue(T value)
 {
-    for (const omu_EnumRow<T>* row = Table(); row->name != nullptr; ++row) {
+    for (const omu_EnumRow<T>* row = omu_EnumTable<T, Inst>(); row->name != nullptr; ++row) {
         if (row->value == value) {
             m_value = value;
             SetText(row->name);
@@ -139,8 +140,8 @@ template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetValue(T value)
 template <class T, int Inst> cow_Map<cow_String, unsigned int> omu_PrimEnum<T, Inst>::PermissibleValues() const
 {
     cow_Map<cow_String, unsigned int> names;
-    for (unsigned int row = 0; Table()[row].name != nullptr; ++row) {
-        names.Insert(cow_String(Table()[row].name), row);
+    for (int row = 0; Name(row) != nullptr; ++row) {
+        names.Insert(cow_String(Name(row)), static_cast<unsigned int>(row));
     }
     return names;
 }
