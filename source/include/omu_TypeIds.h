@@ -50,4 +50,7 @@ enum omu_TypeRowEnm : std::uint32_t
 /// This library's component in the run-time type tables.
 inline constexpr std::uint32_t omu_COMPONENT = 19;
 
-constexpr std::uint32_t omu_TypeIdOf(omu_TypeRowEnm row) noexcept { return (omu_COMPONENT << 16) + row; }
+constexpr std::uint32_t omu_TypeIdOf(omu_TypeRowEnm row) noexcept
+{
+    return (omu_COMPONENT << 16) + row;
+}

@@ -1,0 +1,255 @@
+#include "../ExceptionChecks.h"
+#include "../RecordedAssertions.h"
+#include "omu_AccessErrorException.h"
+#include "omu_ArgNumberErrorException.h"
+#include "omu_ArgTypeErrorException.h"
+#include "omu_AttributeErrorException.h"
+#include "omu_BreNameErrorException.h"
+#include "omu_ColorErrorException.h"
+#include "omu_FontErrorException.h"
+#include "omu_GenericTypeErrorException.h"
+#include "omu_IndexErrorException.h"
+#include "omu_KeyErrorException.h"
+#include "omu_KeywordErrorException.h"
+#include "omu_KeywordTypeErrorException.h"
+#include "omu_NameErrorException.h"
+#include "omu_OverflowErrorException.h"
+#include "omu_RangeErrorException.h"
+#include "omu_ValueErrorException.h"
+#include "omu_ZeroDivisionErrorException.h"
+#include "uti_ResourceManager.h"
+
+#include <cstdio>
+#include <limits>
+#include <new>
+
+namespace
+{
+
+using Attribute = omu_AttributeErrorException;
+using BreName = omu_BreNameErrorException;
+using Range = omu_RangeErrorException;
+
+struct Message
+{
+    std::shared_ptr<nex_CommandException> exception;
+    const char* pythonType;
+    const char* text;
+};
+
+template <class E> Message Row(E exception, const char* pythonType, const char* text)
+{
+    return {std::make_shared<E>(std::move(exception)), pythonType, text};
+}
+
+} // namespace
+
+TEST(Exceptions, Messages_and_categories)
+{
+    const int lowest = std::numeric_limits<int>::min();
+    const Message rows[] = {
+        Row(omu_GenericTypeErrorException(), "TypeError", "illegal argument type for built-in operation"),
+        Row(omu_ArgTypeErrorException(1, "int", "string", "setValues"), "TypeError",
+            "setValues[0]; found string, expecting int"),
+        Row(omu_ArgTypeErrorException(3, "int", "string", ""), "TypeError", "arg3; found string, expecting int"),
+        Row(omu_ArgTypeErrorException(lowest, "", "", "f"), "TypeError", "f[-2147483649]; found , expecting "),
+        Row(omu_ArgTypeErrorException(1, "%1$s", "%2$s", ""), "TypeError", "arg1; found %2$s, expecting %1$s"),
+        Row(omu_KeywordTypeErrorException("name", "string", "int", "Part"), "TypeError",
+            "Part['name']; found int, expecting string"),
+        Row(omu_KeywordTypeErrorException("name", "string", "int", ""), "TypeError",
+            "name; found int, expecting string"),
+        Row(omu_ArgNumberErrorException(2, 3, "setValues"), "TypeError",
+            "setValues; too many arguments; expected 2, got 3"),
+        Row(omu_ArgNumberErrorException(2, 2, ""), "TypeError",
+            "not all required arguments specified; expected 2, got 2"),
+        Row(omu_KeywordErrorException("%s", "setValues"), "TypeError", "setValueskeyword error on %s"),
+        Row(omu_KeywordErrorException("size", ""), "TypeError", "keyword error on size"),
+        Row(Attribute(Attribute::READ_ONLY_ATTRIBUTES, "x"), "AttributeError", "read-only attributes"),
+        Row(Attribute(Attribute::READ_ONLY, "x"), "AttributeError", "x is read-only"),
+        Row(Attribute(Attribute::MESSAGE, "no %s"), "AttributeError", "no %s"),
+        Row(Attribute(Attribute::KindEnm{3}, "x"), "AttributeError", "Error message not implemented yet"),
+        Row(BreName(BreName::INVALID), "BrenowNameError", "invalid name"),
+        Row(BreName(BreName::EMPTY), "BrenowNameError", "name is empty"),
+        Row(BreName(BreName::INVALID_JOB), "BrenowNameError", "invalid job name"),
+        Row(BreName(BreName::INVALID_MODEL), "BrenowNameError", "invalid model name"),
+        Row(BreName(BreName::KindEnm{7}), "BrenowNameError", ""),
+        Row(omu_AccessErrorException("mdb.models['a']"), "AccessError", "mdb.models['a'] no longer exists"),
+        Row(omu_ColorErrorException("Blau"), "ColorError", "Blau is not a valid color name."),
+        Row(omu_FontErrorException("-*-x"), "FontError", "-*-x is not a valid font."),
+        Row(omu_ValueErrorException("50% of %s"), "ValueError", "50% of %s"),
+        Row(omu_KeyErrorException("k"), "KeyError", "k"),
+        Row(omu_IndexErrorException("i"), "IndexError", "i"),
+        Row(omu_NameErrorException("n"), "NameError", "n"),
+        Row(omu_ZeroDivisionErrorException("z"), "ZeroDivisionError", "z"),
+        Row(omu_OverflowErrorException("o"), "OverflowError", "o"),
+        Row(Range("n", 1, omu_INCLUSIVE, 10, omu_NOT_INCLUSIVE), "RangeError",
+            "n must be an Integer in the range: 1 <= n < 10"),
+        Row(Range("r", 0.0, omu_NOT_INCLUSIVE, 0.1, omu_INCLUSIVE), "RangeError",
+            "r must be a Float in the range: 0.0 < r <= 0.1"),
+        Row(Range("n", 0, omu_NOT_INCLUSIVE, 1, omu_NO_RANGE), "RangeError", "n must be an Integer > 0"),
+        Row(Range("n", -3, omu_INCLUSIVE, 1, omu_NO_RANGE), "RangeError", "n must be an Integer >= -3"),
+        Row(Range("r", 0.0, omu_NO_RANGE, 5.0, omu_INCLUSIVE), "RangeError", "r must be a Float <= 5.0"),
+        Row(Range("r", 0.0, omu_NO_RANGE, 1e20, omu_NOT_INCLUSIVE), "RangeError", "r must be a Float < 1e+20"),
+    };
+    for (const Message& row : rows) {
+        EXPECT_EQ(row.exception->JournalMessage(), row.text);
+        EXPECT_EQ(row.exception->PythonType(), row.pythonType) << row.text;
+        EXPECT_STREQ(row.exception->what(), row.text);
+    }
+}
+
+TEST(Exceptions, A_range_without_limits_is_an_assertion)
+{
+    RecordedAssertions assertions;
+    EXPECT_EQ(Range("n", 1, omu_NO_RANGE, 2, omu_NO_RANGE).JournalMessage(), "n must be an Integer ");
+    EXPECT_EQ(Range().JournalMessage(), " must be ");
+    const std::string condition = "m_LowerLimitQualifier != omu_NO_RANGE || m_HigherLimitQualifier != omu_NO_RANGE";
+    EXPECT_EQ(assertions.Take(), (std::vector<std::string>{condition, condition}));
+}
+
+TEST(Exceptions, Range_limits_read_back_as_either_kind_of_number)
+{
+    struct
+    {
+        double set;
+        int asInt;
+        double asDouble;
+    } const rows[] = {{2.75, 2, 2.75},
+                      {-2.75, -2, -2.75},
+                      {1e20, 2147483647, 1e20},
+                      {-1e300, -2147483647 - 1, -1e300},
+                      {1.0 / 3.0, 0, 0.333333333333333},
+                      {std::numeric_limits<double>::infinity(), 2147483647, std::numeric_limits<double>::infinity()}};
+    Range range;
+    for (const auto& row : rows) {
+        range.SetLowerLimitAsDouble(row.set);
+        range.SetHigherLimitAsInt(row.asInt);
+        EXPECT_EQ(range.LowerLimitAsInt(), row.asInt);
+        EXPECT_EQ(range.LowerLimitAsDouble(), row.asDouble);
+        EXPECT_EQ(range.HigherLimitAsInt(), row.asInt);
+        EXPECT_EQ(range.HigherLimitAsDouble(), row.asInt);
+    }
+    EXPECT_EQ(Range().LowerLimitAsInt(), 0);
+}
+
+TEST(Exceptions, A_translation_may_turn_the_order_of_the_names_around)
+{
+    auto& manager = thr_ThreadSingleton<uti_ResourceManager>::Instance();
+    manager.InstallLookup([](const char* label, const char* text) {
+        return std::string_view(label) == "omu_TypeErrorException_MSGID_05" ? cow_String(": %2$s, not %1$s")
+                                                                            : cow_String(text);
+    });
+    EXPECT_EQ(omu_ArgTypeErrorException(1, "%1$s", "string", "").JournalMessage(), "arg1: %1$s, not string");
+    manager.InstallLookup({});
+}
+
+template <class E> void ExpectLabels(const std::string& className, int count)
+{
+    const auto labels = uti_LabelMap<E>::ResourceNames();
+    ASSERT_EQ(labels.Length(), count) << className;
+    for (int key = 0; key < count; ++key) {
+        const std::string label = className + "_MSGID_0" + std::to_string(key);
+        EXPECT_EQ(labels[key], label);
+        EXPECT_EQ(uti_LabelMap<E>::ResourceKey(label), static_cast<E>(key));
+    }
+}
+
+TEST(Exceptions, Labels_name_the_class_and_the_key)
+{
+    ExpectLabels<omu_TypeErrorExceptionEnm>("omu_TypeErrorException", 7);
+    ExpectLabels<omu_BreNameErrorExceptionEnm>("omu_BreNameErrorException", 4);
+    ExpectLabels<omu_AttributeErrorExceptionEnm>("omu_AttributeErrorException", 3);
+    ExpectLabels<omu_AccessErrorExceptionEnm>("omu_AccessErrorException", 1);
+    ExpectLabels<omu_ColorErrorExceptionEnm>("omu_ColorErrorException", 1);
+    ExpectLabels<omu_FontErrorExceptionEnm>("omu_FontErrorException", 1);
+    ExpectLabels<omu_RangeErrorExceptionEnm>("omu_RangeErrorException", 3);
+}
+
+TEST(Exceptions, Catch_clauses_by_any_base_see_what_was_thrown)
+{
+    const auto caughtAs = [](auto exception) -> std::string {
+        try {
+            exception.Throw("source/omu/impl/omu_Arguments", 256);
+        } catch (const omu_TypeErrorException& caught) {
+            return "type error: " + std::string(caught.what());
+        } catch (const nex_CommandException& caught) {
+            EXPECT_EQ(caught.File(), "source/omu/impl/omu_Arguments");
+            EXPECT_EQ(caught.Line(), 256);
+            return "command error: " + std::string(caught.what());
+        }
+    };
+    EXPECT_EQ(caughtAs(omu_KeywordErrorException("k", "f")), "type error: fkeyword error on k");
+    EXPECT_EQ(caughtAs(omu_IndexErrorException("i")), "command error: i");
+}
+
+TEST(Exceptions, Copies_and_streams_are_faithful)
+{
+    using Root = nex_CommandException;
+    using Type = omu_TypeErrorException;
+    ExpectFaithful<omu_GenericTypeErrorException, Type>({}, "omu_GenericTypeErrorException");
+    ExpectFaithful<omu_ArgTypeErrorException, Type>({1, "a", "b", "c"}, "omu_ArgTypeErrorException");
+    ExpectFaithful<omu_KeywordTypeErrorException, Type>({"a", "b", "c", "d"}, "omu_KeywordTypeErrorException");
+    ExpectFaithful<omu_ArgNumberErrorException, Type>({1, -2, "a"}, "omu_ArgNumberErrorException");
+    ExpectFaithful<omu_KeywordErrorException, Type>({"a", "b"}, "omu_KeywordErrorException");
+    ExpectFaithful<Attribute, Root>(Attribute(Attribute::MESSAGE, "a"), "omu_AttributeErrorException");
+    ExpectFaithful<BreName, Root>(BreName(BreName::INVALID_MODEL), "omu_BreNameErrorException");
+    ExpectFaithful<Range, Root>({"a", 1, omu_INCLUSIVE, 2, omu_NOT_INCLUSIVE}, "omu_RangeErrorException");
+    ExpectFaithful<omu_ValueErrorException, Root>(omu_ValueErrorException("a"), "NAME");
+    ExpectFaithful<omu_KeyErrorException, Root>(omu_KeyErrorException("a"), "NAME");
+    ExpectFaithful<omu_IndexErrorException, Root>(omu_IndexErrorException("a"), "NAME");
+    ExpectFaithful<omu_NameErrorException, Root>(omu_NameErrorException("a"), "NAME");
+    ExpectFaithful<omu_ZeroDivisionErrorException, Root>(omu_ZeroDivisionErrorException("a"), "NAME");
+    ExpectFaithful<omu_OverflowErrorException, Root>(omu_OverflowErrorException("a"), "NAME");
+    ExpectFaithful<omu_AccessErrorException, Root>(omu_AccessErrorException("a"), "NAME");
+    ExpectFaithful<omu_ColorErrorException, Root>(omu_ColorErrorException("a"), "NAME");
+    ExpectFaithful<omu_FontErrorException, Root>(omu_FontErrorException("a"), "NAME");
+}
+
+TEST(Exceptions, Fields_stand_in_the_stream_in_their_order)
+{
+    using namespace std::string_literals;
+    // Each line: the file and line of the throw, then the class's own fields.
+    EXPECT_EQ(StreamOf(omu_ArgTypeErrorException(1, "a", "b", "c")),
+              "\0\0\0\0\0\0\0\0"s + "\1\0\0\0"s + "\1\0\0\0a"s + "\1\0\0\0b"s + "\1\0\0\0c"s);
+    EXPECT_EQ(StreamOf(Range("w", 1, omu_INCLUSIVE, 9, omu_NOT_INCLUSIVE)),
+              "\0\0\0\0\0\0\0\0"s + "\1\0\0\0w"s + "\1\0\0\0"s + "\1\0\0\0001"s + "\1\0\0\0"s + "\1\0\0\0009"s +
+                  "\2\0\0\0"s);
+}
+
+TEST(Exceptions, A_dump_shows_the_fields_after_the_base)
+{
+    std::ostringstream text;
+    pnt_PrettyPrint dump(text);
+    Attribute::PrintData(dump, std::make_unique<Attribute>(Attribute::READ_ONLY, "width").get());
+    EXPECT_NE(text.str().find("\n  )\n  1\n  width\n)"), std::string::npos) << text.str();
+}
+
+TEST(Exceptions, Streams_with_numbers_that_are_no_kinds_are_refused)
+{
+    const std::string attribute = StreamOf(Attribute());
+    const std::string range = StreamOf(Range());
+    const auto at = [](int offset) { return "no valid kind of exception at offset " + std::to_string(offset); };
+    EXPECT_EQ(Refusal<Attribute>(WithNumber(attribute, 8, 3)), at(8));
+    EXPECT_EQ(Refusal<Attribute>(WithNumber(attribute, 8, -1)), at(8));
+    EXPECT_EQ(Refusal<BreName>(WithNumber(StreamOf(BreName()), 8, 4)), at(8));
+    EXPECT_EQ(Refusal<Range>(WithNumber(range, 12, 3)), at(12)) << "value kind";
+    EXPECT_EQ(Refusal<Range>(WithNumber(range, 20, 3)), at(20)) << "lower qualifier";
+    EXPECT_EQ(Refusal<Range>(WithNumber(range, 28, -1)), at(28)) << "higher qualifier";
+}
+
+TEST(Exceptions, Construction_in_place_and_of_the_abstract_class)
+{
+    const std::string bytes = StreamOf(omu_KeyErrorException("k"));
+    alignas(omu_KeyErrorException) unsigned char place[sizeof(omu_KeyErrorException)];
+    bio_Ifilter in(bytes.data(), bytes.size());
+    auto* const built = static_cast<omu_KeyErrorException*>(omu_KeyErrorException::CtorFunc(in, place));
+    EXPECT_EQ(static_cast<void*>(built), place);
+    EXPECT_EQ(built->Text(), "k");
+    built->~omu_KeyErrorException();
+
+    RecordedAssertions assertions;
+    EXPECT_EQ(omu_TypeErrorException::CtorFunc(in, nullptr), nullptr);
+    EXPECT_EQ(
+        assertions.Take(),
+        std::vector<std::string>{"omu_TypeErrorException::CtorFunc(): Illegal call to abstract class constructor."});
+}

@@ -1,0 +1,113 @@
+#include "uti_LabelMap.h"
+
+#include "../RecordedAssertions.h"
+#include "uti_ResourceManager.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+enum Fruit : int
+{
+    APPLE = 7,
+    PEAR = 2,
+    PLUM = 9,
+    UNLISTED = 4
+};
+
+std::string Joined(const cow_List<cow_String>& texts)
+{
+    std::string joined;
+    for (const cow_String& text : texts) {
+        joined += std::string(text.view()) + ",";
+    }
+    return joined;
+}
+
+/// Installs a lookup on this thread for its lifetime.
+class Translation
+{
+public:
+    explicit Translation(uti_ResourceManager::Lookup lookup) { Install(std::move(lookup)); }
+    ~Translation() { Install({}); }
+
+private:
+    static void Install(uti_ResourceManager::Lookup lookup)
+    {
+        thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(std::move(lookup));
+    }
+};
+
+} // namespace
+
+template <>
+const uti_LabelEntry uti_LabelMap<Fruit>::ENTRIES[] = {
+    {APPLE, "Fruit_07", "apple"}, {PEAR, "Fruit_02", "pear"}, {APPLE, "Fruit_07b", "second apple"},
+    {PLUM, "Fruit_09", "pear"},   {0, nullptr, nullptr},
+};
+
+template <> const uti_LabelEntry uti_LabelMap<Fruit, 1>::ENTRIES[] = {{0, nullptr, nullptr}};
+
+using Fruits = uti_LabelMap<Fruit>;
+using NoFruits = uti_LabelMap<Fruit, 1>;
+
+TEST(LabelMap, The_first_entry_of_a_key_and_of_a_text_counts)
+{
+    EXPECT_EQ(Fruits::LabelString(APPLE), "apple");
+    EXPECT_STREQ(Fruits::DefaultLabelString(APPLE), "apple");
+    EXPECT_STREQ(Fruits::ResourceName(APPLE), "Fruit_07");
+    EXPECT_EQ(Fruits::LabelKey("pear"), PEAR);
+    EXPECT_EQ(Fruits::DefaultLabelKey("pear"), PEAR);
+    EXPECT_EQ(Fruits::ResourceKey("Fruit_07b"), APPLE);
+    EXPECT_EQ(Joined(Fruits::LabelStrings()), "apple,pear,second apple,pear,");
+    EXPECT_EQ(Joined(Fruits::DefaultLabelStrings()), "apple,pear,second apple,pear,");
+    EXPECT_EQ(Joined(Fruits::ResourceNames()), "Fruit_07,Fruit_02,Fruit_07b,Fruit_09,");
+}
+
+TEST(LabelMap, An_absent_key_has_null_texts_and_no_assertion)
+{
+    RecordedAssertions assertions;
+    EXPECT_TRUE(Fruits::LabelString(UNLISTED).IsEmpty());
+    EXPECT_EQ(Fruits::DefaultLabelString(UNLISTED), nullptr);
+    EXPECT_EQ(Fruits::ResourceName(UNLISTED), nullptr);
+    EXPECT_TRUE(NoFruits::LabelString(static_cast<Fruit>(0)).IsEmpty()) << "the closing entry is no entry";
+    EXPECT_EQ(NoFruits::LabelStrings().Length(), 0);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>());
+}
+
+TEST(LabelMap, An_absent_text_is_an_assertion)
+{
+    RecordedAssertions assertions;
+    EXPECT_EQ(Fruits::LabelKey("Apple"), Fruits::NO_KEY);
+    EXPECT_EQ(Fruits::DefaultLabelKey("app"), Fruits::NO_KEY);
+    EXPECT_EQ(Fruits::ResourceKey("apple"), Fruits::NO_KEY);
+    const std::string label = "Unable to find key given label string";
+    const std::string resource = "Unable to find key given resource string";
+    EXPECT_EQ(assertions.Take(), (std::vector<std::string>{label, label, resource}));
+}
+
+TEST(LabelMap, An_installed_lookup_gives_the_label_strings_only)
+{
+    const Translation german([](const char* label, const char* defaultText) {
+        return std::string_view(label) == "Fruit_07" ? cow_String("Apfel") : cow_String(defaultText);
+    });
+    EXPECT_EQ(Joined(Fruits::LabelStrings()), "Apfel,pear,second apple,pear,");
+    EXPECT_EQ(Fruits::LabelKey("Apfel"), APPLE);
+    EXPECT_EQ(Fruits::DefaultLabelKey("apple"), APPLE);
+    EXPECT_STREQ(Fruits::DefaultLabelString(APPLE), "apple");
+    RecordedAssertions assertions;
+    EXPECT_EQ(Fruits::LabelKey("apple"), Fruits::NO_KEY);
+}
+
+TEST(LabelMap, Without_a_lookup_the_default_text_is_shown_again)
+{
+    {
+        const Translation loud([](const char* label, const char*) { return cow_String(label); });
+        EXPECT_EQ(Fruits::LabelString(PLUM), "Fruit_09");
+    }
+    EXPECT_EQ(Fruits::LabelString(PLUM), "pear");
+}
