@@ -5,6 +5,7 @@
 
 #include <concepts>
 #include <iosfwd>
+#include <string_view>
 
 /// Indented text for debugging dumps, over any std::ostream:
 ///
@@ -30,8 +31,8 @@ public:
     /// Ends what Open started with a line ")".
     void Close();
 
-    /// Starts a new indented line (nothing at the very beginning of the output).
-    void NewLine();
+    /// The next text starts a new line, indented as is due by then. Several calls before it start only one.
+    void NewLine() noexcept { m_newLine = true; }
     void Indent() noexcept { ++m_depth; }
     void Outdent() noexcept { --m_depth; }
 
@@ -54,8 +55,10 @@ public:
 
 private:
     void Write(std::string_view text);
+    void StartLine();
 
     std::ostream& m_out;
     int m_depth = 0;
-    bool m_started = false;
+    bool m_newLine = true;  // asked for, not yet written
+    bool m_started = false; // the first line has no line break before it
 };

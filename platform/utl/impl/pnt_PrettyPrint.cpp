@@ -2,15 +2,8 @@
 
 #include "pnt_detail.h"
 
-#include <algorithm>
 #include <ostream>
 #include <string_view>
-
-namespace
-{
-constexpr int INDENT_STEP = 2;
-constexpr std::string_view BLANKS = "                                ";
-} // namespace
 
 pnt_PrettyPrint::pnt_PrettyPrint(std::ostream& out) : m_out(out) {}
 
@@ -26,19 +19,6 @@ void pnt_PrettyPrint::Close()
     Outdent();
     NewLine();
     *this << ')';
-}
-
-void pnt_PrettyPrint::NewLine()
-{
-    if (m_started) {
-        Write("\n");
-    }
-    m_started = true;
-    for (std::size_t left = static_cast<std::size_t>(std::max(m_depth, 0)) * INDENT_STEP; left != 0;) {
-        const std::size_t blanks = std::min(left, BLANKS.size());
-        Write(BLANKS.substr(0, blanks));
-        left -= blanks;
-    }
 }
 
 pnt_PrettyPrint& pnt_PrettyPrint::operator<<(const char* text)
@@ -85,6 +65,20 @@ pnt_PrettyPrint& pnt_PrettyPrint::operator<<(float value)
 
 void pnt_PrettyPrint::Write(std::string_view text)
 {
-    m_started = true;
+    if (m_newLine) {
+        StartLine();
+    }
     m_out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+void pnt_PrettyPrint::StartLine()
+{
+    m_newLine = false;
+    if (m_started) {
+        m_out.put('\n');
+    }
+    m_started = true;
+    for (int level = 0; level < m_depth; ++level) {
+        m_out.write("  ", 2);
+    }
 }

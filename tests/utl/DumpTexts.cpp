@@ -1,0 +1,92 @@
+#include "pnt_PrettyPrint.h"
+#include "pnt_debugPrint.h"
+#include "typ_DebugFlags.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <locale>
+#include <sstream>
+#include <string>
+
+namespace
+{
+class GermanNumbers : public std::numpunct<char>
+{
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+} // namespace
+
+TEST(PrettyPrint, Lines_nest_and_start_once)
+{
+    std::ostringstream text;
+    pnt_PrettyPrint out(text);
+    out.Open("outer");
+    out.NewLine();
+    out.Open("inner");
+    out.Field(cow_String("a"));
+    out << ' ' << "b" << static_cast<const char*>(nullptr);
+    out.Close();
+    out.Field(true);
+    out.Close();
+    out << " end";
+    EXPECT_EQ(text.str(), "(outer\n  (inner\n    a b\n  )\n  true\n) end");
+}
+
+TEST(PrettyPrint, Numbers_take_nothing_from_the_stream)
+{
+    std::ostringstream text;
+    text.imbue(std::locale(std::locale::classic(), new GermanNumbers));
+    text << std::hex << std::showpos;
+    text.width(20);
+    pnt_PrettyPrint out(text);
+    out << std::numeric_limits<int>::min() << ' ' << std::numeric_limits<unsigned int>::max() << ' ' << 1234567.5 << ' '
+        << 0.1F << ' ' << -std::numeric_limits<double>::denorm_min() << ' ' << std::numeric_limits<double>::infinity();
+    EXPECT_EQ(text.str(), "-2147483648 4294967295 1234567.5 0.1 -5e-324 inf");
+}
+
+TEST(DebugPrint, Text_appears_only_between_start_and_end)
+{
+    std::ostringstream text;
+    pnt_DebugPrint& print = pnt_debugPrint();
+    if (print.IsOn()) {
+        GTEST_SKIP() << "VEXUTL_DEBUG switches the text on for good";
+    }
+    print.SetStream(&text);
+    print << "off" << 1;
+    print.StartDebug();
+    print.StartDebug("source/uti/impl/uti_Spawn", 575);
+    print << "reaped " << cow_String("process") << ' ' << -1 << ' ' << 4000000000U << ' ' << 0.5;
+    print.EndDebug();
+    print << '\n';
+    print.EndDebug();
+    print.EndDebug();
+    print << "off again";
+    print.StartDebug();
+    print << "on again";
+    print.EndDebug();
+    print.SetStream(nullptr);
+    EXPECT_EQ(text.str(), "source/uti/impl/uti_Spawn:575: reaped process -1 4000000000 0.5\non again");
+}
+
+TEST(DebugFlags, A_flags_text_is_a_whole_32_bit_number_or_nothing)
+{
+    struct Row
+    {
+        const char* text;
+        std::uint32_t flags;
+    };
+    const Row rows[] = {{"", 0},      {"5", 5},           {"4294967295", 0xFFFFFFFF},
+                        {"0x1f", 31}, {"0XFF", 255},      {"4294967296", 0},
+                        {"0x", 0},    {"1 ", 0},          {" 1", 0},
+                        {"-1", 0},    {"0x-1", 0},        {"1.5", 0},
+                        {"on", 0},    {"0x100000000", 0}, {"010", 10}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(typ_DebugFlags::Parse(row.text), row.flags) << '"' << row.text << '"';
+    }
+    EXPECT_EQ(typ_DebugFlags::GetDebugFlags(-1), 0);
+    EXPECT_EQ(typ_DebugFlags::GetDebugFlags(32), 0);
+}
