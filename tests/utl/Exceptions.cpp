@@ -1,0 +1,127 @@
+#include "nex_CommandException.h"
+#include "nex_TextException.h"
+#include "nex_canDynamicCast.h"
+#include "obj_Stream.h"
+#include "utl_Module.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace
+{
+class Refusal : public nex_CommandException
+{
+public:
+    cow_String JournalMessage() const override { return message; }
+    cow_String PythonType() const override { return "ValueError"; }
+    void Propagate() const override { throw *this; }
+    nex_Exception* Copy() const override { return new Refusal(*this); }
+
+    cow_String message = "width must be positive";
+};
+
+class Forgetful : public nex_TextException
+{
+public:
+    using nex_TextException::nex_TextException;
+    void Propagate() const override {}
+};
+
+/// A pointer to the member function in a slot of a class's table, slots counted from the destructor's two. The layout
+/// is that of the Itanium ABI: the offset in the table plus one, then the adjustment of `this`.
+template <class Member> Member Slot(std::ptrdiff_t slot)
+{
+    const std::ptrdiff_t layout[2] = {(slot + 2) * static_cast<std::ptrdiff_t>(sizeof(void*)) + 1, 0};
+    Member member;
+    static_assert(sizeof member == sizeof layout);
+    std::memcpy(&member, layout, sizeof member);
+    return member;
+}
+} // namespace
+
+TEST(Exception, Virtual_operations_stand_in_their_promised_slots)
+{
+    Refusal refusal;
+    try {
+        refusal.Throw("here", 3);
+    } catch (const Refusal&) {
+    }
+    using Text = cow_String (nex_CommandException::*)() const;
+    const nex_CommandException& thrown = refusal;
+    EXPECT_EQ((thrown.*Slot<Text>(0))(), "width must be positive (here, line 3)");
+    EXPECT_EQ((thrown.*Slot<Text>(1))(), "width must be positive");
+    EXPECT_EQ((thrown.*Slot<Text>(2))(), "width must be positive");
+    EXPECT_THROW((thrown.*Slot<void (nex_CommandException::*)() const>(3))(), Refusal);
+    const std::unique_ptr<nex_Exception> copy((thrown.*Slot<nex_Exception* (nex_CommandException::*)() const>(4))());
+    EXPECT_TRUE(nex_canDynamicCastPtr<Refusal>(copy.get()));
+    EXPECT_EQ((thrown.*Slot<std::uint32_t (nex_CommandException::*)() const>(5))(), nex_CommandException::TypeId());
+    EXPECT_EQ((thrown.*Slot<Text>(6))(), "width must be positive");
+    EXPECT_EQ((thrown.*Slot<Text>(7))(), "ValueError");
+}
+
+TEST(Exception, What_is_thrown_is_caught_as_each_of_its_classes)
+{
+    const auto raise = [] { Refusal().Throw("source/omu/impl/omu_Arguments", 12); };
+    EXPECT_THROW(raise(), Refusal);
+    EXPECT_THROW(raise(), nex_CommandException);
+    EXPECT_THROW(raise(), nex_Exception);
+    try {
+        raise();
+    } catch (const std::exception& exception) {
+        EXPECT_STREQ(exception.what(), "width must be positive");
+        const nex_Exception* thrown = nullptr;
+        ASSERT_TRUE(nex_canDynamicCastRef(exception, thrown));
+        EXPECT_EQ(thrown->DeveloperReport(), "width must be positive (source/omu/impl/omu_Arguments, line 12)");
+    }
+}
+
+TEST(Exception, What_stays_valid_until_the_text_changes)
+{
+    Refusal refusal;
+    const char* const before = refusal.what();
+    EXPECT_EQ(refusal.what(), before);
+    refusal.message = "width must be positive, and a text long enough for the heap";
+    EXPECT_STREQ(refusal.what(), "width must be positive, and a text long enough for the heap");
+    EXPECT_EQ(nex_TextException("never thrown").DeveloperReport(), "never thrown");
+}
+
+TEST(ExceptionDeathTest, A_throw_that_does_not_throw_ends_the_program)
+{
+    EXPECT_DEATH(Forgetful("lost").Throw("here", 1), "Propagate\\(\\) throws");
+}
+
+TEST(Exception, A_stream_keeps_the_text_and_the_position)
+{
+    int users = 0;
+    utl_initialize(users);
+    nex_TextException text("bad block");
+    EXPECT_THROW(text.Throw("source/cls/impl/cls_PC", 40), nex_TextException);
+    bio_Ofilter out;
+    out << static_cast<const nex_Exception*>(&text);
+    bio_Ifilter in(out.Data(), out.Size());
+    nex_Exception* read = nullptr;
+    in >> read;
+    EXPECT_EQ(read->DeveloperReport(), "bad block (source/cls/impl/cls_PC, line 40)");
+    delete read;
+    utl_finalize(users);
+}
+
+TEST(DynamicCast, Answers_as_the_cast_would)
+{
+    Refusal refusal;
+    nex_Exception& exception = refusal;
+    EXPECT_TRUE(nex_canDynamicCastRef<nex_CommandException>(exception));
+    EXPECT_FALSE(nex_canDynamicCastRef<nex_TextException>(exception));
+    EXPECT_FALSE(nex_canDynamicCastPtr<nex_Exception>(static_cast<const nex_Exception*>(nullptr)));
+    Refusal* found = nullptr;
+    EXPECT_TRUE(nex_canDynamicCastPtr(&exception, found));
+    EXPECT_EQ(found, &refusal);
+    nex_TextException* other = reinterpret_cast<nex_TextException*>(&refusal);
+    EXPECT_FALSE(nex_canDynamicCastRef(exception, other));
+    EXPECT_EQ(other, nullptr);
+}
