@@ -1,5 +1,6 @@
 #include "bio_Ifilter.h"
 
+#include "VEXcrt_System.h"
 #include "nex_TextException.h"
 #include "utl_FilePath.h"
 
@@ -62,7 +63,7 @@ bio_Ifilter::bio_Ifilter(const utl_FilePath& path) : m_source(std::make_unique<S
     m_source->file.pubsetbuf(nullptr, 0); // this class buffers already
     errno = 0;
     if (!m_source->file.open(name, std::ios::in | std::ios::binary)) {
-        Fail(("cannot open: " + std::generic_category().message(errno)).c_str());
+        Fail(("cannot open: " + VEXCRT::ErrorText(errno)).c_str());
     }
     std::error_code noSize; // a pipe or device has none
     const std::uintmax_t size = std::filesystem::file_size(name, noSize);
@@ -199,7 +200,7 @@ bool bio_Ifilter::Refill()
     try {
         m_end += m_source->Read();
     } catch (const std::ios_base::failure&) {
-        Fail(("cannot read: " + std::generic_category().message(errno)).c_str());
+        Fail(("cannot read: " + VEXCRT::ErrorText(errno)).c_str());
     }
     return m_cursor != m_end;
 }

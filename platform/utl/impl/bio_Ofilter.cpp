@@ -1,5 +1,6 @@
 #include "bio_Ofilter.h"
 
+#include "VEXcrt_System.h"
 #include "nex_TextException.h"
 #include "utl_FilePath.h"
 
@@ -8,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <system_error>
 
 namespace
 {
@@ -162,7 +162,7 @@ void bio_Ofilter::Fail(const char* what) const
     }
     text += what;
     if (m_sink != nullptr && m_sink->error != 0) {
-        text += ": " + std::generic_category().message(m_sink->error);
+        text += ": " + VEXCRT::ErrorText(m_sink->error);
     }
     text += " at offset " + std::to_string(Offset());
     nex_TextException(text).Throw("platform/utl/impl/bio_Ofilter", __LINE__);
