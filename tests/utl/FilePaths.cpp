@@ -1,0 +1,142 @@
+#include "bio_Ifilter.h"
+#include "nex_TextException.h"
+#include "omn_FixedString.h"
+#include "utl_FilePath.h"
+#include "utl_PathFinder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace
+{
+constexpr bool IS_WINDOWS = std::filesystem::path::preferred_separator != '/';
+
+void SetVariable(const char* name, const std::string& value)
+{
+#ifdef _WIN32
+    _putenv_s(name, value.c_str());
+#else
+    setenv(name, value.c_str(), 1);
+#endif
+}
+} // namespace
+
+TEST(FilePath, Parts_are_cut_at_the_last_name)
+{
+    struct Row
+    {
+        const char* path;
+        const char* directory;
+        const char* name;
+        const char* extension;
+        bool isAbsolute;
+    };
+    const Row common[] = {{"", "", "", "", false},
+                          {"f", "", "f", "", false},
+                          {"a/b.inp", "a", "b.inp", ".inp", false},
+                          {"a//b/", "a", "b", "", false},
+                          {"../.profile", "..", ".profile", "", false},
+                          {"a.b/..", "a.b", "..", "", false},
+                          {"a/..x.tar.gz", "a", "..x.tar.gz", ".gz", false},
+                          {"a/b.", "a", "b.", ".", false},
+                          {"./f", ".", "f", "", false}};
+    const Row posix[] = {{"/", "/", "", "", true},        {"/f", "/", "f", "", true},
+                         {"//f//", "//", "f", "", true},  {"/a/b", "/a", "b", "", true},
+                         {"a\\b", "", "a\\b", "", false}, {"C:/f", "C:", "f", "", false}};
+    const Row windows[] = {{"/f", "/", "f", "", false},      {"a\\b.x", "a", "b.x", ".x", false},
+                           {"C:f", "C:", "f", "", false},    {"C:\\f", "C:\\", "f", "", true},
+                           {"C:/a\\", "C:/", "a", "", true}, {"\\\\host\\share\\f", "\\\\host\\share", "f", "", true}};
+    const auto check = [](const Row& row) {
+        SCOPED_TRACE(row.path);
+        const utl_FilePath path(row.path);
+        EXPECT_EQ(path.Directory().PathName(), row.directory);
+        EXPECT_EQ(path.BaseName(), row.name);
+        EXPECT_EQ(path.Extension(), row.extension);
+        EXPECT_EQ(path.IsAbsolute(), row.isAbsolute);
+        EXPECT_EQ(path.AbsolutePathName() == path.PathName(), row.isAbsolute || path.IsEmpty());
+    };
+    for (const Row& row : common) {
+        check(row);
+    }
+    for (const Row& row : IS_WINDOWS ? windows : posix) {
+        check(row);
+    }
+}
+
+TEST(FilePath, Joining_keeps_what_is_absolute)
+{
+    const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    EXPECT_EQ(utl_FilePath("a").Join("b").PathName(), cow_String("a" + separator + "b"));
+    EXPECT_EQ(utl_FilePath("a/").Join("b").PathName(), "a/b");
+    EXPECT_EQ(utl_FilePath().Join("b").PathName(), "b");
+    EXPECT_EQ(utl_FilePath("a").Join("//host/b").PathName(), "//host/b");
+    const std::string here = std::filesystem::current_path().string();
+    EXPECT_EQ(utl_FilePath("x/../y").AbsolutePathName(), utl_FilePath(here.c_str()).Join("x/../y").PathName());
+}
+
+TEST(PathFinder, Files_are_found_in_the_order_of_the_list)
+{
+    namespace fs = std::filesystem;
+    const char* const given = std::getenv("TEST_TMPDIR");
+    const fs::path folder = fs::absolute(given != nullptr ? given : ".") / "PathFinder";
+    fs::remove_all(folder);
+    fs::create_directories(folder / "first" / "tool"); // a folder of that name is not the file
+    fs::create_directories(folder / "second");
+    fs::create_directories(folder / "third");
+    for (const fs::path& file : {folder / "second" / "tool", folder / "third" / "tool", folder / "third" / "other"}) {
+        std::ofstream(file) << "x";
+    }
+    const std::string separator = IS_WINDOWS ? ";" : ":";
+    SetVariable("VEXUTL_TEST_PATH", (folder / "missing").string() + separator + (folder / "first").string() +
+                                        separator + (folder / "second").string() + separator +
+                                        (folder / "third").string());
+    const auto find = [](const std::string& name, bool currentFirst = false) {
+        return fs::path(utl_PathFinder::getPath(name.c_str(), "VEXUTL_TEST_PATH", currentFirst).PathName().view());
+    };
+    EXPECT_EQ(find("tool"), folder / "second" / "tool");
+    EXPECT_EQ(find("other"), folder / "third" / "other");
+    EXPECT_EQ(find("nowhere"), fs::path());
+    EXPECT_EQ(find((folder / "third" / "tool").string()), folder / "third" / "tool");
+    EXPECT_EQ(find((folder / "nowhere").string()), fs::path());
+    EXPECT_TRUE(utl_PathFinder::getPath("tool", "VEXUTL_NO_SUCH_PATH", false).IsEmpty());
+
+    const fs::path before = fs::current_path();
+    fs::current_path(folder / "third");
+    EXPECT_EQ(find("tool", /*currentFirst=*/true), fs::path("tool"));
+    EXPECT_EQ(find("tool"), folder / "second" / "tool");
+    SetVariable("VEXUTL_TEST_PATH", (folder / "first").string() + separator);
+    EXPECT_EQ(find("tool"), fs::path("tool")); // the empty entry behind the separator
+    fs::current_path(before);
+}
+
+TEST(FixedString, Holds_what_fits_and_reads_nothing_longer)
+{
+    using Text = omn_FixedString<4>;
+    Text text("abcdef");
+    EXPECT_EQ(text.view(), "abcd");
+    EXPECT_STREQ(text.AsCharPtr(), "abcd");
+    Text part("ab");
+    part.Append(part.view());
+    part.Append("x");
+    EXPECT_EQ(part.view(), "abab");
+    EXPECT_LT(part, text);
+    EXPECT_EQ(Text(static_cast<const char*>(nullptr)), Text());
+
+    bio_Ofilter out;
+    out << text << "abcde";
+    bio_Ifilter in(out.Data(), out.Size());
+    Text read;
+    in >> read;
+    EXPECT_EQ(read, text);
+    try {
+        in >> read;
+        ADD_FAILURE() << "cut a stored text";
+    } catch (const nex_TextException& exception) {
+        EXPECT_EQ(exception.AsString(), "a text too long for its field at offset 8");
+    }
+    EXPECT_EQ(read, text);
+}
