@@ -1,0 +1,267 @@
+#include "bio_Ifilter.h"
+#include "bio_Ofilter.h"
+#include "cow_CloneCount.h"
+#include "nex_TextException.h"
+#include "omi_BlkBitVect.h"
+#include "pnt_PrettyPrint.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <random>
+#include <set>
+#include <sstream>
+#include <vector>
+
+namespace
+{
+using Model = std::set<std::uint32_t>;
+
+/// Bits around every border of words, blocks and ranges, and at both ends.
+const Model BORDERS = {0,     63,    64,    1023,   1024,       65535,      65536,
+                       65599, 66560, 70000, 131071, 2147483647, 4294967294, 4294967295};
+
+omi_BlkBitVect Bits(const Model& model)
+{
+    omi_BlkBitVect bits;
+    for (const std::uint32_t bit : model) {
+        bits.Set(bit);
+    }
+    return bits;
+}
+
+std::vector<std::uint32_t> Ascending(const omi_BlkBitVect& bits)
+{
+    std::vector<std::uint32_t> found;
+    for (omi_BlkBitVectTrav bit(bits); !bit.IsDone(); bit.Next()) {
+        found.push_back(bit.Current());
+    }
+    return found;
+}
+
+/// All that the vector says of itself must agree with the model.
+void Check(const omi_BlkBitVect& bits, const Model& model)
+{
+    ASSERT_EQ(bits.Count(), model.size());
+    ASSERT_EQ(bits.IsEmpty(), model.empty());
+    ASSERT_TRUE(std::ranges::equal(Ascending(bits), model));
+    omi_BlkBitVectTrav down(bits);
+    down.Last();
+    for (auto bit = model.rbegin(); bit != model.rend(); ++bit, down.Previous()) {
+        ASSERT_EQ(down.Current(), *bit);
+    }
+    ASSERT_TRUE(down.IsDone());
+    ASSERT_EQ(bits, Bits(model));
+}
+
+void CheckNeighbours(const omi_BlkBitVect& bits, const Model& model, std::uint32_t bit)
+{
+    const auto next = model.lower_bound(bit);
+    ASSERT_EQ(bits.NextSet(bit), next == model.end() ? omi_BlkBitVect::NONE : std::int64_t{*next}) << bit;
+    const auto behind = model.upper_bound(bit);
+    ASSERT_EQ(bits.PreviousSet(bit), behind == model.begin() ? omi_BlkBitVect::NONE : std::int64_t{*std::prev(behind)})
+        << bit;
+    ASSERT_EQ(bits.IsSet(bit), model.contains(bit)) << bit;
+}
+
+std::vector<unsigned char> Written(const omi_BlkBitVect& bits)
+{
+    bio_Ofilter out;
+    out << bits;
+    return {out.Data(), out.Data() + out.Size()};
+}
+
+bool Reads(const std::vector<unsigned char>& bytes, omi_BlkBitVect& bits)
+{
+    bio_Ifilter in(bytes.data(), bytes.size());
+    try {
+        in >> bits;
+    } catch (const nex_TextException&) {
+        return false;
+    }
+    return true;
+}
+} // namespace
+
+TEST(BitVector, Borders_are_bits_like_all_others)
+{
+    const omi_BlkBitVect bits = Bits(BORDERS);
+    Check(bits, BORDERS);
+    for (const std::uint32_t bit : BORDERS) {
+        for (const std::uint32_t near : {bit - 1, bit, bit + 1}) {
+            CheckNeighbours(bits, BORDERS, near);
+        }
+        omi_BlkBitVect less = bits;
+        Model model = BORDERS;
+        model.erase(bit);
+        EXPECT_TRUE(less.Unset(bit));
+        EXPECT_FALSE(less.Unset(bit));
+        Check(less, model);
+    }
+}
+
+TEST(BitVector, Random_operations_agree_with_a_set)
+{
+    std::mt19937 random(20240229);
+    const auto pick = [&](std::uint32_t below) { return static_cast<std::uint32_t>(random() % below); };
+    for (const std::uint32_t range : {500U, 200000U, 4294967295U}) {
+        omi_BlkBitVect bits;
+        Model model;
+        omi_BlkBitVect others[2];
+        Model otherModels[2];
+        for (int step = 0; step < 3000; ++step) {
+            const std::uint32_t bit = pick(range);
+            const std::uint32_t which = pick(2);
+            switch (pick(16)) {
+            case 0:
+                ASSERT_EQ(bits.Unset(bit), model.erase(bit) == 1);
+                break;
+            case 1: {
+                Model kept;
+                std::ranges::set_intersection(model, otherModels[which], std::inserter(kept, kept.end()));
+                bits.And(others[which]);
+                model = kept;
+                break;
+            }
+            case 2:
+                bits.Or(others[which]);
+                model.insert(otherModels[which].begin(), otherModels[which].end());
+                break;
+            case 3: {
+                Model kept;
+                std::ranges::set_difference(model, otherModels[which], std::inserter(kept, kept.end()));
+                bits.AndNot(others[which]);
+                model = kept;
+                break;
+            }
+            case 4:
+                others[which] = bits;
+                otherModels[which] = model;
+                break;
+            default:
+                ASSERT_EQ(bits.Set(bit), model.insert(bit).second);
+            }
+            CheckNeighbours(bits, model, pick(range));
+            if (step % 16 == 0) {
+                Check(bits, model);
+                Check(others[0], otherModels[0]);
+                omi_BlkBitVect read;
+                ASSERT_TRUE(Reads(Written(bits), read));
+                ASSERT_EQ(read, bits);
+            }
+        }
+    }
+}
+
+TEST(BitVector, Operations_with_oneself_are_no_special_case)
+{
+    omi_BlkBitVect bits = Bits(BORDERS);
+    bits.And(bits);
+    bits.Or(bits);
+    Check(bits, BORDERS);
+    bits.AndNot(bits);
+    Check(bits, {});
+}
+
+TEST(BitVector, Copies_share_until_a_write_that_changes_something)
+{
+    const omi_BlkBitVect bits = Bits(BORDERS);
+    omi_BlkBitVect copy = bits;
+#ifdef VEXUTL_COUNT_CLONES
+    const auto clones = cow_cloneCount<omi_BlkBitVect>.load();
+#endif
+    EXPECT_FALSE(copy.Set(63));
+    EXPECT_FALSE(copy.Unset(62));
+    EXPECT_TRUE(copy.SharesWith(bits));
+    EXPECT_TRUE(copy.Set(62));
+    EXPECT_TRUE(copy.Set(61));
+    EXPECT_FALSE(copy.SharesWith(bits));
+#ifdef VEXUTL_COUNT_CLONES
+    EXPECT_EQ(cow_cloneCount<omi_BlkBitVect>.load(), clones + 1);
+#endif
+    Check(bits, BORDERS);
+}
+
+TEST(BitVector, A_traversal_sees_the_bits_of_its_start)
+{
+    omi_BlkBitVect bits = Bits({1, 5, 64, 4294967295});
+    std::vector<std::uint32_t> seen;
+    for (omi_BlkBitVectTrav bit(bits); !bit.IsDone(); bit.Next()) {
+        seen.push_back(bit.Current());
+        bits.Unset(bit.Current());
+        bits.Set(bit.Current() + 1);
+    }
+    EXPECT_EQ(seen, (std::vector<std::uint32_t>{1, 5, 64, 4294967295}));
+    Check(bits, {0, 2, 6, 65});
+
+    omi_BlkBitVectTrav bit(bits);
+    bit.From(3);
+    EXPECT_EQ(bit.Current(), 6U);
+    bit.Previous();
+    EXPECT_EQ(bit.Current(), 2U);
+    bit.Next();
+    EXPECT_EQ(bit.Current(), 6U);
+    bit.From(66);
+    EXPECT_TRUE(bit.IsDone());
+    bit.Next();
+    bit.Previous();
+    EXPECT_TRUE(bit.IsDone());
+}
+
+TEST(BitVector, Damaged_streams_give_an_error_or_a_sound_vector)
+{
+    const auto alone = Written(Bits({2147483647}));
+    EXPECT_EQ(alone, (std::vector<unsigned char>{1, 0, 0, 0, 0xFF, 0xFF, 0x1F, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0, 0x80}));
+    const auto whole = Written(Bits(BORDERS));
+    omi_BlkBitVect read = Bits({5});
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        EXPECT_FALSE(Reads({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)}, read)) << length;
+    }
+    Check(read, {5}); // unchanged by what failed
+    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+        auto damaged = whole;
+        damaged[bit / 8] = static_cast<unsigned char>(damaged[bit / 8] ^ 1U << bit % 8);
+        if (Reads(damaged, read)) {
+            const auto found = Ascending(read);
+            Check(read, Model(found.begin(), found.end()));
+        }
+    }
+}
+
+TEST(BitVector, Blocks_out_of_order_or_empty_are_refused)
+{
+    struct Row
+    {
+        const char* name;
+        std::uint32_t numbers[2];
+        std::uint16_t used;
+        std::uint64_t word;
+        bool reads;
+    };
+    const Row rows[] = {{"ascending", {1, 2}, 1, 7, true},
+                        {"twice", {1, 1}, 1, 7, false},
+                        {"descending", {2, 1}, 1, 7, false},
+                        {"last block", {1, 0x3FFFFF}, 1, 7, true},
+                        {"no such block", {1, 0x400000}, 1, 7, false},
+                        {"no word", {1, 2}, 0, 7, false},
+                        {"empty word", {1, 2}, 1, 0, false}};
+    for (const Row& row : rows) {
+        bio_Ofilter out;
+        out << std::uint32_t{2};
+        for (const std::uint32_t number : row.numbers) {
+            out << number << row.used << row.word;
+        }
+        omi_BlkBitVect bits;
+        EXPECT_EQ(Reads({out.Data(), out.Data() + out.Size()}, bits), row.reads) << row.name;
+    }
+}
+
+TEST(BitVector, A_dump_shows_runs)
+{
+    std::ostringstream text;
+    pnt_PrettyPrint out(text);
+    out << Bits({3, 7, 8, 9, 63, 64, 4294967294, 4294967295}) << '|' << omi_BlkBitVect();
+    EXPECT_EQ(text.str(), "3 7-9 63-64 4294967294-4294967295|");
+}
