@@ -120,8 +120,7 @@ private:
     int m_optionalMiss = 0;                // parameter number of the last optional one not supplied, else 0
 };
 
-template <class T>
-void omu_Arguments::DeprecatedGet(T& value, const cow_String& keyword, cow_String feature)
+template <class T> void omu_Arguments::DeprecatedGet(T& value, const cow_String& keyword, cow_String feature)
 {
     if (!DeprecatedCheck(feature) || !Alternative()) {
         return;

@@ -67,15 +67,9 @@ struct omu_DeprecatedMemberEntry
     const char* sinceVersion = nullptr;
 };
 
-/// A method, getter or setter of a derived class as the tables hold it.
-template <class C> constexpr omu_Method omu_AsMethod(omu_Primitive* (C::*method)(omu_Arguments&)) noexcept
-{
-    return static_cast<omu_Method>(method);
-}
-template <class C> constexpr omu_Getter omu_AsGetter(omu_Primitive* (C::*getter)()) noexcept
-{
-    return static_cast<omu_Getter>(getter);
-}
+// A method or setter, and a getter, of a derived class as the tables hold them: omu_AsMethod<&Part::Translate>.
+template <auto METHOD> inline constexpr omu_Method omu_AsMethod = static_cast<omu_Method>(METHOD);
+template <auto GETTER> inline constexpr omu_Getter omu_AsGetter = static_cast<omu_Getter>(GETTER);
 
 /// Base of every script-visible object that is not a plain value: a kernel object with methods and members found by
 /// name. Each level of a class hierarchy describes itself once, in its constructor, base first; the most derived level
@@ -161,6 +155,8 @@ public:
     cow_String BaseType() const;
 
     int HierarchyDepth() const noexcept;
+    /// What this object is described as: equal for two objects exactly when they have the same levels.
+    const omu_TypeLevels* Levels() const noexcept { return m_levels; }
     /// Level `index`, 0 the base; valid for 0 <= index < HierarchyDepth().
     const TypeDesc& Level(int index) const noexcept;
     omu_OperationRules OperationRules() const noexcept { return m_operationRules; }

@@ -24,6 +24,8 @@ public:
     /// Any type.
     omu_PrimType() noexcept : omu_Primitive('t') {}
     explicit omu_PrimType(const omu_InterfaceObj& object);
+    /// The type of this name; empty: any type.
+    explicit omu_PrimType(const cow_String& name) noexcept : omu_Primitive('t'), m_name(name) {}
     explicit omu_PrimType(bio_Ifilter& in);
 
     /// Empty: any type.

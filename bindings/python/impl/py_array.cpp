@@ -1,0 +1,313 @@
+#include "py_array.h"
+
+#include "omu_PrimArray.h"
+#include "omu_PrimNumber.h"
+#include "py_errors.h"
+
+#include <cstring>
+#include <limits>
+#include <new>
+#include <type_traits>
+#include <vector>
+
+namespace
+{
+
+using Kind = omu_PrimNumber::DataTypeEnm;
+
+/// A numeric array in Python's hands; it shares the elements with the values it came from.
+struct ArrayObject
+{
+    PyObject ob_base;
+    omu_PrimArray array;
+    // What a buffer consumer is shown; they live as long as the object.
+    std::vector<Py_ssize_t> shape;
+    std::vector<Py_ssize_t> strides;
+};
+
+PyTypeObject* arrayType = nullptr;
+
+/// Lets go of a buffer at the end of a scope.
+class BufferView
+{
+public:
+    explicit BufferView(PyObject* exporter)
+        : m_isOpen(PyObject_GetBuffer(exporter, &m_view, PyBUF_FORMAT | PyBUF_STRIDES) == 0)
+    {}
+    ~BufferView()
+    {
+        if (m_isOpen) {
+            PyBuffer_Release(&m_view);
+        }
+    }
+    BufferView(const BufferView&) = delete;
+    BufferView& operator=(const BufferView&) = delete;
+
+    bool IsOpen() const noexcept { return m_isOpen; }
+    const Py_buffer& operator*() const noexcept { return m_view; }
+    const Py_buffer* operator->() const noexcept { return &m_view; }
+
+private:
+    Py_buffer m_view{};
+    bool m_isOpen;
+};
+
+/// The one character of a native element format, or 0.
+char FormatOf(const Py_buffer& view)
+{
+    const char* format = view.format != nullptr ? view.format : "B";
+    if (*format == '@' || *format == '=' || *format == '<') {
+        ++format; // every machine that VEXomu runs on is little-endian
+    }
+    return format[0] != '\0' && format[1] == '\0' ? format[0] : '\0';
+}
+
+template <class T> T Load(const void* address)
+{
+    T value;
+    std::memcpy(&value, address, sizeof value);
+    return value;
+}
+
+/// Calls `use` with a value of the C type that the format stands for; false for formats that are no numbers.
+template <class Use> bool WithIntegerType(char format, Use use)
+{
+    switch (format) {
+    case '?':
+        return use(static_cast<unsigned char>(0));
+    case 'b':
+        return use(static_cast<signed char>(0));
+    case 'B':
+        return use(static_cast<unsigned char>(0));
+    case 'h':
+        return use(static_cast<short>(0));
+    case 'H':
+        return use(static_cast<unsigned short>(0));
+    case 'i':
+        return use(0);
+    case 'I':
+        return use(0U);
+    case 'l':
+        return use(0L);
+    case 'L':
+        return use(0UL);
+    case 'q':
+        return use(0LL);
+    case 'Q':
+        return use(0ULL);
+    default:
+        return false;
+    }
+}
+
+bool SetBadElements(PyObject* value)
+{
+    PyErr_Format(PyExc_TypeError, "the elements of this %s are no numbers that the kernel understands",
+                 Py_TYPE(value)->tp_name);
+    return false;
+}
+
+bool SetOverflow()
+{
+    PyErr_SetString(PyExc_OverflowError, "int does not fit in 32 bits");
+    return false;
+}
+
+std::unique_ptr<omu_Primitive> NumberFrom(PyObject* value, const Py_buffer& view)
+{
+    const char format = FormatOf(view);
+    if (format == 'f') {
+        return std::make_unique<omu_PrimNumber>(Load<float>(view.buf));
+    }
+    if (format == 'd') {
+        return std::make_unique<omu_PrimNumber>(Load<double>(view.buf));
+    }
+    std::unique_ptr<omu_Primitive> number;
+    const bool isInteger = WithIntegerType(format, [&](auto sample) {
+        using T = decltype(sample);
+        const T integer = Load<T>(view.buf);
+        if constexpr (std::is_same_v<T, signed char>) {
+            number = std::make_unique<omu_PrimNumber>(integer, omu_PrimNumber::INT8);
+        } else if constexpr (std::is_same_v<T, short>) {
+            number = std::make_unique<omu_PrimNumber>(integer, omu_PrimNumber::INT16);
+        } else if (std::in_range<std::int32_t>(integer) && !std::is_same_v<T, unsigned int>) {
+            number = std::make_unique<omu_PrimNumber>(static_cast<int>(integer));
+        } else if (std::in_range<std::uint32_t>(integer)) {
+            number = std::make_unique<omu_PrimNumber>(static_cast<unsigned int>(integer));
+        } else {
+            SetOverflow();
+        }
+        return true;
+    });
+    if (!isInteger) {
+        SetBadElements(value);
+    }
+    return number;
+}
+
+/// Elements of an integer format as 32-bit ones; false with a Python error set.
+bool Narrow(PyObject* value, char format, const unsigned char* elements, std::vector<std::int32_t>& narrowed)
+{
+    bool fits = true;
+    const bool isInteger = WithIntegerType(format, [&](auto sample) {
+        using T = decltype(sample);
+        for (std::size_t i = 0; i < narrowed.size(); ++i) {
+            const T element = Load<T>(elements + i * sizeof(T));
+            fits = fits && std::in_range<std::int32_t>(element);
+            narrowed[i] = static_cast<std::int32_t>(element);
+        }
+        return true;
+    });
+    if (!isInteger) {
+        return SetBadElements(value);
+    }
+    return fits || SetOverflow();
+}
+
+std::unique_ptr<omu_Primitive> ArrayFrom(PyObject* value, const Py_buffer& view)
+{
+    std::vector<int> dimensions;
+    for (int i = 0; i < view.ndim; ++i) {
+        if (!std::in_range<int>(view.shape[i])) {
+            PyErr_SetString(PyExc_OverflowError, "array dimension does not fit in 32 bits");
+            return nullptr;
+        }
+        dimensions.push_back(static_cast<int>(view.shape[i]));
+    }
+    // Rows one after the other, whatever the order of the exporter's.
+    std::unique_ptr<unsigned char[]> packed;
+    const auto* elements = static_cast<const unsigned char*>(view.buf);
+    if (PyBuffer_IsContiguous(&view, 'C') == 0) {
+        packed.reset(new unsigned char[static_cast<std::size_t>(view.len)]);
+        if (PyBuffer_ToContiguous(packed.get(), const_cast<Py_buffer*>(&view), view.len, 'C') < 0) {
+            return nullptr;
+        }
+        elements = packed.get();
+    }
+    const auto make = [&](Kind kind, const void* data) {
+        return std::make_unique<omu_PrimArray>(view.ndim, dimensions.data(), kind, data);
+    };
+    switch (const char format = FormatOf(view)) {
+    case 'i':
+        return make(omu_PrimNumber::INT32, elements);
+    case 'f':
+        return make(omu_PrimNumber::REAL32, elements);
+    case 'd':
+        return make(omu_PrimNumber::REAL64, elements);
+    default: {
+        std::vector<std::int32_t> narrowed(static_cast<std::size_t>(view.len / view.itemsize));
+        return Narrow(value, format, elements, narrowed) ? make(omu_PrimNumber::INT32, narrowed.data()) : nullptr;
+    }
+    }
+}
+
+ArrayObject& Of(PyObject* self)
+{
+    return *reinterpret_cast<ArrayObject*>(self);
+}
+
+const char* FormatText(Kind kind)
+{
+    return kind == omu_PrimNumber::INT32 ? "i" : kind == omu_PrimNumber::REAL32 ? "f" : "d";
+}
+
+int GetBuffer(PyObject* self, Py_buffer* view, int flags)
+{
+    ArrayObject& object = Of(self);
+    if ((flags & PyBUF_WRITABLE) != 0) {
+        PyErr_SetString(PyExc_BufferError, "the elements are shared with the kernel and cannot be written");
+        return -1;
+    }
+    if ((flags & PyBUF_STRIDES) != PyBUF_STRIDES && !object.array.IsContiguous()) {
+        PyErr_SetString(PyExc_BufferError, "the elements do not follow one another");
+        return -1;
+    }
+    const Py_ssize_t itemSize = object.array.ConstGetItemSize();
+    *view = Py_buffer{.buf = const_cast<void*>(static_cast<const void*>(object.array.ConstGetData())),
+                      .obj = Py_NewRef(self),
+                      .len = itemSize * object.array.ConstGetNumElements(),
+                      .itemsize = itemSize,
+                      .readonly = 1,
+                      .ndim = static_cast<int>(object.shape.size()),
+                      .format = const_cast<char*>(FormatText(object.array.ConstGetPrimNumberType())),
+                      .shape = object.shape.data(),
+                      .strides = object.strides.data(),
+                      .suboffsets = nullptr,
+                      .internal = nullptr};
+    return 0;
+}
+
+void Dealloc(PyObject* self)
+{
+    PyTypeObject* const type = Py_TYPE(self);
+    Of(self).array.~omu_PrimArray();
+    Of(self).shape.~vector();
+    Of(self).strides.~vector();
+    type->tp_free(self);
+    Py_DECREF(type);
+}
+
+/// The array as a vexomu.Array; null with a Python error set.
+PyObject* NewArrayObject(const omu_PrimArray& array)
+{
+    std::vector<Py_ssize_t> shape;
+    std::vector<Py_ssize_t> strides;
+    for (int i = 0; i < array.ConstGetNumDimensions(); ++i) {
+        shape.push_back(array.ConstGetDimension(i));
+        strides.push_back(array.ConstGetStride(i));
+    }
+    PyObject* const self = arrayType->tp_alloc(arrayType, 0);
+    if (self == nullptr) {
+        return nullptr;
+    }
+    ::new (&Of(self).array) omu_PrimArray(array);
+    ::new (&Of(self).shape) std::vector<Py_ssize_t>(std::move(shape));
+    ::new (&Of(self).strides) std::vector<Py_ssize_t>(std::move(strides));
+    return self;
+}
+
+/// numpy.asarray, borrowed; null without a Python error when there is no numpy.
+PyObject* NumpyAsArray()
+{
+    static PyObject* asArray = nullptr; // kept for the life of the process
+    if (asArray == nullptr) {
+        const PyRef numpy(PyImport_ImportModule("numpy"));
+        asArray = numpy ? PyObject_GetAttrString(numpy.Get(), "asarray") : nullptr;
+        if (asArray == nullptr) {
+            PyErr_Clear();
+        }
+    }
+    return asArray;
+}
+
+} // namespace
+
+bool pyAddArrayType(PyObject* module)
+{
+    PyType_Slot slots[] = {
+        {Py_tp_dealloc, reinterpret_cast<void*>(Dealloc)},
+        {Py_bf_getbuffer, reinterpret_cast<void*>(GetBuffer)},
+        {Py_tp_doc, const_cast<char*>("A numeric array of the kernel; memoryview and numpy read it in place.")},
+        {0, nullptr},
+    };
+    PyType_Spec spec{"vexomu.Array", sizeof(ArrayObject), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                     slots};
+    arrayType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
+    return arrayType != nullptr && PyModule_AddObjectRef(module, "Array", reinterpret_cast<PyObject*>(arrayType)) == 0;
+}
+
+std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)
+{
+    const BufferView view(value);
+    if (!view.IsOpen()) {
+        return nullptr;
+    }
+    return view->ndim == 0 ? NumberFrom(value, *view) : ArrayFrom(value, *view);
+}
+
+PyObject* pyToArray(const omu_PrimArray& array)
+{
+    PyRef object(NewArrayObject(array));
+    PyObject* const asArray = object ? NumpyAsArray() : nullptr;
+    return asArray != nullptr ? PyObject_CallOneArg(asArray, object.Get()) : object.Release();
+}

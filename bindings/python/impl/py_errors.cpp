@@ -1,0 +1,155 @@
+#include "py_errors.h"
+
+#include "nex_CommandException.h"
+#include "nex_TextException.h"
+#include "uti_SystemException.h"
+
+#include <array>
+#include <exception>
+#include <new>
+#include <string_view>
+
+namespace
+{
+
+struct ErrorClass
+{
+    const char* category; // what nex_CommandException::PythonType() says
+    PyObject** base;
+    const char* description;
+    PyObject* type = nullptr; // owned by the module and by this table
+};
+
+// The categories that the script language does not have itself, and KeyError, whose own text would stand in quotes.
+std::array<ErrorClass, 7> ownErrors{{
+    {"RangeError", &PyExc_ValueError, "A number outside its permitted range."},
+    {"ColorError", &PyExc_ValueError, "A text that names no color."},
+    {"FontError", &PyExc_ValueError, "A text that names no font."},
+    {"BrenowNameError", &PyExc_ValueError, "A name that breaks the naming rules."},
+    {"KeyError", &PyExc_KeyError, "A key that a repository does not have."},
+    {"AccessError", &PyExc_ReferenceError, "A use of a kernel object that no longer exists."},
+    {"XypError", &PyExc_RuntimeError, "A failed operation on X-Y data."},
+}};
+
+struct BuiltinError
+{
+    const char* category;
+    PyObject** type;
+};
+
+const std::array<BuiltinError, 8> builtinErrors{{
+    {"TypeError", &PyExc_TypeError},
+    {"ValueError", &PyExc_ValueError},
+    {"IndexError", &PyExc_IndexError},
+    {"AttributeError", &PyExc_AttributeError},
+    {"NameError", &PyExc_NameError},
+    {"ZeroDivisionError", &PyExc_ZeroDivisionError},
+    {"OverflowError", &PyExc_OverflowError},
+    {"ReferenceError", &PyExc_ReferenceError},
+}};
+
+PyObject* TypeOfCategory(std::string_view category)
+{
+    for (const ErrorClass& error : ownErrors) {
+        if (category == error.category && error.type != nullptr) {
+            return error.type;
+        }
+    }
+    for (const BuiltinError& error : builtinErrors) {
+        if (category == error.category) {
+            return *error.type;
+        }
+    }
+    return PyExc_RuntimeError;
+}
+
+/// A text of the kernel as Python text; bytes that are not UTF-8 survive as surrogates.
+PyRef Text(const cow_String& text)
+{
+    return PyRef(PyUnicode_DecodeUTF8(text.AsCharPtr(), text.Length(), "surrogateescape"));
+}
+
+void SetError(PyObject* type, const cow_String& message)
+{
+    const PyRef text = Text(message);
+    if (text) {
+        PyErr_SetObject(type, text.Get());
+    }
+}
+
+void SetSystemError(const uti_SystemException& error)
+{
+    const PyRef arguments(Py_BuildValue("(isz)", error.ErrorNumber(), error.AsString().AsCharPtr(),
+                                        error.FileName().IsEmpty() ? nullptr : error.FileName().AsCharPtr()));
+    if (arguments) {
+        PyErr_SetObject(PyExc_OSError, arguments.Get());
+    }
+}
+
+void Translate()
+{
+    try {
+        throw;
+    } catch (const nex_CommandException& error) {
+        SetError(TypeOfCategory(error.PythonType()), error.JournalMessage());
+    } catch (const uti_SystemException& error) {
+        SetSystemError(error);
+    } catch (const nex_Exception& error) {
+        SetError(PyExc_RuntimeError, error.AsString());
+    } catch (const std::bad_alloc&) {
+        PyErr_NoMemory();
+    } catch (const std::exception& error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    } catch (...) {
+        PyErr_SetString(PyExc_RuntimeError, "an exception of unknown type");
+    }
+}
+
+} // namespace
+
+bool pyAddErrors(PyObject* module)
+{
+    for (ErrorClass& error : ownErrors) {
+        const PyRef members(PyDict_New());
+        const PyRef text(PyObject_GetAttrString(PyExc_Exception, "__str__"));
+        if (!members || !text || PyDict_SetItemString(members.Get(), "__str__", text.Get()) < 0) {
+            return false;
+        }
+        const PyRef name(PyUnicode_FromFormat("vexomu.%s", error.category));
+        if (!name) {
+            return false;
+        }
+        error.type =
+            PyErr_NewExceptionWithDoc(PyUnicode_AsUTF8(name.Get()), error.description, *error.base, members.Get());
+        if (error.type == nullptr || PyModule_AddObjectRef(module, error.category, error.type) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void pySetErrorFromCurrentException() noexcept
+{
+    PyObject* type = nullptr;
+    PyObject* earlier = nullptr;
+    PyObject* traceback = nullptr;
+    PyErr_Fetch(&type, &earlier, &traceback);
+    if (type == nullptr) {
+        Translate();
+        return;
+    }
+    PyErr_NormalizeException(&type, &earlier, &traceback);
+    if (traceback != nullptr) {
+        PyException_SetTraceback(earlier, traceback);
+    }
+    Py_XDECREF(type);
+    Py_XDECREF(traceback);
+    Translate();
+    PyObject* newType = nullptr;
+    PyObject* value = nullptr;
+    PyObject* newTraceback = nullptr;
+    PyErr_Fetch(&newType, &value, &newTraceback);
+    PyErr_NormalizeException(&newType, &value, &newTraceback);
+    PyException_SetContext(value, earlier); // takes over the reference
+    PyErr_Restore(newType, value, newTraceback);
+}

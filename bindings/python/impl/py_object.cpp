@@ -1,0 +1,523 @@
+#include "py_object.h"
+
+#include "py_errors.h"
+#include "py_values.h"
+
+#include "omu_Arguments.h"
+#include "omu_AttributeErrorException.h"
+#include "omu_ObjectRef.h"
+
+#include <structmember.h>
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <string>
+#include <unordered_map>
+
+namespace
+{
+
+/// A kernel object in Python's hands.
+struct Handle
+{
+    PyObject ob_base;
+    PyObject* weakReferences;
+    omu_InterfaceObj* owned; // deleted with the handle; null: the kernel owns the object
+    alignas(omu_ObjectRef) std::byte reference[sizeof(omu_ObjectRef)];
+};
+
+/// What a row of a kernel class's tables says about a name; the texts are the table's.
+struct NameInfo
+{
+    const char* name;
+    const char* description = nullptr;  // may be null
+    const char* replacement = nullptr;  // deprecated names: what to use instead; may be null
+    const char* sinceVersion = nullptr; // deprecated names: since when; may be null
+    bool deprecated = false;
+    bool readOnly = false; // members without setter
+};
+
+/// A name of a kernel class as it stands in the dictionary of its Python class.
+struct Descriptor
+{
+    PyObject ob_base;
+    vectorcallfunc vectorcall; // methods only
+    PyObject* name;            // interned
+    NameInfo info;
+};
+
+PyTypeObject* objectType = nullptr;
+PyTypeObject* methodType = nullptr;
+PyTypeObject* memberType = nullptr;
+
+/// The Python class of each description. Owns the classes; they live as long as the process, like the descriptions.
+std::unordered_map<const omu_TypeLevels*, PyTypeObject*>& Classes()
+{
+    static auto* const classes = new std::unordered_map<const omu_TypeLevels*, PyTypeObject*>;
+    return *classes;
+}
+
+omu_ObjectRef& ReferenceOf(PyObject* handle)
+{
+    return *std::launder(reinterpret_cast<omu_ObjectRef*>(reinterpret_cast<Handle*>(handle)->reference));
+}
+
+bool WarnDeprecated(const Descriptor& descriptor)
+{
+    const bool hasReplacement = descriptor.info.replacement != nullptr;
+    return PyErr_WarnFormat(PyExc_DeprecationWarning, 1, "%s is deprecated%s%s%s%s", descriptor.info.name,
+                            descriptor.info.sinceVersion != nullptr ? " since " : "",
+                            descriptor.info.sinceVersion != nullptr ? descriptor.info.sinceVersion : "",
+                            hasReplacement ? "; use " : "", hasReplacement ? descriptor.info.replacement : "") == 0;
+}
+
+bool WarnDeprecatedKeywords(const omu_Arguments& arguments)
+{
+    for (const cow_String& keyword : arguments.DeprecatedArgumentsUsed()) {
+        if (PyErr_WarnFormat(PyExc_DeprecationWarning, 1, "keyword %s is deprecated", keyword.AsCharPtr()) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// AttributeError with the name and the object, from which the interpreter makes its suggestions.
+void SetAttributeError(PyObject* object, const Descriptor& descriptor, const cow_String& message)
+{
+    const PyRef text(pyText(message.view()));
+    const PyRef error(text ? PyObject_CallOneArg(PyExc_AttributeError, text.Get()) : nullptr);
+    if (error && PyObject_SetAttrString(error.Get(), "name", descriptor.name) == 0 &&
+        PyObject_SetAttrString(error.Get(), "obj", object) == 0) {
+        PyErr_SetObject(PyExc_AttributeError, error.Get());
+    }
+}
+
+void SetNoAttribute(PyObject* object, const Descriptor& descriptor)
+{
+    SetAttributeError(object, descriptor,
+                      "'" + cow_String(Py_TYPE(object)->tp_name) + "' object has no attribute '" +
+                          descriptor.info.name + "'");
+}
+
+/// Fills the argument list with what a call hands over; false with a Python error set.
+bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t positional, PyObject* keywordNames)
+{
+    for (Py_ssize_t i = 0; i < positional; ++i) {
+        std::unique_ptr<omu_Primitive> value = pyFromPython(values[i]);
+        if (value == nullptr) {
+            return false;
+        }
+        arguments.Put(value.release());
+    }
+    const Py_ssize_t keywords = keywordNames != nullptr ? PyTuple_GET_SIZE(keywordNames) : 0;
+    for (Py_ssize_t i = 0; i < keywords; ++i) {
+        const PyUtf8 keyword(PyTuple_GET_ITEM(keywordNames, i));
+        std::unique_ptr<omu_Primitive> value = keyword.IsValid() ? pyFromPython(values[positional + i]) : nullptr;
+        if (value == nullptr) {
+            return false;
+        }
+        arguments.Put(value.release(), cow_String(keyword.view()));
+    }
+    return true;
+}
+
+/// The Python value of a result that the caller owns; null stands for None.
+PyObject* TakeResult(omu_Primitive* result)
+{
+    const std::unique_ptr<omu_Primitive> value(result);
+    if (value != nullptr && value->IsType('<') && value->DynTypeId() == omu_InterfaceObj::TypeId()) {
+        auto& object = static_cast<omu_InterfaceObj&>(*value);
+        if (&object.Resolve() == &object) {
+            // A fresh object, not a reference to one of the kernel's: Python keeps it.
+            static_cast<void>(const_cast<std::unique_ptr<omu_Primitive>&>(value).release());
+            return pyWrapObject(object, /*owned=*/true);
+        }
+    }
+    return pyToPython(value.get());
+}
+
+/// The one place through which every method call from Python goes.
+PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const* values, Py_ssize_t positional,
+                     PyObject* keywordNames)
+{
+    omu_InterfaceObj& object = ReferenceOf(handle).Target();
+    omu_Arguments arguments(static_cast<int>(positional));
+    if (!FillArguments(arguments, values, positional, keywordNames)) {
+        return nullptr;
+    }
+    bool deprecated = false;
+    if (method.info.deprecated && !object.IsMethod(method.info.name, deprecated)) {
+        SetNoAttribute(handle, method);
+        return nullptr;
+    }
+    if (deprecated && !WarnDeprecated(method)) {
+        return nullptr;
+    }
+    PyRef result(TakeResult(object.CallMethod("", method.info.name, arguments, deprecated)));
+    if (!result || !WarnDeprecatedKeywords(arguments)) {
+        return nullptr;
+    }
+    return result.Release();
+}
+
+PyObject* MethodVectorcall(PyObject* callable, PyObject* const* values, std::size_t flaggedCount,
+                           PyObject* keywordNames)
+{
+    const auto& method = *reinterpret_cast<Descriptor*>(callable);
+    const Py_ssize_t count = PyVectorcall_NARGS(flaggedCount);
+    if (count < 1 || !PyObject_TypeCheck(values[0], objectType)) {
+        PyErr_Format(PyExc_TypeError, "method '%s' needs a kernel object as its first argument", method.info.name);
+        return nullptr;
+    }
+    return pyGuard(static_cast<PyObject*>(nullptr),
+                   [&] { return CallMethod(values[0], method, values + 1, count - 1, keywordNames); });
+}
+
+PyObject* MethodGet(PyObject* self, PyObject* object, PyObject*)
+{
+    if (object == nullptr || object == Py_None) {
+        return Py_NewRef(self);
+    }
+    const auto& method = *reinterpret_cast<Descriptor*>(self);
+    if (method.info.deprecated && PyObject_TypeCheck(object, objectType)) {
+        const int found = pyGuard(-1, [&] {
+            bool deprecated = false;
+            return ReferenceOf(object).Target().IsMethod(method.info.name, deprecated) ? 1 : 0;
+        });
+        if (found == 0) {
+            SetNoAttribute(object, method);
+        }
+        if (found != 1) {
+            return nullptr;
+        }
+    }
+    return PyMethod_New(self, object);
+}
+
+PyObject* GetMember(PyObject* handle, const Descriptor& member)
+{
+    bool deprecated = false;
+    PyRef value(nullptr);
+    omu_Primitive* const result = ReferenceOf(handle).Target().GetMember(member.info.name, deprecated);
+    if (member.info.deprecated && !deprecated) {
+        delete result;
+        SetNoAttribute(handle, member);
+        return nullptr;
+    }
+    value = PyRef(TakeResult(result));
+    return !value || (deprecated && !WarnDeprecated(member)) ? nullptr : value.Release();
+}
+
+int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
+{
+    omu_InterfaceObj& object = ReferenceOf(handle).Target();
+    if (value == nullptr) {
+        if (object.DeleteMember(cow_String(member.info.name))) {
+            return 0;
+        }
+        SetAttributeError(handle, member, cow_String(member.info.name) + " cannot be deleted");
+        return -1;
+    }
+    std::unique_ptr<omu_Primitive> converted = pyFromPython(value);
+    if (converted == nullptr) {
+        return -1;
+    }
+    omu_Arguments arguments(1);
+    arguments.Put(converted.release());
+    bool deprecated = false;
+    const std::unique_ptr<omu_Primitive> done(object.SetMember(member.info.name, arguments, deprecated));
+    if (done == nullptr && member.info.deprecated && !deprecated) {
+        SetNoAttribute(handle, member);
+        return -1;
+    }
+    if (done == nullptr && member.info.readOnly) {
+        SetAttributeError(
+            handle, member,
+            omu_AttributeErrorException(omu_AttributeErrorException::READ_ONLY, member.info.name).JournalMessage());
+        return -1;
+    }
+    return deprecated && !WarnDeprecated(member) ? -1 : 0;
+}
+
+PyObject* MemberGet(PyObject* self, PyObject* object, PyObject*)
+{
+    if (object == nullptr || !PyObject_TypeCheck(object, objectType)) {
+        return Py_NewRef(self);
+    }
+    return pyGuard(static_cast<PyObject*>(nullptr),
+                   [&] { return GetMember(object, *reinterpret_cast<Descriptor*>(self)); });
+}
+
+int MemberSet(PyObject* self, PyObject* object, PyObject* value)
+{
+    if (!PyObject_TypeCheck(object, objectType)) {
+        PyErr_SetString(PyExc_TypeError, "a member of a kernel object needs one");
+        return -1;
+    }
+    return pyGuard(-1, [&] { return SetMember(object, *reinterpret_cast<Descriptor*>(self), value); });
+}
+
+void DescriptorDealloc(PyObject* self)
+{
+    PyTypeObject* const type = Py_TYPE(self);
+    Py_XDECREF(reinterpret_cast<Descriptor*>(self)->name);
+    PyObject_Free(self);
+    Py_DECREF(type);
+}
+
+PyObject* DescriptorDoc(PyObject* self, void*)
+{
+    const char* const description = reinterpret_cast<Descriptor*>(self)->info.description;
+    return pyText(description != nullptr ? description : "");
+}
+
+PyObject* DescriptorName(PyObject* self, void*)
+{
+    return Py_NewRef(reinterpret_cast<Descriptor*>(self)->name);
+}
+
+PyObject* MethodSignature(PyObject*, void*)
+{
+    return PyUnicode_FromString("($self, /, *args, **kwargs)");
+}
+
+PyObject* DescriptorRepr(PyObject* self)
+{
+    return PyUnicode_FromFormat("<%s '%s'>", Py_TYPE(self)->tp_name, reinterpret_cast<Descriptor*>(self)->info.name);
+}
+
+PyMemberDef methodMembers[] = {
+    {"__vectorcalloffset__", T_PYSSIZET, offsetof(Descriptor, vectorcall), READONLY, nullptr},
+    {},
+};
+
+PyGetSetDef methodAttributes[] = {
+    {"__doc__", DescriptorDoc, nullptr, nullptr, nullptr},
+    {"__name__", DescriptorName, nullptr, nullptr, nullptr},
+    {"__qualname__", DescriptorName, nullptr, nullptr, nullptr},
+    {"__text_signature__", MethodSignature, nullptr, nullptr, nullptr},
+    {},
+};
+
+PyGetSetDef memberAttributes[] = {
+    {"__doc__", DescriptorDoc, nullptr, nullptr, nullptr},
+    {"__name__", DescriptorName, nullptr, nullptr, nullptr},
+    {},
+};
+
+template <class Function> PyType_Slot Slot(int id, Function* function)
+{
+    return {id, reinterpret_cast<void*>(function)};
+}
+
+bool MakeDescriptorTypes()
+{
+    PyType_Slot methodSlots[] = {
+        Slot(Py_tp_dealloc, DescriptorDealloc),
+        Slot(Py_tp_descr_get, MethodGet),
+        Slot(Py_tp_call, PyVectorcall_Call),
+        Slot(Py_tp_repr, DescriptorRepr),
+        {Py_tp_members, methodMembers},
+        {Py_tp_getset, methodAttributes},
+        {0, nullptr},
+    };
+    PyType_Spec methodSpec{"vexomu.Method", sizeof(Descriptor), 0,
+                           Py_TPFLAGS_DEFAULT | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_HAVE_VECTORCALL |
+                               Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                           methodSlots};
+    PyType_Slot memberSlots[] = {
+        Slot(Py_tp_dealloc, DescriptorDealloc), Slot(Py_tp_descr_get, MemberGet), Slot(Py_tp_descr_set, MemberSet),
+        Slot(Py_tp_repr, DescriptorRepr),       {Py_tp_getset, memberAttributes}, {0, nullptr},
+    };
+    PyType_Spec memberSpec{"vexomu.Member", sizeof(Descriptor), 0,
+                           Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, memberSlots};
+    methodType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&methodSpec));
+    memberType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&memberSpec));
+    return methodType != nullptr && memberType != nullptr;
+}
+
+/// Puts a name into a class; false with a Python error set. A deprecated name never hides another one.
+bool AddDescriptor(PyObject* pythonClass, PyTypeObject* type, const NameInfo& info)
+{
+    PyRef name(PyUnicode_InternFromString(info.name));
+    if (!name) {
+        return false;
+    }
+    if (info.deprecated && PyObject_HasAttr(pythonClass, name.Get()) != 0) {
+        return true;
+    }
+    auto* const descriptor = PyObject_New(Descriptor, type);
+    if (descriptor == nullptr) {
+        return false;
+    }
+    const PyRef owner(reinterpret_cast<PyObject*>(descriptor));
+    descriptor->vectorcall = MethodVectorcall;
+    descriptor->name = Py_NewRef(name.Get());
+    descriptor->info = info;
+    return PyObject_SetAttr(pythonClass, name.Get(), owner.Get()) == 0;
+}
+
+NameInfo InfoOf(const omu_MethodEntry& row)
+{
+    return {.name = row.name, .description = row.description};
+}
+
+NameInfo InfoOf(const omu_MemberEntry& row)
+{
+    return {.name = row.name, .description = row.description, .readOnly = row.setter == nullptr};
+}
+
+NameInfo InfoOf(const omu_DeprecatedMethodEntry& row)
+{
+    return {.name = row.name,
+            .description = row.description,
+            .replacement = row.replacement,
+            .sinceVersion = row.sinceVersion,
+            .deprecated = true};
+}
+
+NameInfo InfoOf(const omu_DeprecatedMemberEntry& row)
+{
+    return {.name = row.name,
+            .description = row.description,
+            .replacement = row.replacement,
+            .sinceVersion = row.sinceVersion,
+            .deprecated = true,
+            .readOnly = row.setter == nullptr};
+}
+
+template <class Entry> bool AddTable(PyObject* pythonClass, PyTypeObject* type, const Entry* table)
+{
+    for (const Entry* row = table; row->name != nullptr; ++row) {
+        if (!AddDescriptor(pythonClass, type, InfoOf(*row))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool AddNames(PyObject* pythonClass, const omu_InterfaceObj::TypeDesc& level)
+{
+    return AddTable(pythonClass, methodType, level.methods) && AddTable(pythonClass, memberType, level.members) &&
+           AddTable(pythonClass, methodType, level.deprecatedMethods) &&
+           AddTable(pythonClass, memberType, level.deprecatedMembers);
+}
+
+/// A class for one described level, below the class of the level before it; a new reference.
+PyTypeObject* MakeClass(const omu_InterfaceObj::TypeDesc& level, PyTypeObject* base)
+{
+    // The interpreter keeps the pointer to a class's name; so does the set.
+    static auto* const names = new std::unordered_map<std::string, int>;
+    const std::string& name = names->try_emplace("vexomu." + std::string(level.typeName.view())).first->first;
+    PyType_Slot slots[] = {{0, nullptr}};
+    PyType_Spec spec{name.c_str(), 0, 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                     slots};
+    const PyRef bases(PyTuple_Pack(1, base));
+    PyRef pythonClass(bases ? PyType_FromSpecWithBases(&spec, bases.Get()) : nullptr);
+    if (!pythonClass || !AddNames(pythonClass.Get(), level)) {
+        return nullptr;
+    }
+    return reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+}
+
+/// The class of an object, borrowed; null with a Python error set.
+PyTypeObject* ClassOf(const omu_InterfaceObj& object)
+{
+    PyTypeObject*& known = Classes()[object.Levels()];
+    if (known != nullptr) {
+        return known;
+    }
+    PyRef pythonClass(Py_NewRef(reinterpret_cast<PyObject*>(objectType)));
+    for (int level = 0; level < object.HierarchyDepth(); ++level) {
+        pythonClass = PyRef(reinterpret_cast<PyObject*>(
+            MakeClass(object.Level(level), reinterpret_cast<PyTypeObject*>(pythonClass.Get()))));
+        if (!pythonClass) {
+            return nullptr;
+        }
+    }
+    known = reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+    return known;
+}
+
+void HandleDealloc(PyObject* self)
+{
+    PyTypeObject* const type = Py_TYPE(self);
+    auto* const handle = reinterpret_cast<Handle*>(self);
+    if (handle->weakReferences != nullptr) {
+        PyObject_ClearWeakRefs(self);
+    }
+    delete handle->owned;
+    ReferenceOf(self).~omu_ObjectRef();
+    type->tp_free(self);
+    Py_DECREF(type);
+}
+
+PyObject* HandleRepr(PyObject* self)
+{
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return pyText(ReferenceOf(self).Repr().view()); });
+}
+
+Py_hash_t HandleHash(PyObject* self)
+{
+    return static_cast<Py_hash_t>(reinterpret_cast<std::uintptr_t>(ReferenceOf(self).Identity()) >> 4);
+}
+
+PyObject* HandleCompare(PyObject* self, PyObject* other, int operation)
+{
+    if ((operation != Py_EQ && operation != Py_NE) || !PyObject_TypeCheck(other, objectType)) {
+        Py_RETURN_NOTIMPLEMENTED;
+    }
+    const bool same = ReferenceOf(self).Identity() == ReferenceOf(other).Identity();
+    return PyBool_FromLong(same == (operation == Py_EQ));
+}
+
+PyMemberDef handleMembers[] = {
+    {"__weaklistoffset__", T_PYSSIZET, offsetof(Handle, weakReferences), READONLY, nullptr},
+    {},
+};
+
+} // namespace
+
+bool pyAddObjectType(PyObject* module)
+{
+    PyType_Slot slots[] = {
+        Slot(Py_tp_dealloc, HandleDealloc),
+        Slot(Py_tp_repr, HandleRepr),
+        Slot(Py_tp_hash, HandleHash),
+        Slot(Py_tp_richcompare, HandleCompare),
+        {Py_tp_members, handleMembers},
+        {Py_tp_doc, const_cast<char*>("An object of the kernel. Equality is identity.")},
+        {0, nullptr},
+    };
+    PyType_Spec spec{"vexomu.Object", sizeof(Handle), 0,
+                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+    objectType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
+    return objectType != nullptr && MakeDescriptorTypes() &&
+           PyModule_AddObjectRef(module, "Object", reinterpret_cast<PyObject*>(objectType)) == 0;
+}
+
+PyObject* pyWrapObject(omu_InterfaceObj& object, bool owned)
+{
+    std::unique_ptr<omu_InterfaceObj> owner(owned ? &object : nullptr);
+    PyTypeObject* const type = ClassOf(object);
+    PyObject* const self = type != nullptr ? type->tp_alloc(type, 0) : nullptr;
+    if (self == nullptr) {
+        return nullptr;
+    }
+    auto* const handle = reinterpret_cast<Handle*>(self);
+    try {
+        ::new (handle->reference) omu_ObjectRef(object);
+    } catch (...) {
+        type->tp_free(self);
+        Py_DECREF(type);
+        throw;
+    }
+    handle->owned = owner.release();
+    return self;
+}
+
+omu_InterfaceObj* pyUnwrapObject(PyObject* value)
+{
+    return PyObject_TypeCheck(value, objectType) ? &ReferenceOf(value).Target() : nullptr;
+}

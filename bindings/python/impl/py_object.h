@@ -1,0 +1,17 @@
+#pragma once
+
+#include "py_ref.h"
+
+#include "omu_InterfaceObj.h"
+
+/// Adds the type Object, root of the classes of kernel objects, to the module. False with a Python error set.
+bool pyAddObjectType(PyObject* module);
+
+/// A Python object for `object`, whose class is made from the object's tables on first use; null with a Python error
+/// set. With `owned` the Python object deletes `object` at its own end (and `object` is deleted when this fails);
+/// without, it refers to it and raises AccessError once it is gone.
+PyObject* pyWrapObject(omu_InterfaceObj& object, bool owned);
+
+/// The kernel object behind a Python object: null without a Python error when `value` is none of ours. Throws
+/// omu_AccessErrorException when the kernel object is gone.
+omu_InterfaceObj* pyUnwrapObject(PyObject* value);

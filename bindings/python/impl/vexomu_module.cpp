@@ -1,0 +1,64 @@
+#include "py_array.h"
+#include "py_errors.h"
+#include "py_object.h"
+#include "py_text_types.h"
+#include "py_values.h"
+#include "vexomu_python.h"
+
+#include "omu_Module.h"
+
+#include <memory>
+
+namespace
+{
+
+PyObject* Wrap(omu_InterfaceObj* object)
+{
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return pyWrapObject(*object, /*owned=*/true); });
+}
+
+PyObject* ToPython(const omu_Primitive* value)
+{
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return pyToPython(value); });
+}
+
+omu_Primitive* FromPython(PyObject* value)
+{
+    return pyGuard(static_cast<omu_Primitive*>(nullptr), [&] { return pyFromPython(value).release(); });
+}
+
+vexomu_Api api{.wrap = Wrap, .toPython = ToPython, .fromPython = FromPython};
+
+PyModuleDef definition = {
+    PyModuleDef_HEAD_INIT,
+    "vexomu",
+    "Values, errors and kernel objects of VEXomu.",
+    -1, // the library below is one per process
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+};
+
+bool Fill(PyObject* module)
+{
+    if (!pyAddErrors(module) || !pyAddTextTypes(module) || !pyAddArrayType(module) || !pyAddObjectType(module)) {
+        return false;
+    }
+    const PyRef capsule(PyCapsule_New(&api, vexomu_Api::CAPSULE, nullptr));
+    return capsule && PyModule_AddObjectRef(module, "_api", capsule.Get()) == 0;
+}
+
+} // namespace
+
+PyMODINIT_FUNC PyInit_vexomu()
+{
+    return pyGuard(static_cast<PyObject*>(nullptr), []() -> PyObject* {
+        // Never finalized: kernel objects in Python's hands may outlive every moment at which that could be done.
+        static int count = 0;
+        omu_initialize(count);
+        PyRef module(PyModule_Create(&definition));
+        return module && Fill(module.Get()) ? module.Release() : nullptr;
+    });
+}

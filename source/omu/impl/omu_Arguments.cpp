@@ -1,0 +1,301 @@
+#include "omu_Arguments.h"
+
+#include "omi_Singleton.h"
+#include "omi_complex.h"
+#include "omu_ArgNumberErrorException.h"
+#include "omu_ArgTypeErrorException.h"
+#include "omu_BackwardCompat.h"
+#include "omu_CommandText_detail.h"
+#include "omu_Convert_detail.h"
+#include "omu_InterfaceObj.h"
+#include "omu_KeywordErrorException.h"
+#include "omu_KeywordTypeErrorException.h"
+#include "omu_PrimArray.h"
+#include "omu_PrimEnumBase.h"
+#include "omu_PrimNone.h"
+#include "omu_PrimType.h"
+#include "utl_FilePath.h"
+
+#include <memory>
+
+namespace
+{
+
+constexpr const char* SOURCE = "source/omu/impl/omu_Arguments";
+
+/// Stands for the type names of a keyword that was not supplied; End then reports a wrong count, not a wrong type.
+constexpr const char* UNDETERMINED = "Undetermined";
+
+constexpr const char* SEQUENCE_OF_INTEGERS = "sequence of Integers";
+
+} // namespace
+
+omu_Arguments::omu_Arguments(int positionalCount) : omu_PrimTuple(positionalCount) {}
+
+omu_Arguments::~omu_Arguments() = default;
+
+omu_Primitive* omu_Arguments::Copy() const
+{
+    return new omu_Arguments(*this);
+}
+
+cow_String omu_Arguments::AsString(int) const
+{
+    return omu_ArgumentsCommandText(*this);
+}
+
+void omu_Arguments::Put(char value, const cow_String& keyword)
+{
+    m_keywords.Put(omu_PrimNumber(value, omu_PrimNumber::INT8), keyword);
+}
+
+void omu_Arguments::Put(short value, const cow_String& keyword)
+{
+    m_keywords.Put(omu_PrimNumber(value, omu_PrimNumber::INT16), keyword);
+}
+
+void omu_Arguments::Put(float value, const cow_String& keyword)
+{
+    m_keywords.Put(omu_PrimNumber(value), keyword);
+}
+
+void omu_Arguments::Put(const cow_1DArray<int>& values, const cow_String& keyword)
+{
+    omu_PrimTuple tuple(values.Length());
+    for (const int value : values) {
+        tuple.Put(value);
+    }
+    m_keywords.Put(tuple, keyword);
+}
+
+void omu_Arguments::Put(const omu_InterfaceObj& value, const cow_String& keyword)
+{
+    Put(value.Copy(), keyword);
+}
+
+void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
+{
+    m_keywords.Put(omu_PrimHolder(value), keyword);
+}
+
+void omu_Arguments::Begin()
+{
+    ResetReading();
+    m_unconsumed = m_keywords.Keys();
+    m_requiredByKeyword = 0;
+    m_keywordFailure = 0;
+    m_currentKeyword.Clear();
+    m_optionalMiss = 0;
+}
+
+// The tuple's own name of these targets is "sequence of Ints"; both texts are promised.
+void omu_Arguments::Get(cow_1DArrayList<int, int>& values)
+{
+    FetchPositional(values, SEQUENCE_OF_INTEGERS);
+}
+
+void omu_Arguments::Get(cow_1DArray<int>& values)
+{
+    FetchPositional(values, SEQUENCE_OF_INTEGERS);
+}
+
+template <class Convert>
+void omu_Arguments::Fetch(const cow_String& keyword, const cow_String& expected, Convert convert)
+{
+    if (m_typeErrorPosition == 0) {
+        if (const omu_Primitive* const supplied = FindUnconsumed(keyword)) {
+            if (!convert(*supplied)) {
+                SetKeywordTypeError(keyword, expected, *supplied);
+            }
+        } else {
+            SetMissingKeyword(keyword);
+        }
+    }
+    AdvanceByKeyword(keyword);
+}
+
+template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_String& keyword)
+{
+    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+        Get(value);
+        return;
+    }
+    Fetch(keyword, omu_KeywordTypeName<T>(),
+          [&](const omu_Primitive& supplied) { return omu_ConvertKeyword(supplied, value); });
+}
+
+template VEXOMU_API void omu_Arguments::Get(bool&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(int&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(double&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_String&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_List<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_List<float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_List<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_1DArray<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<int, int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<float, float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<double, double>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<cow_String, cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_2DArray<double>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_2DArray<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(cow_Map<cow_String, float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omi_complex&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(utl_FilePath&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimNone&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimType&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimTuple&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimDictionary<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimDictionary<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::Get(omu_PrimArray&, const cow_String&);
+
+void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
+{
+    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+        Get(value);
+        return;
+    }
+    Fetch(keyword, value.TypeString(), [&](const omu_Primitive& supplied) { return omu_Convert(supplied, value); });
+}
+
+const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_String& keyword,
+                                           const omu_InterfaceObj* fallback)
+{
+    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+        return Get(typeName, fallback);
+    }
+    const omu_InterfaceObj* object = fallback;
+    Fetch(keyword, typeName,
+          [&](const omu_Primitive& supplied) { return omu_ConvertObject(supplied, typeName, object); });
+    return object;
+}
+
+bool omu_Arguments::Alternative()
+{
+    if (!ErrorOnPrevious()) {
+        if (m_keywordFailure != 0 || m_gets > m_size) {
+            return false;
+        }
+        return omu_PrimTuple::Alternative();
+    }
+    const int required = m_optional ? 0 : 1;
+    m_minimum -= required;
+    m_optionalMiss = 0;
+    m_keywordFailure = 0;
+    m_typeErrorPosition = 0;
+    m_actualType.Clear();
+    m_expectedType.Clear();
+    if (m_keywords.IsMember(m_currentKeyword)) {
+        m_requiredByKeyword -= required;
+        m_unconsumed.Append(m_currentKeyword);
+    }
+    m_currentKeyword.Clear();
+    --m_gets;
+    --m_maximum;
+    return true;
+}
+
+const omu_InterfaceObj* omu_Arguments::DeprecatedGet(const char* typeName, const cow_String& keyword,
+                                                     const omu_InterfaceObj* fallback, cow_String feature)
+{
+    if (!DeprecatedCheck(feature) || !Alternative()) {
+        return fallback;
+    }
+    const omu_InterfaceObj* const object = Get(typeName, keyword, fallback);
+    if (!ErrorOnPrevious()) {
+        AddDeprecatedArgUsed(keyword);
+    }
+    return object;
+}
+
+bool omu_Arguments::DeprecatedAlternative(const cow_String& feature)
+{
+    return Alternative() && DeprecatedCheck(feature);
+}
+
+void omu_Arguments::End(cow_String methodName)
+{
+    if (methodName.IsEmpty()) {
+        methodName = m_defaultName;
+    }
+    m_optionalMiss = 0;
+    // The order of the checks and the lines they report are promised.
+    if (!m_unconsumed.IsEmpty()) {
+        omu_KeywordErrorException(m_unconsumed[0], methodName).Throw(SOURCE, 256);
+    }
+    if (m_typeErrorPosition != 0) {
+        if (m_currentKeyword.IsEmpty()) {
+            omu_ArgTypeErrorException(m_typeErrorPosition, m_expectedType, m_actualType, methodName).Throw(SOURCE, 262);
+        }
+        if (m_expectedType != UNDETERMINED && m_actualType != UNDETERMINED) {
+            omu_KeywordTypeErrorException(m_currentKeyword, m_expectedType, m_actualType, methodName)
+                .Throw(SOURCE, 268);
+        }
+    }
+    const int supplied = m_size + m_requiredByKeyword;
+    if (supplied < m_minimum) {
+        omu_ArgNumberErrorException(m_minimum, supplied, methodName).Throw(SOURCE, 276);
+    }
+    const int total = m_size + m_keywords.Length();
+    if (total > m_maximum) {
+        omu_ArgNumberErrorException(m_maximum, total, methodName).Throw(SOURCE, 282);
+    }
+}
+
+bool omu_Arguments::Error() const
+{
+    return !m_unconsumed.IsEmpty() || m_typeErrorPosition != 0 || m_size + m_requiredByKeyword < m_minimum ||
+           m_size + m_keywords.Length() > m_maximum;
+}
+
+bool omu_Arguments::ErrorOnPrevious() const noexcept
+{
+    return m_gets != 0 && (m_keywordFailure == m_gets || m_optionalMiss == m_gets);
+}
+
+const omu_Primitive* omu_Arguments::FindUnconsumed(const cow_String& keyword) const
+{
+    return m_unconsumed.IsMember(keyword) ? m_keywords.Find(keyword) : nullptr;
+}
+
+void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, const cow_String& expected,
+                                        const omu_Primitive& found)
+{
+    m_typeErrorPosition = m_keywordFailure = m_gets + 1;
+    m_expectedType = expected;
+    m_actualType = omu_ElementAwareTypeName(found);
+    m_currentKeyword = keyword;
+}
+
+void omu_Arguments::SetMissingKeyword(const cow_String& keyword)
+{
+    m_expectedType = m_actualType = UNDETERMINED;
+    m_currentKeyword = keyword;
+    if (m_optional) {
+        m_optionalMiss = m_gets + 1;
+    } else {
+        m_typeErrorPosition = m_keywordFailure = m_gets + 1;
+    }
+}
+
+void omu_Arguments::AdvanceByKeyword(const cow_String& keyword)
+{
+    const int required = m_optional ? 0 : 1;
+    ++m_gets;
+    ++m_maximum;
+    m_minimum += required;
+    if (m_unconsumed.RemoveFirst(keyword)) {
+        m_requiredByKeyword += required;
+    }
+}
+
+bool omu_Arguments::DeprecatedCheck(const cow_String&) const
+{
+    return omi_Singleton<omu_BackwardCompat>::Instance().IsOn();
+}
+
+void omu_Arguments::AddDeprecatedArgUsed(const cow_String& keyword)
+{
+    if (!m_deprecatedUsed.IsMember(keyword)) {
+        m_deprecatedUsed.Append(keyword);
+    }
+}

@@ -1,0 +1,219 @@
+#include "omu_InterfaceObj.h"
+
+#include "RecordedAssertions.h"
+#include "omu_AccessErrorException.h"
+#include "omu_Arguments.h"
+#include "omu_ObjectRef.h"
+#include "omu_PrimNumber.h"
+#include "omu_TypeRegistryCache.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+
+class Base : public omu_InterfaceObj
+{
+public:
+    Base()
+    {
+        static constexpr methodTable methods[] = {
+            {"run", "", omu_AsMethod<&Base::Run>},
+            {"own", "", omu_AsMethod<&Base::Own>},
+            {},
+        };
+        static constexpr memberTable members[] = {
+            {"size", "", omu_AsGetter<&Base::GetSize>, omu_AsMethod<&Base::SetSize>},
+            {"fixed", "", omu_AsGetter<&Base::GetSize>, nullptr},
+            {},
+        };
+        static constexpr deprecatedMethodTable oldMethods[] = {
+            {"go", "", omu_AsMethod<&Base::Run>, "run", "1.0"},
+            {"own", "", omu_AsMethod<&Base::Run>, "run", "1.0"},
+            {},
+        };
+        static constexpr deprecatedMemberTable oldMembers[] = {
+            {"length", "", omu_AsGetter<&Base::GetSize>, nullptr, "size", "1.0"},
+            {},
+        };
+        DescribeType("TestBase", methods, members, oldMethods, oldMembers);
+    }
+
+    omu_Primitive* Copy() const override { return new Base(*this); }
+
+private:
+    omu_Primitive* Run(omu_Arguments&) { return new omu_PrimNumber(1); }
+    omu_Primitive* Own(omu_Arguments&) { return new omu_PrimNumber(2); }
+    omu_Primitive* GetSize() { return new omu_PrimNumber(m_size); }
+    omu_Primitive* SetSize(omu_Arguments& arguments)
+    {
+        arguments.Begin();
+        arguments.Get(m_size);
+        arguments.End("size");
+        return new omu_PrimNumber(0);
+    }
+
+    int m_size = 10;
+};
+
+class Derived : public Base
+{
+public:
+    Derived()
+    {
+        static constexpr methodTable methods[] = {
+            {"run", "", omu_AsMethod<&Derived::RunDerived>},
+            {"run", "", nullptr}, // never found: the first row of a name counts
+            {},
+        };
+        DescribeType("TestDerived", methods, nullptr);
+        DescribeType("TestBase", methods, nullptr); // described already
+    }
+
+private:
+    omu_Primitive* RunDerived(omu_Arguments&) { return new omu_PrimNumber(3); }
+};
+
+/// As many levels as asked for.
+class Deep final : public omu_InterfaceObj
+{
+public:
+    explicit Deep(int levels)
+    {
+        for (int level = 0; level < levels; ++level) {
+            DescribeType(("Level" + std::to_string(level)).c_str(), nullptr, nullptr);
+        }
+    }
+    omu_Primitive* Copy() const override { return nullptr; }
+};
+
+int Number(omu_Primitive* value)
+{
+    const std::unique_ptr<omu_Primitive> owner(value);
+    return owner != nullptr ? static_cast<const omu_PrimNumber&>(*owner).GetInt() : -1;
+}
+
+int Call(omu_InterfaceObj& object, const char* name, bool* wasDeprecated = nullptr)
+{
+    omu_Arguments arguments;
+    bool deprecated = false;
+    const int result = Number(object.CallMethod("ignored", name, arguments, deprecated));
+    if (wasDeprecated != nullptr) {
+        *wasDeprecated = deprecated;
+    }
+    return result;
+}
+
+} // namespace
+
+TEST(InterfaceObj, The_most_derived_level_that_has_a_name_wins)
+{
+    Derived object;
+    EXPECT_EQ(object.HierarchyDepth(), 2);
+    EXPECT_EQ(Call(object, "run"), 3);
+    EXPECT_EQ(Call(object, "own"), 2);
+    EXPECT_EQ(Call(object, "Run"), -1) << "names are case-sensitive";
+    Base base;
+    EXPECT_EQ(Call(base, "run"), 1);
+    EXPECT_EQ(object.MethodList(), (cow_List<cow_String>{"run", "own"}));
+    EXPECT_EQ(object.MemberList(), (cow_List<cow_String>{"size", "fixed"}));
+}
+
+TEST(InterfaceObj, Deprecated_names_count_last_and_raise_the_flag)
+{
+    Derived object;
+    bool deprecated = false;
+    EXPECT_EQ(Call(object, "go", &deprecated), 1);
+    EXPECT_TRUE(deprecated);
+    EXPECT_EQ(Call(object, "own", &deprecated), 2);
+    EXPECT_FALSE(deprecated);
+    EXPECT_EQ(Number(object.GetMember("length", deprecated)), 10);
+    EXPECT_TRUE(deprecated);
+}
+
+TEST(InterfaceObj, Members_are_set_through_their_setter_and_read_only_ones_never)
+{
+    Derived object;
+    bool deprecated = false;
+    omu_Arguments arguments(1);
+    arguments.Put(42);
+    EXPECT_EQ(Number(object.SetMember("size", arguments, deprecated)), 0);
+    EXPECT_EQ(Number(object.GetMember("size", deprecated)), 42);
+    EXPECT_EQ(object.SetMember("fixed", arguments, deprecated), nullptr);
+    EXPECT_EQ(object.SetMember("length", arguments, deprecated), nullptr);
+    EXPECT_EQ(object.GetMember("none", deprecated), nullptr);
+}
+
+TEST(InterfaceObj, Type_names_answer_from_every_level)
+{
+    Derived object;
+    EXPECT_TRUE(object.IsA("BrenowObject") && object.IsA("TestBase") && object.IsA("TestDerived"));
+    EXPECT_FALSE(object.IsA("Test"));
+    EXPECT_EQ(object.BaseType(), "TestBase");
+    EXPECT_EQ(object.ExposedTypeName(), "TestDerived");
+    omi_Singleton<omu_TypeRegistryCache>::Instance().RegisterTypeName("TestBase");
+    EXPECT_EQ(object.TypeString(), "TestBase") << "the most derived level is not exposed";
+}
+
+TEST(InterfaceObj, Misuse_is_reported_and_harmless)
+{
+    RecordedAssertions assertions;
+    Deep undescribed(0);
+    EXPECT_EQ(Call(undescribed, "run"), -1);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Must call DescribeType before using"});
+    Deep deepest(9);
+    EXPECT_TRUE(assertions.Take().empty());
+    Deep tooDeep(10);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Max inheritance hierarchy depth exceeded"});
+    EXPECT_EQ(tooDeep.HierarchyDepth(), 9);
+}
+
+TEST(InterfaceObj, Operations_not_offered_throw_their_promised_texts)
+{
+    Derived object;
+    omu_Arguments arguments;
+    const auto text = [](auto operation) -> std::string {
+        try {
+            operation();
+        } catch (const std::exception& error) {
+            return error.what();
+        }
+        return "";
+    };
+    EXPECT_EQ(text([&] { object.Coerce(arguments); }), "Error: Cannot coerce.");
+    EXPECT_EQ(text([&] { object.UnaryNegative(); }), "Error: Illegal operation for type.");
+    EXPECT_EQ(text([&] { object.DivOperation(&object); }), "Error: Illegal operation for type");
+    EXPECT_EQ(object.Cast(arguments), nullptr);
+    EXPECT_TRUE(object == omu_PrimNumber(1)) << "promised to equal everything";
+}
+
+TEST(ObjectRef, Notices_the_end_of_its_object_and_says_which_it_was)
+{
+    auto object = std::make_unique<Derived>();
+    omu_ObjectRef first(*object);
+    omu_ObjectRef second(first);
+    EXPECT_EQ(first.Identity(), second.Identity());
+    EXPECT_EQ(&second.Resolve(), object.get());
+    EXPECT_EQ(Call(second, "run"), 3);
+    object.reset();
+    const std::unique_ptr<omu_Primitive> copy(second.Copy());
+    EXPECT_FALSE(static_cast<omu_ObjectRef&>(*copy).IsAlive());
+    EXPECT_TRUE(second.IsA("TestBase"));
+    try {
+        Call(second, "run");
+        FAIL();
+    } catch (const omu_AccessErrorException& error) {
+        EXPECT_EQ(error.JournalMessage(), "<" + second.ExposedTypeName() + " object> no longer exists");
+    }
+}
+
+TEST(ObjectRef, A_copied_object_is_another_one)
+{
+    Derived object;
+    const omu_ObjectRef reference(object);
+    Derived copy(object);
+    EXPECT_NE(omu_ObjectRef(copy).Identity(), reference.Identity());
+}

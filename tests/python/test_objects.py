@@ -1,0 +1,158 @@
+"""Kernel objects in Python: names, calls, errors, and handles that outlive what they refer to."""
+
+import gc
+import math
+import pydoc
+import subprocess
+import sys
+import weakref
+
+import pytest
+
+import vexomu
+from probe import shelf
+
+
+def test_a_call_reaches_the_method_with_all_its_values():
+    assert shelf.call(3, 2.5, "abc", labels=[1, 2, 3], flag=True) == (3, 2.5, "abc", 3, 1)
+    assert shelf.call(name="n", width=1, count=7) == (7, 1.0, "n", 0, 0)
+    assert shelf.call(3, 2.5, "abc", flag=False) == (3, 2.5, "abc", 0, 0)
+
+
+@pytest.mark.parametrize("arguments, keywords, message", [
+    (("x", 1.0, "a"), {}, "call[0]; found string, expecting int32"),
+    ((1, "w", "a"), {}, "call[1]; found string, expecting number"),
+    ((1, math.nan, 5), {}, "call[2]; found number, expecting string"),
+    ((1, 1.0, "a"), {"labels": [1, "b"]}, "call['labels']; found list, expecting sequence of Integers"),
+    ((1, 1.0, "a"), {"labels": 5}, "call['labels']; found number, expecting sequence of Integers"),
+    ((1, 1.0, "a"), {"flag": 2}, "call['flag']; found number, expecting 0 or 1"),
+    ((1, 1.0), {}, "call; not all required arguments specified; expected 3, got 2"),
+    ((), {}, "call; not all required arguments specified; expected 3, got 0"),
+    ((1, 1.0, "a", [1], 1, 9), {}, "call; too many arguments; expected 5, got 6"),
+    ((1, 1.0, "a"), {"colour": 1}, "callkeyword error on colour"),
+    ((1, 1.0, "a"), {"count": 1}, "callkeyword error on count"),
+    (("x", 1.0, "a"), {"colour": 1}, "callkeyword error on colour"),
+])
+def test_argument_errors_are_type_errors_with_exact_texts(arguments, keywords, message):
+    with pytest.raises(TypeError) as caught:
+        shelf.call(*arguments, **keywords)
+    assert str(caught.value) == message
+
+
+@pytest.mark.parametrize("kind, error, base, message", [
+    ("value", ValueError, ValueError, "bad value"),
+    ("key", vexomu.KeyError, KeyError, "no 'such' key"),
+    ("index", IndexError, IndexError, "index 7"),
+    ("name", NameError, NameError, "no name"),
+    ("zero", ZeroDivisionError, ZeroDivisionError, "by zero"),
+    ("overflow", OverflowError, OverflowError, "too big"),
+    ("attribute", AttributeError, AttributeError, "read-only attributes"),
+    ("access", vexomu.AccessError, ReferenceError, "part no longer exists"),
+    ("color", vexomu.ColorError, ValueError, "blurple is not a valid color name."),
+    ("font", vexomu.FontError, ValueError, "wingding is not a valid font."),
+    ("brename", vexomu.BrenowNameError, ValueError, "name is empty"),
+    ("range", vexomu.RangeError, ValueError, "width must be an Integer in the range: 1 <= width < 10"),
+    ("text", RuntimeError, RuntimeError, "plain text"),
+    ("root", RuntimeError, RuntimeError, ""),
+    ("system", FileNotFoundError, OSError, "[Errno 2] IOError: : No such file or directory"),
+    ("memory", MemoryError, MemoryError, ""),
+    ("std", RuntimeError, RuntimeError, "std text"),
+    ("foreign", RuntimeError, RuntimeError, "an exception of unknown type"),
+])
+def test_each_kernel_failure_is_the_right_python_error(kind, error, base, message):
+    with pytest.raises(base) as caught:
+        shelf.fail(kind)
+    assert type(caught.value) is error and str(caught.value) == message
+
+
+def test_a_handle_whose_object_is_gone_raises_access_error():
+    box = shelf.add("old")
+    describe = box.describe
+    key = {box: 1}
+    shelf.remove()
+    for use in (lambda: box.name, lambda: describe(), lambda: setattr(box, "name", "x"), lambda: repr(box),
+                lambda: shelf.holds(box), lambda: shelf.echo(box)):
+        with pytest.raises(ReferenceError) as caught:
+            use()
+        assert type(caught.value) is vexomu.AccessError
+        assert str(caught.value) == "shelf.box('old') no longer exists"
+    assert box in key and isinstance(box, vexomu.Object)
+    shelf.add("new")
+    with pytest.raises(ReferenceError):
+        box.name
+
+
+def test_equality_and_hash_are_identity():
+    first = shelf.add("a")
+    again = shelf.box()
+    assert first is not again and first == again and hash(first) == hash(again) and first != shelf.loose()
+    assert shelf.holds(again) == 1 and shelf.holds(box=shelf.loose()) == 0
+    assert (first == 1) is False
+
+
+def test_members_are_read_and_written_by_name():
+    box = shelf.add("a")
+    box.name = "b"
+    assert box.name == "b" and box.size == 30 and repr(box) == "shelf.box('b')"
+    with pytest.raises(AttributeError) as caught:
+        box.size = 31
+    assert str(caught.value) == "size is read-only" and caught.value.name == "size" and caught.value.obj is box
+    with pytest.raises(TypeError, match=r"name\[0\]; found number, expecting string"):
+        box.name = 5
+    with pytest.raises(AttributeError, match="cannot be deleted"):
+        del box.name
+
+
+def test_unknown_names_carry_what_the_interpreter_needs_for_its_hint():
+    box = shelf.add("a")
+    with pytest.raises(AttributeError) as caught:
+        box.nmae
+    assert caught.value.name == "nmae" and caught.value.obj is box
+    with pytest.raises(AttributeError):
+        box.unknown = 1
+    program = "from probe import shelf\nshelf.add('a').nmae\n"
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert "Did you mean: 'name'?" in run.stderr
+
+
+def test_classes_follow_the_described_levels():
+    plain, painted = shelf.loose(), shelf.add("a", painted=True)
+    assert type(painted).__mro__[1] is type(plain) and isinstance(painted, vexomu.Object)
+    assert type(painted).__name__ == "PaintedBox" and painted.describe() == "painted"
+    assert type(plain).describe(painted) == "painted"
+    assert {"name", "size", "describe"} <= set(dir(painted))
+    assert "What the box is, and its paint." in pydoc.render_doc(painted)
+    with pytest.raises(TypeError, match="cannot create"):
+        type(plain)()
+    with pytest.raises(TypeError, match="needs a kernel object"):
+        type(plain).describe(1)
+
+
+def test_python_owns_what_the_kernel_does_not_keep():
+    loose = shelf.loose()
+    watcher = weakref.ref(loose)
+    assert loose.name == "loose"
+    del loose
+    gc.collect()
+    assert watcher() is None
+
+
+def test_deprecated_names_warn_and_name_their_replacement():
+    with pytest.warns(DeprecationWarning, match="put is deprecated since 2.0; use add"):
+        shelf.put("a")
+    box = shelf.box()
+    with pytest.warns(DeprecationWarning, match="label is deprecated since 2.0; use name"):
+        assert box.label == "a"
+
+
+def test_deprecated_names_are_unknown_when_not_permitted():
+    program = ("from probe import shelf\n"
+               "box = shelf.add('a')\n"
+               "for use in (lambda: shelf.put('a'), lambda: getattr(shelf, 'put'), lambda: box.label):\n"
+               "    try: use()\n"
+               "    except AttributeError as error: print(error)\n")
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True,
+                         env={**__import__("os").environ, "BRENOW_DEPRECATED": "OFF"})
+    assert run.stderr == "" and run.stdout.split("\n")[:3] == [
+        "'vexomu.Shelf' object has no attribute 'put'", "'vexomu.Shelf' object has no attribute 'put'",
+        "'vexomu.Box' object has no attribute 'label'"]

@@ -1,0 +1,154 @@
+"""Values cross between Python and the kernel and come back as they were."""
+
+import math
+import pathlib
+
+import numpy
+import pytest
+
+import vexomu
+from probe import shelf
+
+
+@pytest.mark.parametrize("value", [
+    None, 0, -1, 2147483647, -2147483648, 2147483648, 4294967295, 0.0, -0.0, 1.5, 1e300, 5e-324, math.inf, -math.inf,
+    1 + 2j, "", "text", "it's \\ and \n", "zero\0byte", "caf\u00e9 \U0001f680", "sixteen bytes...", "x" * 100000,
+    (), (1,), (1, ("a", (2.5, None))), [], [1, "b", [3]], {}, {"k": 1, "l": [1, 2]}, {1: "a", -5: (1,)},
+])
+def test_a_value_comes_back_equal_and_of_its_kind(value):
+    back = shelf.echo(value)
+    assert back == value and type(back) is type(value)
+    assert repr(back) == repr(value)
+
+
+def test_nan_stays_nan_and_booleans_become_integers():
+    assert math.isnan(shelf.echo(math.nan))
+    assert [(shelf.echo(flag), type(shelf.echo(flag))) for flag in (True, False)] == [(1, int), (0, int)]
+
+
+def test_text_that_is_not_utf8_survives():
+    text = b"a\xffb".decode("utf-8", "surrogateescape")
+    assert shelf.echo(text) == text
+    with pytest.raises(UnicodeEncodeError):
+        shelf.echo("\ud800")
+
+
+def test_path_like_objects_are_text():
+    assert shelf.echo(pathlib.PurePosixPath("a/b.txt")) == "a/b.txt"
+
+
+@pytest.mark.parametrize("number", [2**32, -2**31 - 1, 10**30, numpy.int64(2**40)])
+def test_integers_that_do_not_fit_overflow(number):
+    with pytest.raises(OverflowError, match="int does not fit in 32 bits"):
+        shelf.echo(number)
+    with pytest.raises(OverflowError):
+        shelf.echo({number if isinstance(number, int) else int(number): 1})
+
+
+@pytest.mark.parametrize("scalar, expected", [
+    (numpy.int8(-3), -3), (numpy.int16(7), 7), (numpy.int32(9), 9), (numpy.int64(11), 11), (numpy.uint32(2**31), 2**31),
+    (numpy.uint8(200), 200), (numpy.float32(0.5), 0.5), (numpy.float64(0.1), 0.1), (numpy.bool_(True), 1),
+])
+def test_numpy_scalars_are_numbers(scalar, expected):
+    back = shelf.echo(scalar)
+    assert back == expected and type(back) is type(expected)
+
+
+def test_a_float_is_never_cut_to_an_integer():
+    with pytest.raises(TypeError, match=r"call\[0\]; found number, expecting int32"):
+        shelf.call(2.0, 1.0, "a")
+    with pytest.raises(TypeError, match="expecting int32"):
+        shelf.call(numpy.float64(2.0), 1.0, "a")
+
+
+@pytest.mark.parametrize("array", [
+    numpy.arange(6, dtype="i4").reshape(2, 3), numpy.array([0.1, 0.2]), numpy.ones((2, 2, 2), dtype="f4"),
+    numpy.arange(10, dtype="f8")[::-2], numpy.asfortranarray(numpy.arange(6.0).reshape(2, 3)), numpy.zeros((0,)),
+])
+def test_numeric_arrays_keep_shape_kind_and_elements(array):
+    back = shelf.echo(array)
+    assert isinstance(back, numpy.ndarray) and back.dtype == array.dtype and back.shape == array.shape
+    assert (back == array).all()
+
+
+def test_integer_arrays_of_other_widths_become_int32_or_overflow():
+    assert shelf.echo(numpy.array([1, -2], dtype="i8")).tolist() == [1, -2]
+    assert shelf.echo(numpy.array([1, 255], dtype="u1")).dtype == numpy.int32
+    with pytest.raises(OverflowError):
+        shelf.echo(numpy.array([2**31], dtype="i8"))
+    with pytest.raises(TypeError):
+        shelf.echo(numpy.array(["a"]))
+
+
+def test_an_array_handed_to_python_outlives_the_value():
+    views = [shelf.echo(numpy.full(1000, float(i))) for i in range(50)]
+    assert all((view == i).all() for i, view in enumerate(views))
+
+
+def test_constants_are_texts_that_show_their_bare_name():
+    assert repr(vexomu.ON) == "ON" and vexomu.ON == "ON"
+    back = shelf.echo([vexomu.OFF, vexomu.Path("a.b.c"), vexomu.TypeName("Part")])
+    assert [type(item) for item in back] == [vexomu.Constant, vexomu.Path, vexomu.TypeName]
+    assert [str(item) for item in back] == ["OFF", "a.b.c", "Part"]
+    assert shelf.constant(vexomu.ON) is not None and repr(shelf.constant(True)) == "ON"
+    with pytest.raises(TypeError, match=r"constant\[0\]; found BLUE, expecting ON or OFF"):
+        shelf.constant(vexomu.Constant("BLUE"))
+
+
+@pytest.mark.parametrize("value, message", [
+    (b"bytes", "a bytes has no value that the kernel understands"),
+    ({1, 2}, "a set has no value that the kernel understands"),
+    (object(), "a object has no value that the kernel understands"),
+    ({"a": 1, 2: 3}, "dictionary keys must be all str or all int, not str and int"),
+    ({2: 3, "a": 1}, "dictionary keys must be all str or all int, not int and str"),
+    ({(1,): 2}, "dictionary keys must be str or int, not tuple"),
+])
+def test_values_without_a_counterpart_are_type_errors(value, message):
+    for argument in (value, [value], {"k": value}):
+        with pytest.raises(TypeError) as caught:
+            shelf.echo(argument)
+        assert str(caught.value) == message
+
+
+def test_cycles_and_deep_nesting_end_in_an_error():
+    cycle = []
+    cycle.append(cycle)
+    cyclic_dict = {}
+    cyclic_dict["self"] = [cyclic_dict]
+    deep = 1
+    for _ in range(100000):
+        deep = (deep,)
+    for value in (cycle, cyclic_dict, deep):
+        with pytest.raises(ValueError, match="value nested deeper than 200 levels"):
+            shelf.echo(value)
+    allowed = 1
+    for _ in range(190):
+        allowed = [allowed]
+    assert shelf.echo(allowed) == allowed
+
+
+def test_a_conversion_that_changes_the_list_is_noticed():
+    items = []
+
+    class Shrinking:
+        def __index__(self):
+            items.clear()
+            return 1
+
+    items.extend([Shrinking(), 2, 3])
+    with pytest.raises(RuntimeError, match="list changed size"):
+        shelf.echo(items)
+
+
+def test_a_value_python_has_no_kind_for_is_a_type_error():
+    with pytest.raises(TypeError, match="a value of type expression cannot be shown to Python"):
+        shelf.expression()
+
+
+def test_command_texts_run_again():
+    arguments = (1, -2.5, 0.1, 1e300, "it's\n\t\x01", None, (1,), [2, "b"], {"k": 1.0}, 1 + 2j)
+    text = shelf.text(*arguments, flag=True, name="x")
+    values, keywords = eval("(lambda *a, **k: (a, k))" + text, {"complex": complex})
+    assert values == arguments and keywords == {"flag": 1, "name": "x"}
+    assert shelf.text(math.nan, -math.inf) == "(float('nan'), float('-inf'))"
+    assert shelf.text(0.1 + 0.2) == "(0.30000000000000004)" and shelf.text() == "()"
