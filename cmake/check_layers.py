@@ -36,7 +36,7 @@ SYSTEM_HEADER = re.compile(r"(sys|linux|arpa|netinet)/|(unistd|pthread|dlfcn|fcn
 
 
 def header_layer(name: str, folder: str = "") -> "str | None":
-    if folder == "source/include" and name.startswith("omi_"):
+    if folder == "source/include" and re.match(r"omi_(?!Singleton)", name):
         return "rgx"  # class templates for every layer of VEXomu, which may use all of the platform
     return next((layer for pattern, layer in HEADER_LAYERS if pattern.match(name)), None)
 
