@@ -9,8 +9,9 @@
 /// touches the general allocator only once.
 ///
 /// Ownership:  whoever allocates frees, with the same size; on any thread.
-/// Threads:    each thread keeps its own blocks; they go back to the general allocator when the thread ends, after the
-///             thread's singletons are gone. Each size class keeps at most a stated number of blocks.
+/// Threads:    each thread keeps its own blocks, at most MAX_KEPT_BLOCKS of a size class (16, 32, ... bytes). They go
+///             back to the general allocator when the thread ends, after the thread's singletons are gone; what the
+///             thread frees later goes there directly.
 /// Complexity: a few loads and stores for sizes up to MAX_POOLED_BYTES; larger ones go straight to operator new.
 /// Errors:     std::bad_alloc.
 /// Under the sanitizers every request goes to operator new, so that they see each block's lifetime.
@@ -18,7 +19,10 @@ class VEXUTL_API utl_BlockPool
 {
 public:
     static constexpr std::size_t MAX_POOLED_BYTES = 256;
+    static constexpr std::size_t MAX_KEPT_BLOCKS = 256;
 
+    /// Gives at least `bytes` bytes, aligned for every ordinary type; never null.
     static void* Allocate(std::size_t bytes);
+    /// Takes back what Allocate(bytes) gave; null is allowed.
     static void Free(void* block, std::size_t bytes) noexcept;
 };

@@ -1,0 +1,149 @@
+#include "utl_BlockPool.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <thread>
+#include <vector>
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SKIP_UNDER_SANITIZERS GTEST_SKIP() << "nothing is kept under the sanitizers"
+#else
+#define SKIP_UNDER_SANITIZERS static_cast<void>(0)
+#endif
+
+namespace
+{
+constexpr std::size_t KEPT = utl_BlockPool::MAX_KEPT_BLOCKS;
+
+std::vector<void*> Allocate(std::size_t count, std::size_t bytes)
+{
+    std::vector<void*> blocks(count);
+    std::generate(blocks.begin(), blocks.end(), [bytes] { return utl_BlockPool::Allocate(bytes); });
+    return blocks;
+}
+
+void Free(const std::vector<void*>& blocks, std::size_t bytes)
+{
+    for (void* const block : blocks) {
+        utl_BlockPool::Free(block, bytes);
+    }
+}
+
+/// A block whose bytes all hold the same number until it is freed.
+struct Marked
+{
+    unsigned char* block;
+    std::size_t bytes;
+    unsigned char mark;
+};
+
+bool IsIntact(const Marked& marked)
+{
+    return std::all_of(marked.block, marked.block + marked.bytes,
+                       [&marked](unsigned char byte) { return byte == marked.mark; });
+}
+
+void FreeChecked(std::vector<Marked>& live, std::size_t i)
+{
+    EXPECT_TRUE(IsIntact(live[i])) << live[i].bytes << " bytes";
+    utl_BlockPool::Free(live[i].block, live[i].bytes);
+    live[i] = live.back();
+    live.pop_back();
+}
+
+/// Allocates and frees at random, up to 1000 blocks at once, and gives back those left.
+std::vector<Marked> ChurnBlocks(unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::vector<Marked> live;
+    for (int step = 0; step < 20000; ++step) {
+        if (live.size() == 1000 || (random() % 5 < 2 && !live.empty())) {
+            FreeChecked(live, random() % live.size());
+            continue;
+        }
+        const std::size_t bytes = random() % 300;
+        auto* const block = static_cast<unsigned char*>(utl_BlockPool::Allocate(bytes));
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0u);
+        live.push_back({block, bytes, static_cast<unsigned char>(step)});
+        std::memset(block, live.back().mark, bytes);
+    }
+    return live;
+}
+} // namespace
+
+TEST(BlockPool, Live_blocks_never_overlap_whichever_thread_frees_them)
+{
+    std::vector<Marked> left[2];
+    std::thread other([&left] { left[1] = ChurnBlocks(1); });
+    left[0] = ChurnBlocks(2);
+    other.join();
+    std::thread([&left] {
+        while (!left[0].empty()) {
+            FreeChecked(left[0], 0);
+        }
+    }).join();
+    while (!left[1].empty()) {
+        FreeChecked(left[1], 0);
+    }
+    utl_BlockPool::Free(nullptr, 16);
+}
+
+TEST(BlockPool, A_freed_block_serves_the_next_request_of_its_class_only)
+{
+    SKIP_UNDER_SANITIZERS;
+    struct Row
+    {
+        std::size_t freed, requested;
+        bool isSame;
+    };
+    for (const Row row : {Row{1, 16, true}, Row{16, 17, false}, Row{17, 32, true}, Row{256, 241, true},
+                          Row{240, 241, false}, Row{256, 240, false}, Row{256, 257, false}}) {
+        std::thread([row] {
+            void* const first = utl_BlockPool::Allocate(row.freed);
+            utl_BlockPool::Free(first, row.freed);
+            void* const next = utl_BlockPool::Allocate(row.requested);
+            EXPECT_EQ(next == first, row.isSame) << row.freed << " freed, " << row.requested << " requested";
+            utl_BlockPool::Free(next, row.requested);
+            if (!row.isSame) {
+                EXPECT_EQ(utl_BlockPool::Allocate(row.freed), first);
+                utl_BlockPool::Free(first, row.freed);
+            }
+        }).join();
+    }
+}
+
+TEST(BlockPool, A_thread_keeps_a_limited_number_of_blocks)
+{
+    SKIP_UNDER_SANITIZERS;
+    std::thread([] {
+        for (int round = 0; round < 2; ++round) {
+            const std::vector<void*> given = Allocate(KEPT + 50, 64);
+            Free(given, 64);
+            std::vector<void*> again = Allocate(KEPT, 64);
+            EXPECT_TRUE(std::equal(again.rbegin(), again.rend(), given.begin())) << "round " << round;
+            Free(again, 64);
+        }
+    }).join();
+}
+
+#if defined(__GLIBC__)
+TEST(BlockPool, An_ended_thread_gives_its_blocks_back)
+{
+    SKIP_UNDER_SANITIZERS;
+    const auto useThreads = [] {
+        for (int i = 0; i < 20; ++i) {
+            std::thread([] { Free(Allocate(KEPT, 256), 256); }).join();
+        }
+        return mallinfo2().uordblks;
+    };
+    const std::size_t before = useThreads();
+    EXPECT_LT(useThreads(), before + KEPT * 256) << "20 threads keep as much as one does, or more";
+}
+#endif
