@@ -88,6 +88,9 @@ TEST(UtilityModule, Start_up_is_counted_and_registers_the_exceptions)
     EXPECT_EQ(users, 5);
     uti_finalize(users);
     EXPECT_EQ(users, 5) << "one stop too many";
+    uti_initialize(users);
+    EXPECT_EQ(users, 6) << "a start after one stop too many";
+    uti_finalize(users);
     utl_finalize(utlUsers);
 }
 

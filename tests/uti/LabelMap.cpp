@@ -71,10 +71,11 @@ TEST(LabelMap, The_first_entry_of_a_key_and_of_a_text_counts)
 TEST(LabelMap, An_absent_key_has_null_texts_and_no_assertion)
 {
     RecordedAssertions assertions;
-    EXPECT_TRUE(Fruits::LabelString(UNLISTED).IsEmpty());
+    const Translation never([](const char*, const char*) { return cow_String("asked for what is absent"); });
+    EXPECT_EQ(Fruits::LabelString(UNLISTED), "");
     EXPECT_EQ(Fruits::DefaultLabelString(UNLISTED), nullptr);
     EXPECT_EQ(Fruits::ResourceName(UNLISTED), nullptr);
-    EXPECT_TRUE(NoFruits::LabelString(static_cast<Fruit>(0)).IsEmpty()) << "the closing entry is no entry";
+    EXPECT_EQ(NoFruits::LabelString(static_cast<Fruit>(0)), "") << "the closing entry is no entry";
     EXPECT_EQ(NoFruits::LabelStrings().Length(), 0);
     EXPECT_EQ(assertions.Take(), std::vector<std::string>());
 }
