@@ -10,7 +10,7 @@
 ///
 /// Threads:    components are inserted at start-up; look-ups take no lock and may run on any thread.
 /// Complexity: Find is two loads; IsParent one Find per level.
-/// Errors:     an unknown id is answered with null, false or an empty name.
+/// Errors:     an unknown id is answered with null, false or an empty name; parents in a circle are an assertion.
 class VEXUTL_API typ_ArchCompTable
 {
 public:

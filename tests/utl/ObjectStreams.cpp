@@ -1,3 +1,4 @@
+#include "VEXCRT.h"
 #include "nex_CommandException.h"
 #include "nex_TextException.h"
 #include "obj_Stream.h"
@@ -261,15 +262,19 @@ TEST_F(ObjectStream, Nesting_beyond_the_limit_is_refused_both_ways)
 
 TEST_F(ObjectStream, Descent_follows_the_parents_across_components)
 {
-    static constexpr typ_Entry rows[] = {{}, {typ_VALUE, "Crate", BOX}};
-    typ_ArchCompTable::InsertEntry(0xFFFF, {rows, 2});
     constexpr std::uint32_t CRATE = 0xFFFF0001;
+    constexpr std::uint32_t CIRCLE = 0xFFFF0002;
+    static constexpr typ_Entry rows[] = {{}, {typ_VALUE, "Crate", BOX}, {typ_VALUE, "Circle", CIRCLE}};
+    typ_ArchCompTable::InsertEntry(0xFFFF, {rows, 3});
     EXPECT_TRUE(typ_ArchCompTable::IsParent(CRATE, CRATE));
     EXPECT_TRUE(typ_ArchCompTable::IsParent(CRATE, SHAPE));
     EXPECT_FALSE(typ_ArchCompTable::IsParent(SHAPE, BOX));
     EXPECT_FALSE(typ_ArchCompTable::IsParent(CRATE, 0x1F0001));
-    EXPECT_FALSE(typ_ArchCompTable::IsParent(0xFFFF0002, SHAPE));
-    EXPECT_EQ(typ_ArchCompTable::GetName(0xFFFF0002), "");
+    EXPECT_FALSE(typ_ArchCompTable::IsParent(0xFFFF0003, SHAPE));
+    const VEXCRT::AssertHandler before = VEXCRT::SetAssertHandler([](const char*, const char*, int) {});
+    EXPECT_FALSE(typ_ArchCompTable::IsParent(CIRCLE, SHAPE));
+    VEXCRT::SetAssertHandler(before);
+    EXPECT_EQ(typ_ArchCompTable::GetName(0xFFFF0003), "");
     EXPECT_EQ(typ_ArchCompTable::GetDtorFunc(CRATE), nullptr);
     typ_ArchCompTable::InsertEntry(0xFFFF, {});
     EXPECT_EQ(typ_ArchCompTable::Find(CRATE), nullptr);

@@ -7,6 +7,7 @@
 namespace
 {
 constexpr std::uint32_t COMPONENTS = 0x10000;
+constexpr int MAX_LEVELS = 100; // no class derives so deeply: parents that go on form a circle
 
 // The count is stored before the rows and read after them, so that a reader never meets rows without their
 // count.
@@ -43,14 +44,18 @@ const typ_Entry* typ_ArchCompTable::Find(std::uint32_t typeId) noexcept
 
 bool typ_ArchCompTable::IsParent(std::uint32_t typeId, std::uint32_t ancestorId) noexcept
 {
-    while (typeId != ancestorId) {
+    for (int level = 0; level < MAX_LEVELS; ++level) {
+        if (typeId == ancestorId) {
+            return true;
+        }
         const typ_Entry* const row = Find(typeId);
         if (row == nullptr) {
             return false;
         }
         typeId = row->parent;
     }
-    return true;
+    VEXCRT::_assert("the parents of a type end at a root", "platform/utl/impl/typ_ArchCompTable", __LINE__);
+    return false;
 }
 
 cow_String typ_ArchCompTable::GetName(std::uint32_t typeId)
