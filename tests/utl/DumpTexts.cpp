@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
+#include <iostream>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -18,6 +20,15 @@ class GermanNumbers : public std::numpunct<char>
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
+
+void SetVariable(const char* name, const char* value)
+{
+#ifdef _WIN32
+    _putenv_s(name, value);
+#else
+    setenv(name, value, 1);
+#endif
+}
 } // namespace
 
 TEST(PrettyPrint, Lines_nest_and_start_once)
@@ -87,6 +98,19 @@ TEST(DebugFlags, A_flags_text_is_a_whole_32_bit_number_or_nothing)
     for (const Row& row : rows) {
         EXPECT_EQ(typ_DebugFlags::Parse(row.text), row.flags) << '"' << row.text << '"';
     }
-    EXPECT_EQ(typ_DebugFlags::GetDebugFlags(-1), 0);
-    EXPECT_EQ(typ_DebugFlags::GetDebugFlags(32), 0);
+}
+
+TEST(DebugFlagsDeathTest, The_environment_decides_on_first_use)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has not asked yet
+    EXPECT_EXIT(
+        {
+            SetVariable("VEXUTL_DEBUG", "0x80000005");
+            std::cerr << std::hex << typ_DebugFlags::GetDebugFlags();
+            for (const int category : {-1, 0, 1, 2, 31, 32}) {
+                std::cerr << ' ' << typ_DebugFlags::GetDebugFlags(category);
+            }
+            std::exit(pnt_debugPrint().IsOn() ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "80000005 0 1 0 1 1 0");
 }
