@@ -9,6 +9,7 @@
 #include <array>
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 /// The element type that holds both: floats win over integers, and two different integer kinds give INT32.
@@ -107,8 +108,6 @@ public:
     const void* ConstGetData() const noexcept { return m_data; }
     /// 'i', 'f' or 'd'.
     char ConstGetPyType() const noexcept { return m_pyType; }
-    /// False, and nothing changes, when `pyType` does not stand for the array's element type.
-    bool SetPyType(char pyType) noexcept;
     int ConstGetNumElements() const noexcept;
     /// Bytes of all elements.
     int ConstGetArraySize() const noexcept { return ConstGetNumElements() * ConstGetItemSize(); }
@@ -156,17 +155,18 @@ private:
     /// False, and nothing changes, for a negative number of dimensions, which is reported as an assertion.
     bool FromDimsAndData(int dimensionCount, const int* dimensions, const void* data, omu_PrimNumber::DataTypeEnm type);
     void FromSequence(const omu_PrimSequence& sequence);
-    void SetContiguousStrides();
+    /// The character that stands for the element type.
+    void SetPyType() noexcept;
+    void RequireInsideStorage() const;
+    void RequireDimension() const;
     /// The place of the item at `index` along the first dimension; throws out of bounds.
     unsigned char* Index2Ptr(int index) const;
     unsigned char* Address(std::span<const int> indices) const;
     /// The same after the elements were made this array's own.
     unsigned char* AddressForWriting(std::span<const int> indices);
-    /// A view of `count` items along the first dimension from `data` on.
-    omu_PrimArray* View(unsigned char* data, int count) const;
     bool EqualsArray(const omu_PrimArray& other) const;
-    /// An array without data whose first dimension is `length`, the others as here.
-    omu_PrimArray* NewWithLength(std::int64_t length, omu_PrimNumber::DataTypeEnm type) const;
+    /// Zeros of `type`, with `length` as the first dimension and the others as here.
+    std::unique_ptr<omu_PrimArray> NewWithLength(std::int64_t length, omu_PrimNumber::DataTypeEnm type) const;
 
     // Invariants: as many strides as dimensions; every element lies inside the storage; m_type is INT32, REAL32 or
     // REAL64, and m_pyType stands for it.

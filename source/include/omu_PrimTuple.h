@@ -130,6 +130,9 @@ public:
     bool Error() const;
     /// The item at `index`; outside the tuple an assertion is reported and the result is an empty holder.
     const omu_PrimHolder& operator[](int index) const;
+    // The items for iteration, empty holders for slots not filled.
+    const omu_PrimHolder* begin() const noexcept { return m_items.data(); }
+    const omu_PrimHolder* end() const noexcept { return m_items.data() + m_size; }
 
     // The whole tuple as a container; omu_GenericTypeErrorException when an item does not fit. Integers are INT32,
     // floats any number, strings strings; the rows of a 2-D sequence have equal length; a map is a sequence of
@@ -177,8 +180,15 @@ protected:
     {
         return m_cursor < m_size && m_typeErrorPosition == 0 ? &ItemOrNone(m_cursor) : nullptr;
     }
-    /// Takes the value for the next slot.
+    /// Takes the value (may be null) for the next slot; reports an assertion when there is none.
     void Store(omu_Primitive* value);
+
+    /// The items as text between `open` and `close`.
+    cow_String ItemsAsString(int depth, const char* open, const char* close) const;
+    // What tuples and lists do alike, with a result of either class. Defined in omu_PrimTuple_detail.h.
+    template <class Sequence> Sequence* SliceAs(int low, int high) const;
+    template <class Sequence> Sequence* RepeatAs(int count) const;
+    template <class Sequence> Sequence* ConcatAs(const omu_PrimSequence* other) const;
 
     // The marshalling state; omu_Arguments adds keyword values to it.
     int m_size = 0;              // slots, fixed at construction
@@ -195,15 +205,8 @@ protected:
     cow_String m_defaultName;
 
 private:
-    friend class omu_PrimList;
-
     /// The item, or a none value for a slot not filled; `index` is not checked.
     const omu_Primitive& ItemOrNone(int index) const noexcept;
     void StoreItem(omu_PrimHolder item);
-    // The items with brackets around; slices and repetitions as Sequence, a tuple or a list.
-    cow_String ItemsAsString(int depth, const char* open, const char* close) const;
-    template <class Sequence> Sequence* SliceAs(int low, int high) const;
-    template <class Sequence> Sequence* RepeatAs(int count) const;
-    template <class Sequence> Sequence* ConcatAs(const omu_PrimSequence* other) const;
     void PutCopy(const omu_Primitive* item);
 };
