@@ -3,6 +3,7 @@
 #include "cow_String.h"
 
 #include <concepts>
+#include <cstdint>
 #include <string_view>
 #include <type_traits>
 
@@ -14,6 +15,8 @@ template <class K> class cow_KeyProbe
 public:
     cow_KeyProbe(const K& key) noexcept : m_key(key) {}
 
+    /// True when a comparison is a handful of instructions, so that sparing branches matters more than comparisons.
+    static constexpr bool IsCheap() noexcept { return std::is_arithmetic_v<K> || std::is_enum_v<K>; }
     bool IsAbove(const K& stored) const { return stored < m_key; }
     bool IsBelow(const K& stored) const { return m_key < stored; }
 
@@ -21,27 +24,37 @@ private:
     std::conditional_t<std::is_arithmetic_v<K>, const K, const K&> m_key;
 };
 
-/// Texts are looked for by anything that is seen as a std::string_view; most comparisons end at the rank.
+/// Texts are looked for by anything that is seen as a std::string_view. The ranks alone tell how a short text stands to
+/// any other.
 template <> class cow_KeyProbe<cow_String>
 {
 public:
-    cow_KeyProbe(const cow_String& text) noexcept : m_rank(text.GetRank()), m_text(text.view()) {}
+    cow_KeyProbe(const cow_String& text) noexcept : cow_KeyProbe(text.GetRank(), text.view()) {}
     template <std::convertible_to<std::string_view> Text>
-    cow_KeyProbe(const Text& text) noexcept : m_rank(cow_String::RankOf(text)), m_text(text)
+    cow_KeyProbe(const Text& text) noexcept : cow_KeyProbe(cow_String::RankOf(text), text)
     {}
 
+    bool IsCheap() const noexcept { return m_isCheap; }
     bool IsAbove(const cow_String& stored) const noexcept
     {
+        if (!m_isCheap) {
+            return stored.view() < m_text;
+        }
+        // The comparison of two ranks in the fewest instructions; the sum does not wrap around, see the constructor.
         const cow_String::Rank rank = stored.GetRank();
-        return rank == m_rank && rank.IsOfLongText() ? stored.view() < m_text : rank.IsBelow(m_rank);
+        return rank.high < m_rank.high + (rank.low < m_rank.low ? 1 : 0);
     }
     bool IsBelow(const cow_String& stored) const noexcept
     {
-        const cow_String::Rank rank = stored.GetRank();
-        return rank == m_rank && rank.IsOfLongText() ? m_text < stored.view() : m_rank.IsBelow(rank);
+        return m_isCheap ? m_rank < stored.GetRank() : m_text < stored.view();
     }
 
 private:
+    cow_KeyProbe(cow_String::Rank rank, std::string_view text) noexcept
+        : m_rank(rank), m_text(text), m_isCheap(!rank.IsOfLongText() && rank.high != UINT64_MAX)
+    {}
+
     cow_String::Rank m_rank;
     std::string_view m_text;
+    bool m_isCheap;
 };

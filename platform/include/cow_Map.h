@@ -67,8 +67,7 @@ public:
     {
         const Chunk& chunk = m_large ? m_large->chunks[LowerBound(m_large->bounds, key)] : m_small;
         const int index = LowerBound(chunk, key);
-        return index < chunk.Length() && !key.IsBelow(chunk.data()[index].first) ? &chunk.data()[index].second
-                                                                                 : nullptr;
+        return IsAt(chunk, index, key) ? &chunk[index].second : nullptr;
     }
     bool IsMember(const Probe& key) const { return Find(key) != nullptr; }
 
@@ -86,7 +85,7 @@ public:
         if (place.found) {
             std::swap(WritableChunk(place.chunk).Get(place.index).second, value);
         } else {
-            InsertAt(place, Entry{std::move(key), std::move(value)});
+            InsertAt(place, std::move(key), std::move(value));
         }
         return !place.found;
     }
@@ -140,7 +139,7 @@ public:
                 in.FailAt("a map whose keys are not in order", start);
             }
             in >> entry.second;
-            map.InsertAt(map.EndPlace(), std::move(entry));
+            map.InsertAt(map.EndPlace(), std::move(entry.first), std::move(entry.second));
         }
         return in;
     }
@@ -185,18 +184,35 @@ private:
         return key;
     }
 
-    /// Position of the first item whose key is not below `key`. Halving without branches: where a key falls is
-    /// a coin toss that no branch predictor wins.
+    /// Position of the first item whose key is not below `key`.
     template <class Item> static int LowerBound(const cow_Sequence<Item>& items, const Probe& key)
     {
-        const Item* first = items.data();
-        int count = items.Length();
-        while (count > 1) {
-            const int half = count / 2;
-            first += half * static_cast<int>(key.IsAbove(KeyOf(first[half - 1])));
-            count -= half;
+        if (!key.IsCheap()) {
+            return LowerBoundByHalves(items, key);
         }
-        return static_cast<int>(first - items.data()) + (count == 1 && key.IsAbove(KeyOf(*first)) ? 1 : 0);
+        // Three comparisons at once and no branches: where a key falls is a coin toss that no branch predictor wins.
+        const auto isAbove = [&key](const Item& item) { return static_cast<std::ptrdiff_t>(key.IsAbove(KeyOf(item))); };
+        const Item* first = items.data();
+        std::ptrdiff_t count = items.Length();
+        while (count > 3) {
+            const std::ptrdiff_t quarter = count / 4;
+            const Item* const one = first + quarter - 1;
+            const Item* const two = one + quarter;
+            const Item* const three = two + quarter;
+            first += quarter * (isAbove(*one) + isAbove(*two) + isAbove(*three));
+            count -= 3 * quarter; // keys known not to be below stay among them: only the length decides how often
+        }
+        std::ptrdiff_t below = 0;
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            below += isAbove(first[i]);
+        }
+        return static_cast<int>(first - items.data() + below);
+    }
+
+    template <class Item> static int LowerBoundByHalves(const cow_Sequence<Item>& items, const Probe& key)
+    {
+        const auto isBelow = [](const Item& item, const Probe& probe) { return probe.IsAbove(KeyOf(item)); };
+        return static_cast<int>(std::lower_bound(items.begin(), items.end(), key, isBelow) - items.begin());
     }
 
     std::span<const Chunk> Chunks() const noexcept
@@ -206,13 +222,22 @@ private:
     const Chunk& LastChunk() const noexcept { return Chunks().back(); }
     Place EndPlace() const noexcept { return {static_cast<int>(Chunks().size()) - 1, LastChunk().Length(), false}; }
 
+    /// Where the key is or belongs. Small maps are often filled with the same keys in the same order again and again,
+    /// and there the branch predictor does know.
     Place PlaceOf(const Probe& key) const
     {
-        Place place{m_large ? LowerBound(m_large->bounds, key) : 0, 0, false};
-        const Chunk& chunk = Chunks()[static_cast<std::size_t>(place.chunk)];
-        place.index = LowerBound(chunk, key);
-        place.found = place.index < chunk.Length() && !key.IsBelow(chunk[place.index].first);
-        return place;
+        if (!m_large) {
+            const int index = LowerBoundByHalves(m_small, key);
+            return {0, index, IsAt(m_small, index, key)};
+        }
+        const int chunk = LowerBound(m_large->bounds, key);
+        const int index = LowerBound(m_large->chunks[chunk], key);
+        return {chunk, index, IsAt(m_large->chunks[chunk], index, key)};
+    }
+    /// True when the entry at the lower bound of `key` is the key's own.
+    static bool IsAt(const Chunk& chunk, int lowerBound, const Probe& key)
+    {
+        return lowerBound < chunk.Length() && !key.IsBelow(chunk[lowerBound].first);
     }
 
     Large& WritableLarge()
@@ -233,7 +258,7 @@ private:
         return m_small;
     }
 
-    void InsertAt(Place place, Entry&& entry)
+    void InsertAt(Place place, K&& key, V&& value)
     {
         Chunk* chunk = &WritableChunk(place.chunk);
         if (chunk->Length() == MAX_ENTRIES) {
@@ -241,7 +266,7 @@ private:
         } else if (chunk->Length() == chunk->Capacity()) {
             chunk->Reserve(std::clamp(2 * chunk->Length(), FIRST_ENTRIES, MAX_ENTRIES));
         }
-        chunk->Insert(place.index, std::move(entry));
+        chunk->Insert(place.index, Entry{std::move(key), std::move(value)});
         if (m_large) {
             ++m_large.Get()->length;
         }

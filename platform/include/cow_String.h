@@ -3,6 +3,7 @@
 #include "VEXutl_export.h"
 #include "thr_RefCount.h"
 
+#include <algorithm>
 #include <bit>
 #include <compare>
 #include <cstddef>
@@ -109,15 +110,10 @@ public:
         std::uint64_t low;
 
         bool IsOfLongText() const noexcept { return (low & 0xFF) > INLINE_LENGTH; }
-        /// Without branches, for searches.
-        bool IsBelow(const Rank& other) const noexcept
-        {
-            return (high < other.high) | ((high == other.high) & (low < other.low));
-        }
         friend bool operator==(const Rank&, const Rank&) noexcept = default;
         friend std::strong_ordering operator<=>(const Rank&, const Rank&) noexcept = default;
     };
-    Rank GetRank() const noexcept { return IsHeap() ? RankOf(view()) : InlineRank(); }
+    Rank GetRank() const noexcept { return IsHeap() ? HeapRank() : InlineRank(); }
     static Rank RankOf(std::string_view text) noexcept;
 
     // Friends, so that two string_views or literals never meet them.
@@ -154,7 +150,8 @@ private:
     };
 
     // Last byte of the buffer: INLINE_LENGTH - length for a short text (so that it ends a text of 15 bytes with a zero
-    // byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: the bytes behind a short text are 0.
+    // byte), HEAP_MARK when the first bytes hold a Rep pointer. Invariant: wherever a text of up to 15 bytes stands, the
+    // bytes up to the 15th are 0 behind it.
     static constexpr unsigned char HEAP_MARK = 0xFF;
 
     bool IsHeap() const noexcept { return static_cast<unsigned char>(m_buffer[INLINE_LENGTH]) == HEAP_MARK; }
@@ -171,11 +168,23 @@ private:
     }
     Rank InlineRank() const noexcept
     {
+        // The last byte becomes the length: for up to 15, 15 - n is 15 ^ n.
+        const Rank rank = PackedBytes(m_buffer);
+        return {rank.high, rank.low ^ INLINE_LENGTH};
+    }
+    Rank HeapRank() const noexcept
+    {
+        Rep* const rep = HeapRep();
+        const Rank rank = PackedBytes(rep->bytes());
+        return {rank.high, (rank.low & ~std::uint64_t{0xFF}) | std::min<std::uint64_t>(rep->length, INLINE_LENGTH + 1)};
+    }
+    /// The first 16 bytes as numbers that order as the bytes do.
+    static Rank PackedBytes(const char* bytes) noexcept
+    {
         static_assert(std::endian::native == std::endian::little && INLINE_LENGTH == 15);
         std::uint64_t words[2];
-        std::memcpy(words, m_buffer, sizeof words);
-        // The last byte becomes the length: for up to 15, 15 - n is 15 ^ n.
-        return {__builtin_bswap64(words[0]), __builtin_bswap64(words[1]) ^ INLINE_LENGTH};
+        std::memcpy(words, bytes, sizeof words);
+        return {__builtin_bswap64(words[0]), __builtin_bswap64(words[1])};
     }
     static Rep* NewRep(std::size_t capacity);
     void InitRoom(std::size_t capacity);

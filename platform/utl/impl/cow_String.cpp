@@ -46,7 +46,7 @@ cow_String::Rep* cow_String::NewRep(std::size_t capacity)
     const std::size_t bytes = (sizeof(Rep) + capacity + BLOCK_BYTES) / BLOCK_BYTES * BLOCK_BYTES;
     Rep* const rep = ::new (utl_BlockPool::Allocate(bytes)) Rep;
     rep->capacity = static_cast<std::uint32_t>(bytes - sizeof(Rep) - 1);
-    rep->bytes()[0] = '\0';
+    std::memset(rep->bytes(), 0, INLINE_LENGTH + 1);
     return rep;
 }
 
@@ -178,14 +178,16 @@ char* cow_String::WritableBytes() noexcept
 
 void cow_String::SetLength(std::size_t length) noexcept
 {
-    if (!IsHeap()) {
-        std::memset(m_buffer + length, 0, INLINE_LENGTH - length);
-        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
-        return;
+    char* const bytes = WritableBytes();
+    if (length < INLINE_LENGTH) {
+        std::memset(bytes + length, 0, INLINE_LENGTH - length);
     }
-    Rep* const rep = HeapRep();
-    rep->length = static_cast<std::uint32_t>(length);
-    rep->bytes()[length] = '\0';
+    if (IsHeap()) {
+        HeapRep()->length = static_cast<std::uint32_t>(length);
+        bytes[length] = '\0';
+    } else {
+        bytes[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
+    }
 }
 
 void cow_String::NoteDetach() const noexcept
@@ -323,9 +325,8 @@ cow_String::Rank cow_String::RankOf(std::string_view text) noexcept
 {
     char bytes[INLINE_LENGTH + 1] = {};
     text.copy(bytes, INLINE_LENGTH);
-    std::uint64_t words[2];
-    std::memcpy(words, bytes, sizeof words);
-    return {__builtin_bswap64(words[0]), __builtin_bswap64(words[1]) | std::min(text.size(), INLINE_LENGTH + 1)};
+    const Rank rank = PackedBytes(bytes);
+    return {rank.high, rank.low | std::min(text.size(), INLINE_LENGTH + 1)};
 }
 
 bool cow_String::SharesWith(const cow_String& other) const noexcept
