@@ -106,11 +106,11 @@ def test_members_are_read_and_written_by_name():
 def test_unknown_names_carry_what_the_interpreter_needs_for_its_hint():
     box = shelf.add("a")
     with pytest.raises(AttributeError) as caught:
-        box.nmae
-    assert caught.value.name == "nmae" and caught.value.obj is box
+        box.nam
+    assert caught.value.name == "nam" and caught.value.obj is box
     with pytest.raises(AttributeError):
         box.unknown = 1
-    program = "from probe import shelf\nshelf.add('a').nmae\n"
+    program = "from probe import shelf\nshelf.add('a').nam\n"
     run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
     assert "Did you mean: 'name'?" in run.stderr
 

@@ -10,9 +10,11 @@
 #include <structmember.h>
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <new>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 
 namespace
@@ -50,13 +52,6 @@ struct Descriptor
 PyTypeObject* objectType = nullptr;
 PyTypeObject* methodType = nullptr;
 PyTypeObject* memberType = nullptr;
-
-/// The Python class of each description. Owns the classes; they live as long as the process, like the descriptions.
-std::unordered_map<const omu_TypeLevels*, PyTypeObject*>& Classes()
-{
-    static auto* const classes = new std::unordered_map<const omu_TypeLevels*, PyTypeObject*>;
-    return *classes;
-}
 
 omu_ObjectRef& ReferenceOf(PyObject* handle)
 {
@@ -404,39 +399,45 @@ bool AddNames(PyObject* pythonClass, const omu_InterfaceObj::TypeDesc& level)
            AddTable(pythonClass, memberType, level.deprecatedMembers);
 }
 
-/// A class for one described level, below the class of the level before it; a new reference.
-PyTypeObject* MakeClass(const omu_InterfaceObj::TypeDesc& level, PyTypeObject* base)
+/// The class for one described level below the class of the level before it, borrowed; null with a Python error set.
+PyTypeObject* ClassOfLevel(const omu_InterfaceObj::TypeDesc& level, PyTypeObject* base)
 {
-    // The interpreter keeps the pointer to a class's name; so does the set.
-    static auto* const names = new std::unordered_map<std::string, int>;
-    const std::string& name = names->try_emplace("vexomu." + std::string(level.typeName.view())).first->first;
+    // Objects whose chains start alike share the classes of those levels. The interpreter keeps a pointer to the name.
+    using Key = std::tuple<PyTypeObject*, std::string, const void*, const void*, const void*, const void*>;
+    static auto* const classes = new std::map<Key, PyTypeObject*>;
+    const auto entry = classes
+                           ->try_emplace(Key(base, "vexomu." + std::string(level.typeName.view()), level.methods,
+                                             level.members, level.deprecatedMethods, level.deprecatedMembers))
+                           .first;
+    if (entry->second != nullptr) {
+        return entry->second;
+    }
     PyType_Slot slots[] = {{0, nullptr}};
-    PyType_Spec spec{name.c_str(), 0, 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION,
-                     slots};
+    PyType_Spec spec{std::get<std::string>(entry->first).c_str(), 0, 0,
+                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
     const PyRef bases(PyTuple_Pack(1, base));
     PyRef pythonClass(bases ? PyType_FromSpecWithBases(&spec, bases.Get()) : nullptr);
     if (!pythonClass || !AddNames(pythonClass.Get(), level)) {
         return nullptr;
     }
-    return reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+    entry->second = reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+    return entry->second;
 }
 
 /// The class of an object, borrowed; null with a Python error set.
 PyTypeObject* ClassOf(const omu_InterfaceObj& object)
 {
-    PyTypeObject*& known = Classes()[object.Levels()];
+    // Owns nothing: the classes live as long as the process, like the descriptions.
+    static auto* const classes = new std::unordered_map<const omu_TypeLevels*, PyTypeObject*>;
+    PyTypeObject*& known = (*classes)[object.Levels()];
     if (known != nullptr) {
         return known;
     }
-    PyRef pythonClass(Py_NewRef(reinterpret_cast<PyObject*>(objectType)));
-    for (int level = 0; level < object.HierarchyDepth(); ++level) {
-        pythonClass = PyRef(reinterpret_cast<PyObject*>(
-            MakeClass(object.Level(level), reinterpret_cast<PyTypeObject*>(pythonClass.Get()))));
-        if (!pythonClass) {
-            return nullptr;
-        }
+    PyTypeObject* pythonClass = objectType;
+    for (int level = 0; level < object.HierarchyDepth() && pythonClass != nullptr; ++level) {
+        pythonClass = ClassOfLevel(object.Level(level), pythonClass);
     }
-    known = reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+    known = pythonClass;
     return known;
 }
 

@@ -48,7 +48,7 @@ public:
     std::string_view view() const noexcept { return {m_bytes, static_cast<std::size_t>(m_length)}; }
 
 private:
-    PyRef m_encoded; // for strings that the interpreter does not keep as UTF-8 itself
+    PyRef m_encoded;         // for strings that the interpreter does not keep as UTF-8 itself
+    Py_ssize_t m_length = 0; // before the bytes: the call that gives them sets it
     const char* m_bytes = nullptr;
-    Py_ssize_t m_length = 0;
 };

@@ -57,9 +57,12 @@ struct vexomu_NamedObject
 inline PyObject* vexomu_NewModule(const char* name, const char* description,
                                   std::initializer_list<vexomu_NamedObject> objects)
 {
-    PyObject* module = PyModule_New(name);
+    // The interpreter keeps the definition of a module for as long as the process lives.
+    auto* const definition =
+        new PyModuleDef{PyModuleDef_HEAD_INIT, name, description, -1, nullptr, nullptr, nullptr, nullptr, nullptr};
+    PyObject* module = PyModule_Create(definition);
     const vexomu_Api* const api = module != nullptr ? vexomu_ImportApi() : nullptr;
-    bool failed = api == nullptr || PyModule_SetDocString(module, description) < 0;
+    bool failed = api == nullptr;
     for (const vexomu_NamedObject& named : objects) {
         std::unique_ptr<omu_InterfaceObj> object(named.object);
         if (failed) {
