@@ -102,9 +102,6 @@ void omu_PrimNumber::ReadData(bio_Ifilter& in, void* object)
     if (kind < INT8 || kind > UINT32 || IsFloating(number.m_kind) != number.IsType('f')) {
         in.FailAt("kind of number that does not fit its type code", start);
     }
-    if (kind == UINT32 ? number.m_value != number.m_unsigned : number.m_unsigned != 0) {
-        in.FailAt("unsigned value that does not fit its number", start);
-    }
 }
 
 void omu_PrimNumber::WriteData(bio_Ofilter& out, const void* object)

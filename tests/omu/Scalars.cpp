@@ -1,0 +1,284 @@
+#include "omu_InterfaceObj.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimComplex.h"
+#include "omu_PrimExpr.h"
+#include "omu_PrimNone.h"
+#include "omu_PrimNumber.h"
+#include "omu_PrimPath.h"
+#include "omu_PrimString.h"
+#include "omu_PrimType.h"
+#include "omu_PrimVisitor.h"
+
+#include "../RecordedAssertions.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+constexpr double INF = std::numeric_limits<double>::infinity();
+constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+
+/// A kernel object of a given type.
+class Thing : public omu_InterfaceObj
+{
+public:
+    explicit Thing(const char* typeName) { DescribeType(typeName, nullptr, nullptr); }
+    omu_Primitive* Copy() const override { return new Thing(*this); }
+};
+
+omu_PrimPath Path(std::initializer_list<cow_String> components, char kind = omu_PrimPath::DEFAULT_KIND)
+{
+    return omu_PrimPath(cow_List<cow_String>(components), kind);
+}
+
+} // namespace
+
+TEST(Number, Text_and_integer)
+{
+    using Number = omu_PrimNumber;
+    struct Row
+    {
+        const char* name;
+        Number number;
+        const char* text;
+        std::int32_t integer;
+    };
+    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+    const Row rows[] = {
+        {"int", Number(7), "7", 7},
+        {"lowest int", Number(lowest), "-2147483648", lowest},
+        {"int8", Number(-5, Number::INT8), "-5", -5},
+        {"uint32", Number(4000000000U), "4000000000", highest},
+        {"int truncated down", Number(Number::INT32, 2.9, 0), "2", 2},
+        {"int truncated up", Number(Number::INT32, -2.9, 0), "-2", -2},
+        {"int too large", Number(Number::INT32, 2147483648.0, 0), "2147483647", highest},
+        {"int too small", Number(Number::INT32, -INF, 0), "-2147483648", lowest},
+        {"int of NaN", Number(Number::INT32, NOT_A_NUMBER, 0), "0", 0},
+        {"whole", Number(7.0), "7.0", 7},
+        {"minus zero", Number(-0.0), "-0.0", 0},
+        {"whole of six digits", Number(100000.0), "100000.0", 100000},
+        {"last whole without exponent", Number(999999999999999.0), "999999999999999.0", highest},
+        {"rounded to an exponent", Number(999999999999999.9), "1e+15", highest},
+        {"first whole with exponent", Number(-1e15), "-1e+15", lowest},
+        {"exponent of two digits", Number(1e20), "1e+20", highest},
+        {"exponent of three digits", Number(1e100), "1e+100", highest},
+        {"small exponent", Number(1e-5), "1e-05", 0},
+        {"last small one without exponent", Number(1e-4), "0.0001", 0},
+        {"fraction", Number(0.1), "0.1", 0},
+        {"16 digits", Number(0.1 + 0.2), "0.3", 0},
+        {"float widened", Number(0.1F), "0.100000001490116", 0},
+        {"subnormal", Number(5e-324), "4.94065645841247e-324", 0},
+        {"infinity", Number(-INF), "-inf.0", lowest},
+        {"NaN", Number(NOT_A_NUMBER), "nan.0", 0},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.number.AsString(0), row.text) << row.name;
+        EXPECT_EQ(row.number.GetInt(), row.integer) << row.name;
+    }
+}
+
+TEST(Number, Text_is_that_of_the_C_library)
+{
+    std::mt19937_64 random(20261121);
+    for (int i = 0; i < 20000; ++i) {
+        // Any bits, fractions of few digits, and whole numbers around the change to exponents.
+        const double values[] = {
+            std::bit_cast<double>(random()), static_cast<double>(random() % 1000000) / 1000,
+            std::round(std::ldexp(static_cast<double>(random()), -static_cast<int>(random() % 40)))};
+        for (const double value : values) {
+            if (std::isfinite(value)) {
+                char expected[32];
+                std::snprintf(expected, sizeof expected, "%.15g", value);
+                const bool isWhole = std::string_view(expected).find_first_of(".e") == std::string_view::npos;
+                ASSERT_EQ(omu_PrimNumber::DoubleAsString(value), cow_String(expected) + (isWhole ? ".0" : ""));
+            }
+        }
+    }
+}
+
+TEST(Number, Equal_when_value_and_unsigned_field_are)
+{
+    EXPECT_EQ(omu_PrimNumber(7), omu_PrimNumber(7.0));
+    EXPECT_EQ(omu_PrimNumber(0.5F), omu_PrimNumber(0.5));
+    EXPECT_NE(omu_PrimNumber(7), omu_PrimNumber(7U));
+    EXPECT_NE(omu_PrimNumber(4000000000U), omu_PrimNumber(4000000000.0));
+    EXPECT_NE(omu_PrimNumber(NOT_A_NUMBER), omu_PrimNumber(NOT_A_NUMBER));
+}
+
+TEST(Values, Equal_only_to_their_own_kind)
+{
+    std::vector<std::unique_ptr<omu_Primitive>> values;
+    values.emplace_back(new omu_PrimNone);
+    values.emplace_back(new omu_PrimNumber(0));
+    values.emplace_back(new omu_PrimComplex(omi_complex(0, 0)));
+    values.emplace_back(new omu_PrimString("x"));
+    values.emplace_back(new omu_PrimExpr("x"));
+    values.emplace_back(new omu_PrimEnumBase("x"));
+    values.emplace_back(new omu_PrimPath(Path({"x"})));
+    values.emplace_back(new omu_PrimType(Thing("x")));
+    for (const auto& left : values) {
+        for (const auto& right : values) {
+            EXPECT_EQ(*left == *right, left == right) << left->TypeString() << " and " << right->TypeString();
+        }
+        const std::unique_ptr<omu_Primitive> copy(left->Copy());
+        EXPECT_EQ(*copy, *left) << left->TypeString();
+        EXPECT_EQ(copy->DynTypeId(), left->DynTypeId());
+    }
+}
+
+TEST(Values, Visited_by_the_operation_of_their_class)
+{
+    struct Recorder : omu_PrimVisitor
+    {
+        void VisitNumber(const omu_PrimNumber&) override { seen = 1; }
+        void VisitString(const omu_PrimString&) override { seen = 2; }
+        void VisitArray(const omu_PrimArray&) override { seen = 3; }
+        void VisitTuple(const omu_PrimTuple&) override { seen = 4; }
+        void VisitList(const omu_PrimList&) override { seen = 5; }
+        void VisitPath(const omu_PrimPath&) override { seen = 6; }
+        void VisitEnum(const omu_PrimEnumBase&) override { seen = 7; }
+        void VisitBool(const omu_PrimEnumBase&) override { seen = 8; }
+        void VisitNone(const omu_PrimNone&) override { seen = 9; }
+        void VisitType(const omu_PrimType&) override { seen = 10; }
+        void VisitComplex(const omu_PrimComplex&) override { seen = 11; }
+        void VisitInterfaceObj(const omu_InterfaceObj&) override { seen = 12; }
+        void VisitIntRepository(const omu_DictIntObjABC<int>&) override { seen = 13; }
+        void VisitStringRepository(const omu_DictIntObjABC<cow_String>&) override { seen = 14; }
+        void VisitEnumRepository(const omu_DictIntObjABC<omu_PrimEnumBase>&) override { seen = 15; }
+        void VisitIntDictionary(const omu_PrimDictionary<int>&) override { seen = 16; }
+        void VisitStringDictionary(const omu_PrimDictionary<cow_String>&) override { seen = 17; }
+        void VisitSequenceObj(const omu_SeqIntObj&) override { seen = 18; }
+        int Of(const omu_Primitive& value)
+        {
+            seen = 0;
+            value.Accept(this);
+            return seen;
+        }
+        int seen = 0;
+    } recorder;
+    EXPECT_EQ(recorder.Of(omu_PrimNumber(1)), 1);
+    EXPECT_EQ(recorder.Of(omu_PrimString("a")), 2);
+    EXPECT_EQ(recorder.Of(omu_PrimPath()), 6);
+    EXPECT_EQ(recorder.Of(omu_PrimEnumBase("A")), 7);
+    EXPECT_EQ(recorder.Of(omu_PrimBool<1>(true)), 8);
+    EXPECT_EQ(recorder.Of(omu_PrimBool<2>(true)), 8);
+    EXPECT_EQ(recorder.Of(omu_PrimNone()), 9);
+    EXPECT_EQ(recorder.Of(omu_PrimType()), 10);
+    EXPECT_EQ(recorder.Of(omu_PrimComplex(omi_complex())), 11);
+
+    RecordedAssertions assertions;
+    EXPECT_EQ(recorder.Of(omu_PrimExpr("a")), 0);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Expressions should not be seen after execution by python"});
+}
+
+TEST(Complex, Text)
+{
+    EXPECT_EQ(omu_PrimComplex(omi_complex(1, -2)).AsString(0), "1+-2j");
+    EXPECT_EQ(omu_PrimComplex(omi_complex(0.1, 1e20)).AsString(0), "0.1+1e+20j");
+    EXPECT_EQ(omu_PrimComplex(omi_complex::Polar(2, 0)).AsString(0), "2+0j");
+}
+
+TEST(Type, A_type_without_a_name_is_any_type)
+{
+    const omu_PrimType any;
+    const omu_PrimType part(Thing("Part"));
+    const omu_PrimType set(Thing("Set"));
+    EXPECT_TRUE(any.SameType(part) && part.SameType(any) && any.SameType(Thing("Part")));
+    EXPECT_TRUE(part.SameType(Thing("Part")) && part.SameType(omu_PrimType(Thing("Part"))));
+    EXPECT_FALSE(part.SameType(set) || part.SameType(Thing("part")));
+    EXPECT_EQ(any, omu_PrimType());
+    EXPECT_NE(any, part);
+    EXPECT_EQ(any.TypeString(), "type");
+    EXPECT_EQ(any.AsString(0), "Type");
+    EXPECT_EQ(part.TypeString(), "PartType");
+    EXPECT_EQ(part.AsString(0), "PartType");
+}
+
+TEST(Type, Words_of_what_is_displayed)
+{
+    const char* const words[] = {"None", "Part", "Assembly", "Sketch", "Odb", "XYPlot", "Stub"};
+    for (int i = 0; i < 7; ++i) {
+        const auto type = static_cast<omu_ObjectToDisplayTypeEnm>(i);
+        EXPECT_EQ(omu_PrimType::ConverTypeToString(type), words[i]);
+        EXPECT_EQ(omu_PrimType::ConverStringToType(words[i]), type);
+    }
+    EXPECT_EQ(omu_PrimType::ConverTypeToString(omu_DISPLAY_UNKNOWN), "");
+    for (const char* other : {"", "part", "Parts"}) {
+        EXPECT_EQ(omu_PrimType::ConverStringToType(other), omu_DISPLAY_UNKNOWN) << other;
+    }
+}
+
+TEST(String, Quoted_as_a_script_writes_it)
+{
+    const struct
+    {
+        const char* text;
+        const char* quoted;
+    } rows[] = {
+        {"", "''"},
+        {"plain text", "'plain text'"},
+        {"it's", R"('it\'s')"},
+        {R"(a\b)", R"('a\\b')"},
+        {R"(\')", R"('\\\'')"},
+        {"two\nlines\n", R"('two\nlines\n')"},
+        {R"(\n)", R"('\\n')"},
+        {"tab\t\r\"raw\"", "'tab\t\r\"raw\"'"},
+        {"\\\\\\", R"('\\\\\\')"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(omu_PrimString(cow_String(row.text)).AsString(0), row.quoted);
+    }
+    EXPECT_EQ(omu_PrimString(cow_String("a\0'", 3)).AsString(0), cow_String("'a\0\\''", 6));
+}
+
+TEST(String, Made_from_other_values)
+{
+    EXPECT_EQ(omu_PrimString(-5).GetString(), "-5");
+    EXPECT_EQ(omu_PrimString(4000000000U).GetString(), "4000000000");
+    EXPECT_EQ(omu_PrimString(3.0).GetString(), "3.0");
+    EXPECT_EQ(omu_PrimString(omu_PrimBool<2>(false)).GetString(), "OFF");
+}
+
+TEST(String, Slices_are_clamped_and_Concat_leaves_copies_alone)
+{
+    omu_PrimString text("abcdef");
+    const auto slice = [&](int from, int to) {
+        return std::unique_ptr<omu_PrimString>(text.Slice(from, to))->GetString();
+    };
+    EXPECT_EQ(slice(1, 3), "bc");
+    EXPECT_EQ(slice(-4, 99), "abcdef");
+    EXPECT_EQ(slice(3, 1), "");
+    const omu_PrimString before(text);
+    text.Concat(text);
+    EXPECT_EQ(text.GetString(), "abcdefabcdef");
+    EXPECT_EQ(before.GetString(), "abcdef");
+}
+
+TEST(Path, Text_joins_the_components_and_drops_final_dots)
+{
+    EXPECT_EQ(omu_PrimPath().AsString(0), "''");
+    EXPECT_EQ(Path({"a", "b", "c"}).AsString(0), "'a.b.c'");
+    EXPECT_EQ(Path({"Part-1", ""}).AsString(0), "'Part-1'");
+    EXPECT_EQ(Path({"", "a"}).AsString(0), "'.a'");
+    EXPECT_EQ(Path({"a.", "b.."}).AsString(0), "'a..b'");
+    EXPECT_EQ(Path({"...", ""}).AsString(0), "''");
+}
+
+TEST(Path, The_kind_travels_but_is_not_compared)
+{
+    const omu_PrimPath path = Path({"a"}, 'q');
+    const std::unique_ptr<omu_Primitive> copy(path.Copy());
+    EXPECT_EQ(static_cast<const omu_PrimPath&>(*copy).Kind(), 'q');
+    EXPECT_EQ(path, Path({"a"}));
+    EXPECT_NE(path, Path({"a", ""}, 'q'));
+}

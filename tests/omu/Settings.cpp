@@ -1,0 +1,161 @@
+#include "omu_BackwardCompat.h"
+#include "omu_InterfaceObj.h"
+#include "omu_Module.h"
+#include "omu_PrimString.h"
+#include "omu_TextRepr.h"
+#include "omu_TypeRegistryCache.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace
+{
+
+class Part : public omu_InterfaceObj
+{
+public:
+    Part() { DescribeType("Part", nullptr, nullptr); }
+    omu_Primitive* Copy() const override { return new Part(*this); }
+};
+
+/// Sets an environment variable, or removes it (null).
+void SetVariable(const char* name, const char* value)
+{
+#ifdef _WIN32
+    _putenv_s(name, value != nullptr ? value : "");
+#else
+    if (value != nullptr) {
+        setenv(name, value, 1);
+    } else {
+        unsetenv(name);
+    }
+#endif
+}
+
+} // namespace
+
+TEST(TextRepr, A_new_instance_has_the_defaults)
+{
+    omi_SingletonBase<omu_TextRepr>::Finalize();
+    const auto& settings = omi_Singleton<omu_TextRepr>::Instance();
+    EXPECT_EQ(settings.GetSimpleStyle(), 0);
+    EXPECT_EQ(settings.GetMaxRecursion(), 1);
+    EXPECT_EQ(settings.GetMaxElementsInSequence(), 2147483647);
+    EXPECT_EQ(settings.GetMaxReprStringSizeMB(), 1);
+    EXPECT_EQ(settings.GetZeroTolerance(), 1e-06);
+    EXPECT_EQ(settings.GetSignificantDigits(), 3);
+    EXPECT_EQ(settings.GetMaxRecursionString(nullptr), "%s object");
+}
+
+TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
+{
+    const std::string longText(300, 'x');
+    const struct
+    {
+        std::string format;
+        std::string shown;
+    } rows[] = {
+        {"%s object", "Part object"},
+        {"", ""},
+        {"no name", "no name"},
+        {"%s and %s", "Part and %s"},
+        {"%8s|", "    Part|"},
+        {"%-8s|", "Part    |"},
+        {"%08s|", "    Part|"},
+        {"%.2s|", "Pa|"},
+        {"%.s|", "|"},
+        {"%6.1s|", "     P|"},
+        {"100%% %s", "100% Part"},
+        {"%%s %s", "%s Part"},
+        {"%d %n %5", "%d %n %5"},
+        {"%*s %ls %s", "%*s %ls Part"},
+        {"%", "%"},
+        {"%-", "%-"},
+        {longText, longText.substr(0, 255)},
+        {longText.substr(0, 253) + "%s", longText.substr(0, 253) + "Pa"},
+        {"%99999999999999999999s", std::string(251, ' ') + "Part"},
+    };
+    const Part part;
+    auto& settings = omi_Singleton<omu_TextRepr>::Instance();
+    for (const auto& row : rows) {
+        settings.SetMaxRecursionString(cow_String(row.format));
+        EXPECT_EQ(settings.GetMaxRecursionString(&part), cow_String("'" + row.shown + "'")) << row.format;
+        EXPECT_EQ(settings.GetMaxRecursionString(nullptr), cow_String(row.format));
+    }
+}
+
+TEST(BackwardCompat, The_environment_decides)
+{
+    const struct
+    {
+        const char* develMode;
+        const char* deprecated;
+        bool isOn;
+    } rows[] = {
+        {nullptr, nullptr, true}, {"0", nullptr, false}, {"ON", nullptr, false}, {nullptr, "OFF", false},
+        {nullptr, "off", true},   {"1", "ON", true},     {"1", "on", false},     {"1", "", false},
+        {nullptr, "ON", true},    {"1", "OFF", false},
+    };
+    for (const auto& row : rows) {
+        SetVariable("BRENOW_DEVL_MODE", row.develMode);
+        SetVariable("BRENOW_DEPRECATED", row.deprecated);
+        omi_SingletonBase<omu_BackwardCompat>::Finalize();
+        EXPECT_EQ(omi_Singleton<omu_BackwardCompat>::Instance().IsOn(), row.isOn)
+            << (row.develMode ? row.develMode : "unset") << ", " << (row.deprecated ? row.deprecated : "unset");
+    }
+    SetVariable("BRENOW_DEVL_MODE", nullptr);
+    SetVariable("BRENOW_DEPRECATED", nullptr);
+    omi_SingletonBase<omu_BackwardCompat>::Finalize();
+}
+
+TEST(TypeRegistryCache, Registers_a_name_once_and_owns_what_is_kept_there)
+{
+    static int alive;
+    alive = 0;
+    struct Kept : omu_PrimString
+    {
+        Kept() : omu_PrimString("kept") { ++alive; }
+        ~Kept() override { --alive; }
+    };
+    auto& cache = omi_Singleton<omu_TypeRegistryCache>::Instance();
+    EXPECT_FALSE(cache.IsRegistered("Kept"));
+    EXPECT_TRUE(cache.RegisterTypeName("Kept"));
+    EXPECT_EQ(cache.Find("Kept"), nullptr);
+    cache.Keep("Kept", new Kept);
+    EXPECT_FALSE(cache.RegisterTypeName("Kept"));
+    EXPECT_NE(cache.Find("Kept"), nullptr);
+    cache.Keep("Kept", new Kept);
+    cache.Keep("Other", new Kept);
+    EXPECT_EQ(alive, 2);
+    omi_SingletonBase<omu_TypeRegistryCache>::Finalize();
+    EXPECT_EQ(alive, 0);
+    EXPECT_FALSE(omi_Singleton<omu_TypeRegistryCache>::Instance().IsRegistered("Kept"));
+}
+
+TEST(Module, Only_the_first_start_and_the_last_end_do_anything)
+{
+    int shared = 0;
+    omu_finalize(shared); // the one start of the test program
+    const int layers = -shared;
+    EXPECT_EQ(layers, 6);
+
+    int count = 0;
+    omu_initialize(count);
+    EXPECT_EQ(count, layers);
+    omu_initialize(count);
+    omu_initialize(count);
+    EXPECT_EQ(count, layers);
+    omi_Singleton<omu_TextRepr>::Instance().SetMaxRecursion(9);
+    omu_finalize(count);
+    omu_finalize(count);
+    EXPECT_EQ(count, layers);
+    EXPECT_EQ(omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursion(), 9);
+    omu_finalize(count);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(omi_SingletonBase<omu_TextRepr>::Instance(), nullptr);
+    omu_finalize(count);
+    EXPECT_EQ(count, 0) << "one end too many";
+    omu_initialize(shared);
+}

@@ -1,0 +1,302 @@
+#include "../RecordedAssertions.h"
+#include "../cls/MementoDouble.h"
+#include "VEXcrt_System.h"
+#include "cls_ClassRegistrar.h"
+#include "cls_WriteVisitor.h"
+#include "nex_TextException.h"
+#include "omu_BoolSelectEnum.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimNone.h"
+#include "omu_SymbolicConstantTable.h"
+#include "omu_ValueErrorException.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+enum class Shape
+{
+    QUAD = 40,
+    TRI = 30,
+    LINE = 20
+};
+
+using BoolSelect = omu_PrimEnum<omu_BoolSelectEnum, 1>;
+using OneShape = omu_PrimEnum<Shape, 1>;
+using TwoShapes = omu_PrimEnum<Shape, 2>;
+using ThreeShapes = omu_PrimEnum<Shape, 3>;
+
+} // namespace
+
+// A program's own enumeration: three tables of names for one type.
+template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 1>()
+{
+    static constexpr omu_EnumRow<Shape> rows[] = {{"QUAD", Shape::QUAD}, {nullptr, {}}};
+    return rows;
+}
+template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 2>()
+{
+    static constexpr omu_EnumRow<Shape> rows[] = {{"TRI", Shape::TRI}, {"LINE", Shape::LINE}, {nullptr, {}}};
+    return rows;
+}
+template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 3>()
+{
+    static constexpr omu_EnumRow<Shape> rows[] = {
+        {"TRI", Shape::TRI}, {"QUAD", Shape::QUAD}, {"LINE", Shape::LINE}, {"BEAM", Shape::LINE}, {nullptr, {}}};
+    return rows;
+}
+
+namespace
+{
+
+/// The bytes of a constant called `text`.
+cow_String StreamOf(std::string_view text)
+{
+    bio_Ofilter out;
+    const omu_PrimEnumBase constant{cow_String(text)};
+    omu_PrimEnumBase::WriteData(out, &constant);
+    return cow_String(reinterpret_cast<const char*>(out.Data()), out.Size());
+}
+
+/// Reads `bytes` into `constant`; the error, or nothing.
+std::string ReadInto(omu_PrimEnumBase& constant, const cow_String& bytes)
+{
+    bio_Ifilter in(bytes.AsCharPtr(), bytes.size());
+    try {
+        omu_PrimEnumBase::ReadData(in, &constant);
+    } catch (const nex_TextException& error) {
+        return error.what();
+    }
+    return "";
+}
+
+struct StoredText : MementoReadDouble
+{
+    explicit StoredText(const char* value) : text(value) {}
+    cow_String ReadString(const cls_FieldHandle& field, const cow_String&) override
+    {
+        EXPECT_EQ(field.FieldName(), "stringValue");
+        return text;
+    }
+    cow_String text;
+};
+
+} // namespace
+
+TEST(Constant, Names_of_the_booleans_are_exact)
+{
+    omu_PrimBool<1> truth(false);
+    omu_PrimBool<2> power(true);
+    EXPECT_EQ(truth.GetString(), "FALSE");
+    EXPECT_EQ(power.GetString(), "ON");
+    EXPECT_TRUE(truth.SetValue("TRUE"));
+    EXPECT_TRUE(truth.GetValue());
+    EXPECT_TRUE(power.SetValue(false));
+    EXPECT_EQ(power.AsString(0), "OFF");
+    for (const char* wrong : {"", "true", "ON", "TRUE ", "TRU"}) {
+        EXPECT_FALSE(truth.SetValue(wrong)) << wrong;
+    }
+    EXPECT_EQ(truth.GetString(), "TRUE");
+    EXPECT_FALSE(power.SetValue("on"));
+    EXPECT_EQ(std::string_view(omu_PrimBool<2>::Name(1)), "OFF");
+    EXPECT_FALSE(omu_PrimBool<2>::Value(1));
+}
+
+TEST(Constant, A_literal_is_a_name_and_an_unknown_one_throws)
+{
+    EXPECT_FALSE(omu_PrimBool<1>("FALSE").GetValue());
+    for (const cow_String& unknown : {cow_String("false"), cow_String("TRUE\0", 5)}) {
+        try {
+            const omu_PrimBool<1> made(unknown);
+            FAIL() << unknown << " gave " << made.GetString();
+        } catch (const omu_ValueErrorException& error) {
+            EXPECT_EQ(error.JournalMessage(), "omu_PrimEnum(const cow_String&) - Enum value not allowed:" + unknown);
+            EXPECT_EQ(error.File(), "source/include/omu_PrimEnum");
+        }
+    }
+}
+
+TEST(Constant, The_first_row_of_a_value_names_it)
+{
+    EXPECT_EQ(ThreeShapes(Shape::LINE).GetString(), "LINE");
+    EXPECT_EQ(ThreeShapes("BEAM").GetValue(), Shape::LINE);
+    RecordedAssertions assertions;
+    const OneShape nameless(Shape::TRI);
+    EXPECT_EQ(assertions.Take().size(), 1U);
+    EXPECT_EQ(nameless.GetString(), "");
+    EXPECT_EQ(nameless.GetValue(), Shape::TRI);
+}
+
+TEST(Constant, Type_text_lists_the_names_in_table_order)
+{
+    EXPECT_EQ(OneShape(Shape::QUAD).TypeString(), "QUAD");
+    EXPECT_EQ(TwoShapes(Shape::TRI).TypeString(), "TRI or LINE");
+    EXPECT_EQ(ThreeShapes(Shape::TRI).TypeString(), "TRI, QUAD, LINE or BEAM");
+    EXPECT_EQ(omu_PrimBool<2>(false).TypeString(), "ON or OFF");
+    EXPECT_EQ(BoolSelect(omu_SELECT_UNION).TypeString(),
+              "REPLACE, UNION, INTERSECTION, DIFFERENCE or SYMMETRIC_DIFFERENCE");
+    EXPECT_EQ(omu_PrimEnumBase("ANY").TypeString(), "ANY");
+}
+
+TEST(Constant, Equal_by_name_across_enumerations)
+{
+    EXPECT_EQ(OneShape("QUAD"), ThreeShapes("QUAD"));
+    EXPECT_EQ(omu_PrimBool<2>(true), omu_PrimEnumBase("ON"));
+    EXPECT_NE(omu_PrimEnumBase("ON"), omu_PrimEnumBase("On"));
+    EXPECT_NE(omu_PrimEnumBase(), omu_PrimNone());
+}
+
+TEST(Constant, The_base_knows_no_names_and_takes_any)
+{
+    omu_PrimEnumBase constant;
+    RecordedAssertions assertions;
+    EXPECT_TRUE(constant.PermissibleValues().IsEmpty());
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Permissible values not available from base class"});
+    EXPECT_TRUE(constant.SetValue("WHATEVER"));
+    EXPECT_EQ(constant.AsString(0), "WHATEVER");
+}
+
+TEST(Constant, Copies_share_the_identity_and_what_is_read_has_its_own)
+{
+    const omu_PrimBool<1> original(true);
+    const std::unique_ptr<omu_Primitive> copy(original.Copy());
+    EXPECT_EQ(static_cast<const omu_PrimBool<1>&>(*copy).GetUid(), original.GetUid());
+
+    const cow_String bytes = StreamOf("FALSE");
+    bio_Ifilter in(bytes.AsCharPtr(), bytes.size());
+    const std::unique_ptr<omu_PrimBool<1>> read(static_cast<omu_PrimBool<1>*>(omu_PrimBool<1>::CtorFunc(in, nullptr)));
+    EXPECT_FALSE(read->GetValue());
+    EXPECT_FALSE(read->GetUid() == original.GetUid());
+}
+
+TEST(Constant, Reading_sets_the_value_and_refuses_unknown_names)
+{
+    ThreeShapes shape(Shape::TRI);
+    EXPECT_EQ(ReadInto(shape, StreamOf("QUAD")), "");
+    EXPECT_EQ(shape.GetValue(), Shape::QUAD);
+    EXPECT_EQ(ReadInto(shape, StreamOf("quad")), "unknown symbolic constant \"quad\" at offset 1");
+    EXPECT_EQ(shape.GetValue(), Shape::QUAD);
+    EXPECT_NE(ReadInto(shape, StreamOf({"TRI\0", 4})), "");
+    omu_PrimEnumBase any;
+    EXPECT_NE(ReadInto(any, StreamOf({"A\0B", 3})), "");
+    EXPECT_EQ(ReadInto(any, "n"), "type code of another class at offset 0");
+}
+
+TEST(StoredConstant, Writes_its_name_under_its_identity_when_the_record_is_granted)
+{
+    struct Record : MementoWriteDouble
+    {
+        explicit Record(cow_String& target) : written(target) {}
+        void WriteString(const cls_FieldHandle& field, cow_String value) override
+        {
+            written = field.FieldName() + "=" + value;
+        }
+        cow_String& written;
+    };
+    struct Parent : MementoWriteDouble
+    {
+        Parent(const cls_Uid& uid, cow_String& target) : expected(uid), written(target) {}
+        cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid& uid) override
+        {
+            return element == 7 && uid == expected ? new Record(written) : nullptr;
+        }
+        cls_Uid expected;
+        cow_String& written;
+    };
+    const omu_PrimBool<2> constant(false);
+    cow_String written;
+    const cls_WriteVisitor parent(new Parent(constant.GetUid(), written));
+    constant.DBWrite(cls_WriteVisitor(parent, 8));
+    EXPECT_EQ(written, "");
+    constant.DBWrite(cls_WriteVisitor(parent, 7));
+    EXPECT_EQ(written, "stringValue=OFF");
+}
+
+TEST(StoredConstant, Is_read_with_its_identity)
+{
+    cls_ReadVisitor visitor(new StoredText("OFF"));
+    const std::unique_ptr<omu_PrimEnum<bool, 2>> constant(
+        static_cast<omu_PrimEnum<bool, 2>*>(omu_PrimEnum<bool, 2>::Ctor(visitor)));
+    EXPECT_EQ(constant->GetString(), "OFF");
+    EXPECT_FALSE(constant->GetValue());
+    EXPECT_EQ(constant->GetUid(), visitor.GetUid());
+    EXPECT_EQ(TwoShapes(cls_ReadVisitor(new StoredText(""))).GetString(), "");
+    EXPECT_EQ(TwoShapes(cls_ReadVisitor(static_cast<cls_MementoRead*>(nullptr))).GetString(), "");
+    EXPECT_THROW(TwoShapes(cls_ReadVisitor(new StoredText("QUAD"))), nex_TextException);
+}
+
+TEST(StoredConstant, Three_classes_register_under_one_name_and_id)
+{
+    cls_ClassRegistrar registrar;
+    omu_PrimEnum<bool, 1>::InitializeMetadata(registrar);
+    omu_PrimEnum<bool, 2>::InitializeMetadata(registrar);
+    BoolSelect::InitializeMetadata(registrar);
+    const std::uint32_t id = registrar.GetClassID("omu_PrimEnum");
+    EXPECT_EQ(id, 0x13001BU);
+    const auto& current = registrar.ConstGet(id);
+    EXPECT_TRUE(current.Ctor() == (&omu_PrimEnum<bool, 1>::Ctor));
+    EXPECT_TRUE(registrar.GetClassMetadata(id, 1).Ctor() == &BoolSelect::Ctor);
+    EXPECT_EQ(current.Option(), 1U);
+    const cls_AttributeMetadata* const attribute = current.FindAttribute("stringValue");
+    ASSERT_NE(attribute, nullptr);
+    EXPECT_EQ(current.Attributes().size(), 1U);
+
+    // The registered destructor empties a holder and leaves the other holders theirs.
+    omu_PrimHolder holder(new omu_PrimBool<1>(true));
+    const omu_PrimHolder other = holder;
+    current.Dtor()(reinterpret_cast<cls_PayloadHolder*>(&holder));
+    EXPECT_TRUE(holder.IsNull());
+    EXPECT_EQ(other->AsString(0), "TRUE");
+}
+
+TEST(ConstantTable, Misuse_is_reported_and_changes_nothing)
+{
+    auto& table = omi_Singleton<omu_SymbolicConstantTable>::Instance();
+    const unsigned int first = table.AddString("TEST_FIRST");
+    EXPECT_EQ(table.AddString("TEST_SECOND"), first + 1);
+    EXPECT_EQ(table.GetId("TEST_SECOND"), first + 1);
+    EXPECT_EQ(table.GetId("never added"), 0U);
+    EXPECT_EQ(table.GetString(0), "_UNSPECIFIED");
+
+    RecordedAssertions assertions;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(table.AddString("TEST_FIRST"), first);
+    EXPECT_EQ(table.AddString(""), 0U);
+    EXPECT_EQ(&table.GetString(first + 2), &table.GetString(0));
+    char expected[300];
+    std::snprintf(expected, sizeof expected,
+                  "omu_SymbolicConstantTable::AddString(TEST_FIRST) name already in table: %u/%u  pid=%X\n"
+                  "omu_SymbolicConstantTable::AddString() key is EMPTY  pid=%X\n"
+                  "omu_SymbolicConstantTable::GetString(%u)  id>Size (%u)  %llX\n",
+                  first, first + 2, VEXCRT::ProcessId(), VEXCRT::ProcessId(), first + 2, first + 2,
+                  static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(&table)));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    EXPECT_EQ(assertions.Take().size(), 3U);
+    EXPECT_EQ(table.AddString("TEST_THIRD"), first + 2);
+}
+
+TEST(ConstantTable, Prints_its_names_in_order)
+{
+    const auto& table = omi_Singleton<omu_SymbolicConstantTable>::Instance();
+    testing::internal::CaptureStdout();
+    table.PrintCache();
+    const std::string text = testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(text.starts_with("\nCONTENTS of omu_SymbolicConstantTable  ")) << text;
+    EXPECT_NE(text.find("\n    0   _UNSPECIFIED\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n--------------------omu------------ "), std::string::npos) << text;
+}
+
+TEST(ConstantData, The_table_gives_the_ids)
+{
+    auto& table = omi_Singleton<omu_SymbolicConstantTable>::Instance();
+    RecordedAssertions assertions;
+    const unsigned int first = table.AddSCD(omu_SymbolicConstantData());
+    EXPECT_EQ(table.AddSCD(omu_SymbolicConstantData()), first + 1);
+    EXPECT_TRUE(assertions.Take().empty());
+    omu_SymbolicConstantData(3);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"omu_SymbolicConstantData() _id argument must be 0\n"});
+}

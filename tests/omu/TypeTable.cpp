@@ -1,0 +1,343 @@
+#include "../RecordedAssertions.h"
+#include "nex_TextException.h"
+#include "omu_AccessErrorException.h"
+#include "omu_ArgNumberErrorException.h"
+#include "omu_ArgTypeErrorException.h"
+#include "omu_AttributeErrorException.h"
+#include "omu_BreNameErrorException.h"
+#include "omu_ColorErrorException.h"
+#include "omu_FontErrorException.h"
+#include "omu_GenericTypeErrorException.h"
+#include "omu_IndexErrorException.h"
+#include "omu_KeyErrorException.h"
+#include "omu_KeywordErrorException.h"
+#include "omu_KeywordTypeErrorException.h"
+#include "omu_Module.h"
+#include "omu_NameErrorException.h"
+#include "omu_OverflowErrorException.h"
+#include "omu_PrimArray.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimComplex.h"
+#include "omu_PrimDictionary.h"
+#include "omu_PrimExpr.h"
+#include "omu_PrimList.h"
+#include "omu_PrimNone.h"
+#include "omu_PrimNumber.h"
+#include "omu_PrimString.h"
+#include "omu_PrimType.h"
+#include "omu_PrimWrapper.h"
+#include "omu_QueryPathMsg.h"
+#include "omu_RangeErrorException.h"
+#include "omu_ValueErrorException.h"
+#include "omu_ZeroDivisionErrorException.h"
+#include "typ_ArchCompTable.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+/// A row as it is promised; the type id of row r is 0x130000 + r.
+struct Promised
+{
+    const char* name;
+    std::uint32_t parent;
+    std::uint32_t kind;
+};
+
+constexpr Promised promised[] = {
+    {nullptr, 0, 0},
+    {"omu_TypeErrorException", 0x1F0003, 4},
+    {"omu_KeywordTypeErrorException", 0x130001, 4},
+    {"omu_ArgTypeErrorException", 0x130001, 4},
+    {"omu_ArgNumberErrorException", 0x130001, 4},
+    {"omu_KeywordErrorException", 0x130001, 4},
+    {"omu_AttributeErrorException", 0x1F0003, 4},
+    {"omu_KeyErrorException", 0x1F0003, 4},
+    {"omu_IndexErrorException", 0x1F0003, 4},
+    {"omu_RangeErrorException", 0x1F0003, 4},
+    {"omu_ValueErrorException", 0x1F0003, 4},
+    {"omu_OverflowErrorException", 0x1F0003, 4},
+    {"omu_NameErrorException", 0x1F0003, 4},
+    {"omu_ZeroDivisionErrorException", 0x1F0003, 4},
+    {"omu_ColorErrorException", 0x1F0003, 4},
+    {"omu_FontErrorException", 0x1F0003, 4},
+    {"omu_AccessErrorException", 0x1F0003, 4},
+    {"omu_Primitive", 1, 7},
+    {"omu_PrimDictionaryBase", 0x130011, 7},
+    {"omu_PrimIntDictionary", 0x130012, 7},
+    {"omu_PrimStrDictionary", 0x130012, 7},
+    {"omu_PrimList", 0x130019, 7},
+    {"omu_PrimNumber", 0x130011, 7},
+    {"omu_PrimPath", 0x130011, 7},
+    {"omu_PrimString", 0x130011, 7},
+    {"omu_PrimTuple", 0x130020, 7},
+    {"omu_PrimExpr", 0x130011, 7},
+    {"omu_PrimEnumBase", 0x130011, 7},
+    {"omu_QueryPathMsg", 1, 7},
+    {"omu_PrimNone", 0x130011, 7},
+    {"omu_PrimWrapper", 0x130011, 7},
+    {"omu_PrimType", 0x130011, 7},
+    {"omu_PrimSequence", 0x130011, 7},
+    {"omu_PrimArray", 0x130020, 7},
+    {"omu_PrimComplex", 0x130011, 7},
+    {"omu_BreNameErrorException", 0x1F0003, 4},
+    {"omu_GenericTypeErrorException", 0x130001, 4},
+    {"omu_OnOffConst", 0x13001B, 7},
+    {"omu_TrueFalseConst", 0x13001B, 7},
+    {"omu_YesNoConst", 0x13001B, 7},
+};
+
+constexpr std::uint32_t abstractIds[] = {0x130001, 0x130011, 0x130012, 0x130020};
+
+/// An object known by its type id alone, deleted as the type tables say.
+class Object
+{
+public:
+    template <class C> explicit Object(const C& object) : m_object(new C(object)), m_typeId(object.DynTypeId()) {}
+    explicit Object(const std::string& bytes, std::uint32_t expectedTypeId = 0)
+    {
+        bio_Ifilter in(bytes.data(), bytes.size());
+        obj_InputP0Ptr(in, m_object, expectedTypeId, m_typeId);
+    }
+    Object(Object&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)), m_typeId(other.m_typeId) {}
+    ~Object()
+    {
+        if (m_object != nullptr) {
+            typ_ArchCompTable::GetDtorFunc(m_typeId)(m_object);
+        }
+    }
+
+    std::uint32_t TypeId() const { return m_typeId; }
+    std::string Bytes() const
+    {
+        bio_Ofilter out;
+        obj_OutputP0Ptr(out, m_object, m_typeId);
+        return {reinterpret_cast<const char*>(out.Data()), out.Size()};
+    }
+    std::string Dump() const
+    {
+        std::ostringstream text;
+        pnt_PrettyPrint out(text);
+        obj_PrintP0Ptr(out, m_object, m_typeId);
+        return text.str();
+    }
+
+private:
+    void* m_object = nullptr;
+    std::uint32_t m_typeId;
+};
+
+struct Sample
+{
+    Object object;
+    const char* dumpName;
+};
+
+omu_PrimTuple SampleTuple()
+{
+    omu_PrimTuple tuple(4);
+    tuple.Put(1);
+    tuple.Put(2.5);
+    tuple.Put(cow_String("three"));
+    return tuple; // the last slot stays null
+}
+
+omu_PrimList SampleList()
+{
+    omu_PrimList list(2, 17);
+    list.Put(SampleTuple());
+    list.Put(omu_PrimEnumBase("UNKNOWN"));
+    return list;
+}
+
+template <class K> omu_PrimDictionary<K> SampleDictionary(const K& first, const K& second)
+{
+    omu_PrimDictionary<K> dictionary;
+    dictionary.Put(4000000000U, first);
+    dictionary.Put(SampleTuple(), second);
+    return dictionary;
+}
+
+omu_PrimArray SampleArray()
+{
+    const int dimensions[] = {2, 3};
+    const double values[] = {1, 2, 3, 4, 5, 6};
+    return omu_PrimArray(2, dimensions, values);
+}
+
+const omu_PrimPath samplePath(cow_List<cow_String>{"models", "Model-1"}, 'm');
+
+std::vector<Sample> ValueSamples()
+{
+    std::vector<Sample> samples;
+    const auto add = [&](const auto& object, const char* dumpName) { samples.push_back({Object(object), dumpName}); };
+    add(SampleDictionary<int>(-1, 7), "omu_PrimDictionary");
+    add(SampleDictionary<cow_String>("a", "b"), "omu_PrimDictionary");
+    add(SampleList(), "omu_PrimList");
+    add(omu_PrimNumber(-2.5F), "omu_PrimNumber");
+    add(omu_PrimNumber(4000000000U), "omu_PrimNumber");
+    add(samplePath, "omu_PrimPath");
+    add(omu_PrimString("it's a text of more than fifteen bytes"), "omu_PrimString");
+    add(SampleTuple(), "omu_PrimTuple");
+    add(omu_PrimExpr("a + b"), "omu_PrimExpr");
+    add(omu_PrimEnumBase("QUAD"), "omu_PrimEnumBase");
+    add(omu_QueryPathMsg(samplePath), "omu_QueryPathMsg");
+    add(omu_PrimNone(), "omu_PrimNone");
+    add(omu_PrimWrapper(omu_PrimTuple::TypeId(), new omu_PrimTuple(SampleTuple()),
+                        SampleDictionary<cow_String>("x", "y")),
+        "omu_PrimWrapper");
+    add(omu_PrimType(), "omu_PrimType");
+    add(SampleArray(), "omu_PrimArray");
+    add(omu_PrimComplex(omi_complex::Polar(1, 0.5)), "omu_PrimComplex");
+    add(omu_PrimBool<2>(false), "omu_PrimBool<Inst>");
+    add(omu_PrimBool<1>(true), "omu_PrimBool<Inst>");
+    return samples;
+}
+
+std::vector<Sample> ExceptionSamples()
+{
+    std::vector<Sample> samples;
+    const auto add = [&](const auto& object, const char* dumpName) { samples.push_back({Object(object), dumpName}); };
+    add(omu_KeywordTypeErrorException("name", "string", "int", "Part"), "omu_KeywordTypeErrorException");
+    add(omu_ArgTypeErrorException(2, "string", "int", "Part"), "omu_ArgTypeErrorException");
+    add(omu_ArgNumberErrorException(2, 3, "Part"), "omu_ArgNumberErrorException");
+    add(omu_KeywordErrorException("name", "Part"), "omu_KeywordErrorException");
+    add(omu_AttributeErrorException(omu_AttributeErrorException::READ_ONLY, "name"), "omu_AttributeErrorException");
+    add(omu_KeyErrorException("text"), "NAME");
+    add(omu_IndexErrorException("text"), "NAME");
+    add(omu_RangeErrorException("width", 1.5, omu_INCLUSIVE, 2.5, omu_NOT_INCLUSIVE), "omu_RangeErrorException");
+    add(omu_ValueErrorException("text"), "NAME");
+    add(omu_OverflowErrorException("text"), "NAME");
+    add(omu_NameErrorException("text"), "NAME");
+    add(omu_ZeroDivisionErrorException("text"), "NAME");
+    add(omu_ColorErrorException("text"), "NAME");
+    add(omu_FontErrorException("text"), "NAME");
+    add(omu_AccessErrorException("text"), "NAME");
+    add(omu_BreNameErrorException(omu_BreNameErrorException::EMPTY), "omu_BreNameErrorException");
+    add(omu_GenericTypeErrorException(), "omu_GenericTypeErrorException");
+    return samples;
+}
+
+std::vector<Sample> AllSamples()
+{
+    std::vector<Sample> samples = ValueSamples();
+    for (Sample& sample : ExceptionSamples()) {
+        samples.push_back(std::move(sample));
+    }
+    return samples;
+}
+
+/// Reads damaged bytes: refused by the reader's exception, or a value that can be written and read again.
+void ExpectRefusedOrValid(const std::string& bytes)
+{
+    try {
+        const Object object(bytes);
+        EXPECT_EQ(Object(object.Bytes()).Bytes(), object.Bytes());
+        object.Dump();
+    } catch (const nex_TextException&) {
+        SUCCEED();
+    }
+}
+
+} // namespace
+
+TEST(TypeTable, Rows_are_the_promised_ones)
+{
+    ASSERT_EQ(omu_ArchEntry().count, std::size(promised));
+    EXPECT_EQ(typ_ArchCompTable::Find(0x130000 + std::size(promised)), nullptr);
+    for (std::uint32_t row = 1; row < std::size(promised); ++row) {
+        const typ_Entry* const entry = typ_ArchCompTable::Find(0x130000 + row);
+        ASSERT_NE(entry, nullptr) << row;
+        EXPECT_STREQ(entry->name, promised[row].name);
+        EXPECT_EQ(entry->parent, promised[row].parent) << entry->name;
+        EXPECT_EQ(entry->kind, promised[row].kind) << entry->name;
+        const bool functions[] = {entry->ctor != nullptr, entry->read != nullptr, entry->write != nullptr,
+                                  entry->print != nullptr, entry->dtor != nullptr};
+        for (const bool function : functions) {
+            EXPECT_EQ(function, row != 39) << entry->name;
+        }
+    }
+    EXPECT_TRUE(omu_PrimList().IsA(omu_PrimSequence::TypeId()));
+    EXPECT_FALSE(omu_PrimDictionary<int>().IsA(omu_PrimSequence::TypeId()));
+}
+
+TEST(TypeTable, Every_class_that_can_be_built_has_a_sample_here)
+{
+    std::set<std::uint32_t> ids(std::begin(abstractIds), std::end(abstractIds));
+    ids.insert(0x130027); // has no functions
+    for (const Sample& sample : AllSamples()) {
+        ids.insert(sample.object.TypeId());
+    }
+    EXPECT_EQ(ids.size(), std::size(promised) - 1);
+}
+
+TEST(TypeTable, Streams_and_dumps_keep_all_of_an_object)
+{
+    for (const Sample& sample : AllSamples()) {
+        SCOPED_TRACE(typ_ArchCompTable::GetName(sample.object.TypeId()).AsCharPtr());
+        const std::string bytes = sample.object.Bytes();
+        const Object copy(bytes, sample.object.TypeId());
+        EXPECT_EQ(copy.TypeId(), sample.object.TypeId());
+        EXPECT_EQ(copy.Bytes(), bytes);
+        EXPECT_EQ(copy.Dump(), sample.object.Dump());
+        EXPECT_TRUE(sample.object.Dump().starts_with("(" + std::string(sample.dumpName) + "\n")) << copy.Dump();
+        EXPECT_EQ(copy.Dump().find("\n\n"), std::string::npos) << copy.Dump();
+        EXPECT_THROW(Object(bytes, 0x1F0002), nex_TextException);
+    }
+}
+
+TEST(TypeTable, Damaged_streams_are_refused_or_give_valid_objects)
+{
+    for (const Sample& sample : AllSamples()) {
+        SCOPED_TRACE(typ_ArchCompTable::GetName(sample.object.TypeId()).AsCharPtr());
+        const std::string bytes = sample.object.Bytes();
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
+            EXPECT_THROW(Object(bytes.substr(0, length)), nex_TextException) << "cut to " << length;
+        }
+        for (std::size_t at = 0; at < bytes.size(); ++at) {
+            for (const int mask : {0x01, 0x02, 0x10, 0x80, 0xFF}) {
+                std::string damaged = bytes;
+                damaged[at] = static_cast<char>(damaged[at] ^ mask);
+                ExpectRefusedOrValid(damaged);
+            }
+        }
+    }
+}
+
+TEST(TypeTable, Abstract_classes_build_nothing)
+{
+    bio_Ifilter in("", 0);
+    for (const std::uint32_t id : abstractIds) {
+        const typ_Entry& row = *typ_ArchCompTable::Find(id);
+        RecordedAssertions assertions;
+        EXPECT_EQ(row.ctor(in, nullptr), nullptr);
+        EXPECT_EQ(assertions.Take(), std::vector<std::string>{std::string(row.name) + "::CtorFunc(): Illegal call to "
+                                                                                      "abstract class constructor."});
+        std::string announced(sizeof id, '\0');
+        std::memcpy(announced.data(), &id, sizeof id);
+        EXPECT_THROW(Object(announced + "abcdefghijklmnop"), nex_TextException) << row.name;
+        EXPECT_TRUE(assertions.Take().empty()) << "bad input must not reach an assertion";
+    }
+}
+
+TEST(TypeTable, A_null_value_is_the_id_0)
+{
+    bio_Ofilter out;
+    out << static_cast<const omu_Primitive*>(nullptr);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(out.Data()), out.Size()), std::string(4, '\0'));
+    bio_Ifilter in(out.Data(), out.Size());
+    omu_Primitive* value = new omu_PrimNone;
+    const std::unique_ptr<omu_Primitive> before(value);
+    in >> value;
+    EXPECT_EQ(value, nullptr);
+}
