@@ -17,10 +17,10 @@ set(VEXOMU_INSTALL_PYTHON_DIR "${CMAKE_INSTALL_LIBDIR}/python${Python3_VERSION_M
 
 add_custom_target(python_modules)
 
-# vexomu_python_module(<name> SOURCES <files> LINKS <targets>): an extension module `import <name>` finds. The .py
-# and .pyi files beside its CMakeLists.txt go with it.
+# vexomu_python_module(<name> [NO_INSTALL] SOURCES <files> LINKS <targets>): an extension module `import <name>` finds.
+# The .py and .pyi files beside its CMakeLists.txt go with it.
 function(vexomu_python_module name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "NO_INSTALL" "" "SOURCES;LINKS")
     Python3_add_library(${name} MODULE WITH_SOABI ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINKS} vexomu_options)
     add_dependencies(python_modules ${name})
@@ -28,6 +28,9 @@ function(vexomu_python_module name)
     set_target_properties(${name} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY "${VEXOMU_PYTHON_DIR}"
         INSTALL_RPATH "$ORIGIN/${libraries}")
+    if(arg_NO_INSTALL)
+        return()
+    endif()
     install(TARGETS ${name} LIBRARY DESTINATION "${VEXOMU_INSTALL_PYTHON_DIR}" COMPONENT python)
 
     file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.py" "${CMAKE_CURRENT_SOURCE_DIR}/*.pyi")

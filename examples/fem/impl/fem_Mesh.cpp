@@ -1,0 +1,188 @@
+#include "fem_Mesh.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+// Corners of the faces of a tetrahedron, and of its edges.
+constexpr std::array<std::array<std::size_t, 3>, 4> FACES{{{1, 2, 3}, {0, 3, 2}, {0, 1, 3}, {0, 2, 1}}};
+constexpr std::array<std::array<std::size_t, 2>, 6> EDGES{{{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}};
+
+fem_Point Between(const fem_Point& from, const fem_Point& to)
+{
+    return {to[0] - from[0], to[1] - from[1], to[2] - from[2]};
+}
+
+fem_Point Cross(const fem_Point& a, const fem_Point& b)
+{
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+double Dot(const fem_Point& a, const fem_Point& b)
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+} // namespace
+
+bool fem_Mesh::AddNode(int label, const fem_Point& position)
+{
+    if (!m_nodeIndex.try_emplace(label, static_cast<std::uint32_t>(m_positions.size())).second) {
+        return false;
+    }
+    m_nodeLabels.push_back(label);
+    m_positions.push_back(position);
+    return true;
+}
+
+bool fem_Mesh::AddElement(int label, std::span<const int, NODES_PER_ELEMENT> nodeLabels)
+{
+    Connectivity element{};
+    for (std::size_t corner = 0; corner < NODES_PER_ELEMENT; ++corner) {
+        const auto node = m_nodeIndex.find(nodeLabels[corner]);
+        if (node == m_nodeIndex.end()) {
+            return false;
+        }
+        element[corner] = node->second;
+    }
+    if (!m_elementIndex.try_emplace(label, static_cast<std::uint32_t>(m_elements.size())).second) {
+        return false;
+    }
+    m_elementLabels.push_back(label);
+    m_elements.push_back(element);
+    return true;
+}
+
+const fem_Point* fem_Mesh::FindNode(int label) const
+{
+    const auto node = m_nodeIndex.find(label);
+    return node != m_nodeIndex.end() ? &m_positions[node->second] : nullptr;
+}
+
+std::optional<std::array<int, fem_Mesh::NODES_PER_ELEMENT>> fem_Mesh::FindElement(int label) const
+{
+    const auto element = m_elementIndex.find(label);
+    if (element == m_elementIndex.end()) {
+        return std::nullopt;
+    }
+    std::array<int, NODES_PER_ELEMENT> labels{};
+    for (std::size_t corner = 0; corner < NODES_PER_ELEMENT; ++corner) {
+        labels[corner] = m_nodeLabels[m_elements[element->second][corner]];
+    }
+    return labels;
+}
+
+fem_Box fem_Mesh::BoundingBox() const
+{
+    fem_Box box{m_positions.front(), m_positions.front()};
+    for (const fem_Point& position : m_positions) {
+        for (std::size_t axis = 0; axis < position.size(); ++axis) {
+            box.low[axis] = std::min(box.low[axis], position[axis]);
+            box.high[axis] = std::max(box.high[axis], position[axis]);
+        }
+    }
+    return box;
+}
+
+double fem_Mesh::SixVolumes(const Connectivity& element) const
+{
+    const fem_Point& origin = m_positions[element[0]];
+    return Dot(Between(origin, m_positions[element[1]]),
+               Cross(Between(origin, m_positions[element[2]]), Between(origin, m_positions[element[3]])));
+}
+
+double fem_Mesh::Volume() const
+{
+    double sum = 0.0;
+    for (const Connectivity& element : m_elements) {
+        sum += std::abs(SixVolumes(element));
+    }
+    return sum / 6.0;
+}
+
+double fem_Mesh::SurfaceArea() const
+{
+    struct Face
+    {
+        std::array<std::uint32_t, 3> corners; // ascending, so that the same face of two elements compares equal
+        double area;
+    };
+    std::vector<Face> faces;
+    faces.reserve(FACES.size() * m_elements.size());
+    for (const Connectivity& element : m_elements) {
+        for (const auto& [a, b, c] : FACES) {
+            const fem_Point& first = m_positions[element[a]];
+            const fem_Point normal =
+                Cross(Between(first, m_positions[element[b]]), Between(first, m_positions[element[c]]));
+            Face face{{element[a], element[b], element[c]}, 0.5 * std::sqrt(Dot(normal, normal))};
+            std::sort(face.corners.begin(), face.corners.end());
+            faces.push_back(face);
+        }
+    }
+    std::sort(faces.begin(), faces.end(), [](const Face& a, const Face& b) { return a.corners < b.corners; });
+    double area = 0.0;
+    for (std::size_t i = 0; i < faces.size();) {
+        std::size_t next = i + 1;
+        while (next < faces.size() && faces[next].corners == faces[i].corners) {
+            ++next;
+        }
+        area += next == i + 1 ? faces[i].area : 0.0;
+        i = next;
+    }
+    return area;
+}
+
+double fem_Mesh::Quality(std::size_t index) const
+{
+    const Connectivity& element = m_elements[index];
+    double squaredLengths = 0.0;
+    for (const auto& [a, b] : EDGES) {
+        const fem_Point edge = Between(m_positions[element[a]], m_positions[element[b]]);
+        squaredLengths += Dot(edge, edge);
+    }
+    if (squaredLengths == 0.0) {
+        return 0.0; // all corners in one point
+    }
+    const double sixVolumes = SixVolumes(element);
+    const double threeVolumes = std::abs(sixVolumes) / 2.0;
+    return std::copysign(12.0 * std::cbrt(threeVolumes * threeVolumes) / squaredLengths, sixVolumes);
+}
+
+std::vector<fem_ElementQuality> fem_Mesh::WorstElements(std::size_t count) const
+{
+    std::vector<fem_ElementQuality> elements(m_elements.size());
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        elements[i] = {m_elementLabels[i], Quality(i)};
+    }
+    const std::size_t wanted = std::min(count, elements.size());
+    std::partial_sort(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(wanted), elements.end(),
+                      [](const fem_ElementQuality& a, const fem_ElementQuality& b) {
+                          return a.quality != b.quality ? a.quality < b.quality : a.label < b.label;
+                      });
+    elements.resize(wanted);
+    return elements;
+}
+
+std::vector<int> fem_Mesh::QualityHistogram(std::size_t bins, double low, double high) const
+{
+    std::vector<int> counts(bins, 0);
+    for (std::size_t i = 0; i < m_elements.size(); ++i) {
+        const double quality = Quality(i);
+        if (quality >= low && quality <= high) {
+            const double position = (quality - low) / (high - low) * static_cast<double>(bins);
+            ++counts[std::min(static_cast<std::size_t>(position), bins - 1)];
+        }
+    }
+    return counts;
+}
+
+void fem_Mesh::Translate(const fem_Point& by)
+{
+    for (fem_Point& position : m_positions) {
+        for (std::size_t axis = 0; axis < position.size(); ++axis) {
+            position[axis] += by[axis];
+        }
+    }
+}
