@@ -195,15 +195,17 @@ public:
     /// Drops all items; room that nobody shares is kept.
     void Clear() { Truncate(0); }
 
-    /// Moves the items from `index` on, 0 to Length(), into a sequence of their own.
+    /// Moves the items from `index` on, 0 to Length(), into a sequence of their own with as much room.
     cow_Sequence SplitOff(int index)
     {
         cow_Sequence tail;
-        Detach();
-        tail.Reallocate(m_block->capacity, 0);
-        tail.m_block->length = m_block->length - index;
-        cow_Relocate(ItemsOf(m_block) + index, Behind(index), ItemsOf(tail.m_block));
-        m_block->length = index;
+        if (m_block != nullptr && cow_Block::IsInside(index, Length() + 1)) {
+            Detach();
+            tail.Reallocate(m_block->capacity, 0);
+            tail.m_block->length = m_block->length - index;
+            cow_Relocate(ItemsOf(m_block) + index, Behind(index), ItemsOf(tail.m_block));
+            m_block->length = index;
+        }
         return tail;
     }
 

@@ -1,0 +1,135 @@
+#pragma once
+
+#include "bio_Ifilter.h"
+#include "bio_Ofilter.h"
+#include "cow_CloneCount.h"
+#include "cow_String.h"
+#include "nex_TextException.h"
+
+#include <gtest/gtest.h>
+
+#include <compare>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+
+/// An item that counts its objects and copies, throws from the copy that is due, cannot be default-constructed, and
+/// knows its own address, so that moving its bytes instead of it would show.
+class Counted
+{
+public:
+    struct CopyFailed
+    {};
+    static constexpr int NEVER = std::numeric_limits<int>::max();
+    static inline int alive = 0;
+    static inline int copies = 0;
+    static inline int copiesLeft = NEVER;
+
+    Counted(int value) : m_value(value) { ++alive; }
+    Counted(const Counted& other) : m_value(other.Value())
+    {
+        if (copiesLeft-- == 0) {
+            throw CopyFailed();
+        }
+        ++copies;
+        ++alive;
+    }
+    Counted(Counted&& other) noexcept : m_value(std::exchange(other.m_value, -1)) { ++alive; }
+    Counted& operator=(const Counted& other)
+    {
+        *this = Counted(other);
+        return *this;
+    }
+    Counted& operator=(Counted&& other) noexcept
+    {
+        m_value = std::exchange(other.m_value, -1);
+        return *this;
+    }
+    ~Counted() { --alive; }
+
+    int Value() const { return m_self == this ? m_value : std::numeric_limits<int>::min(); }
+    friend bool operator==(const Counted& left, const Counted& right) { return left.Value() == right.Value(); }
+    friend auto operator<=>(const Counted& left, const Counted& right) { return left.Value() <=> right.Value(); }
+
+private:
+    int m_value;
+    const Counted* m_self = this;
+};
+
+/// The same items in memory of their own.
+template <class Container> Container Unshared(const Container& source)
+{
+    Container made;
+    for (const auto& item : source) {
+        if constexpr (requires { made.Append(item); }) {
+            made.Append(item);
+        } else {
+            made.Insert(item.first, item.second);
+        }
+    }
+    return made;
+}
+
+/// Runs `change` on a shared and on an unshared copy of `start`, the first copy of an item failing, then the second and
+/// so on until none fails. A change that fails leaves all as it was.
+template <class Container, class Change> void ExpectAllOrNothing(const Container& start, Change change)
+{
+    const Container before = Unshared(start);
+    bool failed = true;
+    for (int failing = 0; failed; ++failing) {
+        failed = false;
+        Container targets[] = {start, Unshared(start)};
+        for (Container& target : targets) {
+            Counted::copiesLeft = failing;
+            try {
+                change(target);
+                EXPECT_GE(Counted::copiesLeft, 0) << "copy " << failing << " failed unnoticed";
+            } catch (const Counted::CopyFailed&) {
+                failed = true;
+                EXPECT_TRUE(target == before) << "copy " << failing;
+            }
+            Counted::copiesLeft = Counted::NEVER;
+        }
+        EXPECT_TRUE(start == before) << "copy " << failing;
+    }
+}
+
+/// The bytes `value` is streamed as.
+template <class T> std::string BytesOf(const T& value)
+{
+    bio_Ofilter out;
+    out << value;
+    return {reinterpret_cast<const char*>(out.Data()), out.Size()};
+}
+
+/// Reads a T from `bytes`; the refusal's text, or empty when all was well.
+template <class T> std::string ReadFrom(const std::string& bytes, T& value)
+{
+    try {
+        bio_Ifilter in(bytes.data(), bytes.size());
+        in >> value;
+        return in.AtEnd() ? "" : "bytes are left";
+    } catch (const nex_TextException& refusal) {
+        return refusal.what();
+    }
+}
+
+/// A value survives its stream; every truncation is refused; flipped bits are read or refused, never worse.
+template <class T> void ExpectStreamed(const T& value)
+{
+    const std::string bytes = BytesOf(value);
+    T read;
+    EXPECT_EQ(ReadFrom(bytes, read), "");
+    EXPECT_TRUE(read == value);
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        EXPECT_NE(ReadFrom(bytes.substr(0, length), read), "") << "cut to " << length;
+    }
+    for (std::size_t bit = 0; bit < bytes.size() * 8; ++bit) {
+        std::string damaged = bytes;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+        if (ReadFrom(damaged, read).empty()) {
+            EXPECT_EQ(BytesOf(read), damaged) << "bit " << bit;
+        }
+    }
+}

@@ -1,0 +1,249 @@
+#include "Counted.h"
+#include "cow_Map.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <map>
+#include <numeric>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+using Random = std::mt19937;
+
+/// Large, so that a chunk holds few and a handful of keys makes a directory.
+struct Big
+{
+    int value = 0;
+    char filler[600] = {};
+
+    Big(int number) : value(number) {}
+    friend bool operator==(const Big& left, const Big& right) { return left.value == right.value; }
+};
+
+int MakeKey(int number, const int*)
+{
+    return number - 100;
+}
+Counted MakeKey(int number, const Counted*)
+{
+    return number;
+}
+/// Short and long texts, with common beginnings, zero bytes and bytes at the end of the order.
+cow_String MakeKey(int number, const cow_String*)
+{
+    const std::string_view beginnings[] = {"", "key", "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", "a beginning of 15"};
+    std::string key(beginnings[number % 4]);
+    key += static_cast<char>(number / 4);
+    key.append(static_cast<std::size_t>(number % 3), '\0');
+    return cow_String(key);
+}
+
+template <class Map, class Model> void ExpectSame(const Map& map, const Model& model)
+{
+    const auto isSame = [](const auto& entry, const auto& other) {
+        return entry.first == other.first && entry.second == other.second;
+    };
+    ASSERT_EQ(map.size(), model.size());
+    ASSERT_TRUE(std::equal(map.begin(), map.end(), model.begin(), model.end(), isSame));
+    ASSERT_TRUE(std::equal(std::make_reverse_iterator(map.end()), std::make_reverse_iterator(map.begin()),
+                           model.rbegin(), model.rend(), isSame));
+}
+
+/// Random changes of three maps that share, growing and shrinking in turns, beside std::map.
+template <class K, class V> void RunBesideStdMap(unsigned seed, int keyCount)
+{
+    Random random(seed);
+    std::array<cow_Map<K, V>, 3> maps;
+    std::array<std::map<K, V>, 3> models;
+    for (int step = 0; step < 12000; ++step) {
+        const std::size_t a = random() % 3;
+        const K key = MakeKey(static_cast<int>(random()) % keyCount & 0x3FF, static_cast<K*>(nullptr));
+        const V value(step);
+        const bool isGrowing = step / 1500 % 2 == 0;
+        if (random() % 100 == 0) {
+            const std::size_t b = random() % 3;
+            maps[a] = maps[b];
+            models[a] = models[b];
+            ASSERT_TRUE(maps[a].SharesWith(maps[b]));
+        } else if (V* const there = random() % 4 == 0 ? maps[a].Get(key) : nullptr) {
+            *there = value;
+            models[a].at(key) = value;
+        } else if (random() % 4 != 0 ? isGrowing : !isGrowing) {
+            ASSERT_EQ(maps[a].Insert(key, value), models[a].insert_or_assign(key, value).second);
+        } else if (random() % 4 != 0) {
+            ASSERT_EQ(maps[a].Remove(key), models[a].erase(key) == 1);
+        } else if (!maps[a].IsEmpty()) {
+            ASSERT_TRUE(maps[a].Remove(maps[a].begin()->first)); // a key of the map itself
+            models[a].erase(models[a].begin());
+        }
+        const V* const found = maps[a].Find(key);
+        const auto expected = models[a].find(key);
+        ASSERT_EQ(found != nullptr, expected != models[a].end());
+        ASSERT_TRUE(found == nullptr || *found == expected->second);
+        if (step % 8 == 0) {
+            for (std::size_t i = 0; i < 3; ++i) {
+                ASSERT_NO_FATAL_FAILURE(ExpectSame(maps[i], models[i])) << "step " << step;
+            }
+        }
+    }
+}
+
+cow_Map<int, Counted> CountedMap(int length)
+{
+    cow_Map<int, Counted> map;
+    for (int i = 0; i < length; ++i) {
+        map.Insert(2 * i, i);
+    }
+    return map;
+}
+} // namespace
+
+TEST(Maps, Random_changes_and_copies_agree_with_std_map)
+{
+    const int aliveBefore = Counted::alive;
+    RunBesideStdMap<int, int>(1, 12);
+    RunBesideStdMap<int, int>(2, 1000);
+    RunBesideStdMap<int, Big>(3, 200);
+    RunBesideStdMap<cow_String, Counted>(4, 800);
+    RunBesideStdMap<Counted, cow_String>(5, 300);
+    EXPECT_EQ(Counted::alive, aliveBefore);
+}
+
+TEST(Maps, Keys_in_any_order_come_out_in_order)
+{
+    std::vector<int> orders[3];
+    for (std::vector<int>& order : orders) {
+        order.resize(5000);
+        std::iota(order.begin(), order.end(), 0);
+    }
+    std::reverse(orders[1].begin(), orders[1].end());
+    std::shuffle(orders[2].begin(), orders[2].end(), Random(1));
+    for (const std::vector<int>& filling : orders) {
+        for (const std::vector<int>& emptying : orders) {
+            cow_Map<int, int> map;
+            for (const int key : filling) {
+                ASSERT_TRUE(map.Insert(key, -key));
+            }
+            int next = 0;
+            for (const auto& [key, value] : map) {
+                ASSERT_EQ(key, next++);
+                ASSERT_EQ(value, -key);
+            }
+            for (const int key : emptying) {
+                ASSERT_TRUE(map.Remove(key));
+            }
+            ASSERT_TRUE(map.IsEmpty() && map.begin() == map.end());
+        }
+    }
+}
+
+TEST(Maps, A_failing_copy_changes_nothing_and_loses_nothing)
+{
+    const int aliveBefore = Counted::alive;
+    for (const int length : {3, 64, 200}) {
+        SCOPED_TRACE(length);
+        using Map = cow_Map<int, Counted>;
+        const Map start = CountedMap(length);
+        const Counted value = 7;
+        ExpectAllOrNothing(start, [&](Map& map) { map.Insert(3, value); });
+        ExpectAllOrNothing(start, [&](Map& map) { map.Insert(1000, value); });
+        ExpectAllOrNothing(start, [&](Map& map) { map.Insert(2, value); });
+        ExpectAllOrNothing(start, [&](Map& map) { map.Get(4); });
+        ExpectAllOrNothing(start, [&](Map& map) { map.Remove(2); });
+    }
+    EXPECT_EQ(Counted::alive, aliveBefore);
+}
+
+TEST(Maps, Reading_never_clones_and_a_write_clones_one_chunk_at_most)
+{
+    const cow_Map<int, Counted> source = CountedMap(1000);
+    const cow_Map<int, Counted> small = CountedMap(8);
+    Counted::copies = 0;
+#ifdef VEXUTL_COUNT_CLONES
+    const std::uint64_t clonesBefore = cow_cloneCount<cow_Map<int, Counted>>;
+#endif
+    cow_Map<int, Counted> copy(source);
+    cow_Map<int, Counted> smallCopy(small);
+    EXPECT_TRUE(copy == source && copy.SharesWith(source));
+    EXPECT_EQ(copy.Find(500), source.Find(500));
+    EXPECT_EQ(copy.Get(501), nullptr);
+    EXPECT_FALSE(copy.Remove(501));
+    EXPECT_TRUE(copy.SharesWith(source));
+    EXPECT_EQ(Counted::copies, 0);
+    *copy.Get(500) = 1;
+    *copy.Get(500) = 2;
+    EXPECT_EQ(*source.Find(500), Counted(250));
+    EXPECT_NE(copy.Find(500), source.Find(500));
+    EXPECT_EQ(copy.Find(1500), source.Find(1500));
+    EXPECT_LE(Counted::copies, 64);
+    Counted::copies = 0;
+    smallCopy.Insert(1, 1);
+    smallCopy.Insert(3, 1);
+    EXPECT_EQ(Counted::copies, 8);
+#ifdef VEXUTL_COUNT_CLONES
+    EXPECT_EQ((cow_cloneCount<cow_Map<int, Counted>>), clonesBefore + 2);
+#endif
+}
+
+TEST(Maps, Texts_are_found_by_all_that_is_seen_as_text)
+{
+    cow_Map<cow_String, int> map;
+    map.Insert("short", 1);
+    map.Insert("a key that is too long to live in the object", 2);
+    map.Insert(std::string_view("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"), 3);
+    EXPECT_EQ(*map.Find("short"), 1);
+    EXPECT_EQ(*map.Find(std::string("a key that is too long to live in the object")), 2);
+    EXPECT_EQ(*map.Find(std::string_view("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF")), 3);
+    EXPECT_EQ(map.Find(std::string_view("short\0", 6)), nullptr);
+    EXPECT_EQ(map.Find("a key that is too long to live in the objecu"), nullptr);
+
+    cow_String kept("short12345678901234567890");
+    kept.TrimRight("0123456789");
+    EXPECT_EQ(kept, "short");
+    EXPECT_TRUE(map.IsMember(kept));
+}
+
+TEST(Maps, Streams_keep_all_and_refuse_damage)
+{
+    cow_Map<cow_String, cow_Map<int, bool>> map;
+    map.Insert("b", {});
+    map.Insert("a", {});
+    map.Get("a")->Insert(-1, true);
+    map.Get("a")->Insert(1, false);
+    ExpectStreamed(map);
+    EXPECT_EQ(BytesOf(*map.Find("a")), std::string("\2\0\0\0\xFF\xFF\xFF\xFF\1\1\0\0\0\0", 14));
+
+    cow_Map<int, int> large;
+    for (int i = 0; i < 300; ++i) {
+        large.Insert(i, i);
+    }
+    cow_Map<int, int> read;
+    EXPECT_EQ(ReadFrom(BytesOf(large), read), "");
+    EXPECT_EQ(read, large);
+
+    cow_Map<unsigned char, bool> damaged;
+    EXPECT_EQ(ReadFrom(std::string("\2\0\0\0\5\1\5\0", 8), damaged), "a map whose keys are not in order at offset 6");
+    EXPECT_EQ(ReadFrom(std::string("\2\0\0\0\5\1\4\0", 8), damaged), "a map whose keys are not in order at offset 6");
+    EXPECT_EQ(ReadFrom(std::string("\3\0\0\0\5\1\6\0", 8), damaged),
+              "a count larger than the rest of the stream at offset 0");
+}
+
+TEST(Maps, Dumps_show_values_below_their_keys)
+{
+    cow_Map<cow_String, cow_Map<int, bool>> map;
+    map.Insert("b", {});
+    map.Insert("a", {});
+    map.Get("a")->Insert(1, true);
+    std::ostringstream text;
+    pnt_PrettyPrint out(text);
+    out << map;
+    EXPECT_EQ(text.str(), "(cow_Map\n  a\n    (cow_Map\n      1\n        true\n    )\n  b\n    (cow_Map\n    )\n)");
+}
