@@ -6,6 +6,7 @@
 #include <bit>
 #include <concepts>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <streambuf>
@@ -115,7 +116,7 @@ private:
     void RequireOpen() const;
     [[noreturn]] void Fail(const char* what) const;
 
-    std::unique_ptr<unsigned char[]> m_buffer;
+    std::unique_ptr<unsigned char, decltype(&std::free)> m_buffer{nullptr, &std::free};
     unsigned char* m_cursor = nullptr;
     unsigned char* m_end = nullptr;
     std::uint64_t m_flushed = 0;

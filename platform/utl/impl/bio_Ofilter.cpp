@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <string>
 
 namespace
@@ -123,11 +124,13 @@ void bio_Ofilter::Grow(std::size_t count)
     const std::size_t used = Buffered();
     const std::size_t capacity =
         std::max({FIRST_CAPACITY, used + count, 2 * static_cast<std::size_t>(m_end - m_buffer.get())});
-    auto grown = std::make_unique_for_overwrite<unsigned char[]>(capacity);
-    if (used != 0) {
-        std::memcpy(grown.get(), m_buffer.get(), used);
+    // realloc, because the system moves the pages of a large buffer without copying them.
+    auto* const grown = static_cast<unsigned char*>(std::realloc(m_buffer.get(), capacity));
+    if (grown == nullptr) {
+        throw std::bad_alloc();
     }
-    m_buffer = std::move(grown);
+    static_cast<void>(m_buffer.release());
+    m_buffer.reset(grown);
     m_cursor = m_buffer.get() + used;
     m_end = m_buffer.get() + capacity;
 }
