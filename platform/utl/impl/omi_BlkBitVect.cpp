@@ -95,7 +95,9 @@ struct Range
     bool Has(std::uint32_t index) const { return (present & Mask(index)) != 0; }
     std::size_t Position(std::uint32_t index) const
     {
-        return static_cast<std::size_t>(std::popcount(present & (Mask(index) - 1)));
+        const std::uint64_t below = Mask(index) - 1;
+        // Counting bits is a slow call on processors without an instruction for it; dense sets never need it.
+        return (present & below) == below ? index : static_cast<std::size_t>(std::popcount(present & below));
     }
     const Block* Find(std::uint32_t index) const { return Has(index) ? &blocks[Position(index)] : nullptr; }
     Block& FindOrAdd(std::uint32_t index);
@@ -210,9 +212,12 @@ omi_BlkBitVect::Rep::Rep(const Rep& other) : count(other.count)
 
 std::size_t omi_BlkBitVect::Rep::LowerBound(std::uint32_t number) const noexcept
 {
-    // The usual case when bits come in ascending order.
-    if (slots.empty() || slots.back().number < number) {
-        return slots.size();
+    // In a dense set the ranges follow each other without a gap.
+    if (!slots.empty() && number >= slots.front().number) {
+        const std::size_t guess = number - slots.front().number;
+        if (guess < slots.size() && slots[guess].number == number) {
+            return guess;
+        }
     }
     const auto at = std::ranges::lower_bound(slots, number, {}, &Slot::number);
     return static_cast<std::size_t>(at - slots.begin());
@@ -312,13 +317,15 @@ std::int64_t omi_BlkBitVect::PreviousSet(std::uint32_t from) const noexcept
 
 bool omi_BlkBitVect::Set(std::uint32_t bit)
 {
-    if (IsSet(bit)) {
-        return false;
+    if (m_rep != nullptr && !m_rep->holders.IsUnique() && IsSet(bit)) {
+        return false; // nothing to clone for
     }
     Rep& rep = Detach();
-    rep.FindOrAddBlock(bit)[WordIndex(bit)] |= Mask(bit);
-    ++rep.count;
-    return true;
+    std::uint64_t& word = rep.FindOrAddBlock(bit)[WordIndex(bit)];
+    const bool isNew = (word & Mask(bit)) == 0;
+    word |= Mask(bit);
+    rep.count += isNew ? 1 : 0;
+    return isNew;
 }
 
 bool omi_BlkBitVect::Unset(std::uint32_t bit)
