@@ -10,13 +10,21 @@ using VEXCRT::ThreadEndStep;
 
 namespace
 {
-std::string trace;   // what the callbacks of the last thread did
-int asksAgain = 0;   // how many times the first callback asks anew
-std::uint32_t index; // holds `trace`'s address on the thread under test
+std::string trace;                                                        // one letter for each callback run
+int asksAgain = 0;                                                        // how often the first step asks anew
+const std::uint32_t indexes[] = {VEXCRT::TlsAlloc(), VEXCRT::TlsAlloc()}; // hold trace's address on the thread
+
+void Trace(char letter)
+{
+    trace += letter;
+    for (const std::uint32_t index : indexes) {
+        EXPECT_EQ(VEXCRT::TlsGetValue(index), &trace);
+    }
+}
 
 void Singletons()
 {
-    trace += VEXCRT::TlsGetValue(index) == &trace ? 'S' : '?';
+    Trace('S');
     if (asksAgain-- > 0) {
         EXPECT_TRUE(RunAtThreadEnd(ThreadEndStep::SINGLETONS, &Singletons));
     }
@@ -24,51 +32,34 @@ void Singletons()
 
 void Memory()
 {
-    trace += VEXCRT::TlsGetValue(index) == &trace ? 'M' : '?';
+    Trace('M');
 }
 
-std::string TraceOfThread(void (*body)())
+std::string TraceOfThread(bool usesSingletons)
 {
     trace.clear();
-    index = VEXCRT::TlsAlloc();
-    std::thread([body] {
-        EXPECT_EQ(VEXCRT::TlsGetValue(index), nullptr);
-        VEXCRT::TlsSetValue(index, &trace);
-        body();
+    std::thread([usesSingletons] {
+        for (const std::uint32_t index : indexes) {
+            EXPECT_EQ(VEXCRT::TlsGetValue(index), nullptr) << "left by an ended thread";
+            VEXCRT::TlsSetValue(index, &trace);
+        }
+        RunAtThreadEnd(ThreadEndStep::MEMORY, &Memory);
+        if (usesSingletons) {
+            RunAtThreadEnd(ThreadEndStep::SINGLETONS, &Singletons);
+        }
+        RunAtThreadEnd(ThreadEndStep::MEMORY, &Memory);
     }).join();
-    EXPECT_EQ(VEXCRT::TlsGetValue(index), nullptr) << "a thread sees another one's pointer";
-    VEXCRT::TlsFree(index);
     return trace;
-}
-
-void AskForBoth()
-{
-    RunAtThreadEnd(ThreadEndStep::MEMORY, &Memory);
-    RunAtThreadEnd(ThreadEndStep::SINGLETONS, &Singletons);
-    RunAtThreadEnd(ThreadEndStep::MEMORY, &Memory);
 }
 } // namespace
 
-TEST(ThreadEnd, Each_step_runs_once_in_order_where_the_pointers_are_still_there)
+TEST(ThreadEnd, The_steps_a_thread_asked_for_run_in_order_where_its_pointers_are_still_there)
 {
-    EXPECT_EQ(TraceOfThread(&AskForBoth), "SM");
-}
-
-TEST(ThreadEnd, Only_a_thread_that_asked_runs_anything)
-{
-    EXPECT_EQ(TraceOfThread([] {}), "");
-    EXPECT_EQ(TraceOfThread([] { RunAtThreadEnd(ThreadEndStep::MEMORY, &Memory); }), "M");
-}
-
-TEST(ThreadEnd, A_step_asked_for_again_comes_before_later_steps)
-{
+    EXPECT_EQ(TraceOfThread(true), "SM");
+    EXPECT_EQ(TraceOfThread(false), "M");
     asksAgain = 2;
-    EXPECT_EQ(TraceOfThread(&AskForBoth), "SSSM");
-}
-
-TEST(ThreadEnd, Callbacks_that_ask_for_ever_do_not_keep_the_thread)
-{
+    EXPECT_EQ(TraceOfThread(true), "SSSM");
     asksAgain = 1 << 30;
-    EXPECT_LT(TraceOfThread(&AskForBoth).size(), 200u);
+    EXPECT_LT(TraceOfThread(true).size(), 200u) << "callbacks that ask for ever keep the thread";
     asksAgain = 0;
 }
