@@ -1,17 +1,14 @@
 #pragma once
 
-#include "bio_Ifilter.h"
-#include "bio_Ofilter.h"
+#include "StreamChecks.h"
 #include "cow_CloneCount.h"
 #include "cow_String.h"
-#include "nex_TextException.h"
 
 #include <gtest/gtest.h>
 
 #include <compare>
 #include <cstdint>
 #include <limits>
-#include <string>
 #include <utility>
 
 /// An item that counts its objects and copies, throws from the copy that is due, cannot be default-constructed, and
@@ -92,44 +89,5 @@ template <class Container, class Change> void ExpectAllOrNothing(const Container
             Counted::copiesLeft = Counted::NEVER;
         }
         EXPECT_TRUE(start == before) << "copy " << failing;
-    }
-}
-
-/// The bytes `value` is streamed as.
-template <class T> std::string BytesOf(const T& value)
-{
-    bio_Ofilter out;
-    out << value;
-    return {reinterpret_cast<const char*>(out.Data()), out.Size()};
-}
-
-/// Reads a T from `bytes`; the refusal's text, or empty when all was well.
-template <class T> std::string ReadFrom(const std::string& bytes, T& value)
-{
-    try {
-        bio_Ifilter in(bytes.data(), bytes.size());
-        in >> value;
-        return in.AtEnd() ? "" : "bytes are left";
-    } catch (const nex_TextException& refusal) {
-        return refusal.what();
-    }
-}
-
-/// A value survives its stream; every truncation is refused; flipped bits are read or refused, never worse.
-template <class T> void ExpectStreamed(const T& value)
-{
-    const std::string bytes = BytesOf(value);
-    T read;
-    EXPECT_EQ(ReadFrom(bytes, read), "");
-    EXPECT_TRUE(read == value);
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
-        EXPECT_NE(ReadFrom(bytes.substr(0, length), read), "") << "cut to " << length;
-    }
-    for (std::size_t bit = 0; bit < bytes.size() * 8; ++bit) {
-        std::string damaged = bytes;
-        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
-        if (ReadFrom(damaged, read).empty()) {
-            EXPECT_EQ(BytesOf(read), damaged) << "bit " << bit;
-        }
     }
 }

@@ -1,3 +1,4 @@
+#include "Environment.h"
 #include "pnt_PrettyPrint.h"
 #include "pnt_debugPrint.h"
 #include "typ_DebugFlags.h"
@@ -20,15 +21,6 @@ class GermanNumbers : public std::numpunct<char>
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
-
-void SetVariable(const char* name, const char* value)
-{
-#ifdef _WIN32
-    _putenv_s(name, value);
-#else
-    setenv(name, value, 1);
-#endif
-}
 } // namespace
 
 TEST(PrettyPrint, Lines_nest_and_start_once)

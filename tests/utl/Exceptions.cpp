@@ -1,5 +1,5 @@
+#include "StreamChecks.h"
 #include "nex_CommandException.h"
-#include "nex_TextException.h"
 #include "nex_canDynamicCast.h"
 #include "obj_Stream.h"
 #include "utl_Module.h"
@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 namespace
@@ -102,11 +101,8 @@ TEST(Exception, A_stream_keeps_the_text_and_the_position)
     utl_initialize(users);
     nex_TextException text("bad block");
     EXPECT_THROW(text.Throw("source/cls/impl/cls_PC", 40), nex_TextException);
-    bio_Ofilter out;
-    out << static_cast<const nex_Exception*>(&text);
-    bio_Ifilter in(out.Data(), out.Size());
     nex_Exception* read = nullptr;
-    in >> read;
+    EXPECT_EQ(ReadFrom(BytesOf(text), read), "");
     EXPECT_EQ(read->DeveloperReport(), "bad block (source/cls/impl/cls_PC, line 40)");
     delete read;
     utl_finalize(users);

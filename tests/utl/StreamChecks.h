@@ -1,0 +1,55 @@
+#pragma once
+
+#include "bio_Ifilter.h"
+#include "bio_Ofilter.h"
+#include "nex_TextException.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+/// The bytes `value` is streamed as.
+template <class T> std::string BytesOf(const T& value)
+{
+    bio_Ofilter out;
+    out << value;
+    return {reinterpret_cast<const char*>(out.Data()), out.Size()};
+}
+
+/// The text of the nex_TextException that `call` throws, or empty.
+template <class Call> std::string RefusalOf(Call call)
+{
+    try {
+        call();
+    } catch (const nex_TextException& refusal) {
+        return refusal.what();
+    }
+    return "";
+}
+
+/// Reads a T from `bytes`; the refusal's text, or empty when all was well.
+template <class T> std::string ReadFrom(const std::string& bytes, T& value)
+{
+    bio_Ifilter in(bytes.data(), bytes.size());
+    const std::string refusal = RefusalOf([&] { in >> value; });
+    return !refusal.empty() || in.AtEnd() ? refusal : "bytes are left";
+}
+
+/// A value survives its stream; every truncation is refused; flipped bits are read or refused, never worse.
+template <class T> void ExpectStreamed(const T& value)
+{
+    const std::string bytes = BytesOf(value);
+    T read;
+    EXPECT_EQ(ReadFrom(bytes, read), "");
+    EXPECT_TRUE(read == value);
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        EXPECT_NE(ReadFrom(bytes.substr(0, length), read), "") << "cut to " << length;
+    }
+    for (std::size_t bit = 0; bit < bytes.size() * 8; ++bit) {
+        std::string damaged = bytes;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+        if (ReadFrom(damaged, read).empty()) {
+            EXPECT_EQ(BytesOf(read), damaged) << "bit " << bit;
+        }
+    }
+}
