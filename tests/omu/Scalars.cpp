@@ -1,3 +1,5 @@
+#include "../RecordedAssertions.h"
+#include "nex_TextException.h"
 #include "omu_InterfaceObj.h"
 #include "omu_PrimBool.h"
 #include "omu_PrimComplex.h"
@@ -9,8 +11,6 @@
 #include "omu_PrimType.h"
 #include "omu_PrimVisitor.h"
 
-#include "../RecordedAssertions.h"
-
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -19,6 +19,8 @@
 #include <limits>
 #include <memory>
 #include <random>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -113,6 +115,27 @@ TEST(Number, Equal_when_value_and_unsigned_field_are)
     EXPECT_NE(omu_PrimNumber(7), omu_PrimNumber(7U));
     EXPECT_NE(omu_PrimNumber(4000000000U), omu_PrimNumber(4000000000.0));
     EXPECT_NE(omu_PrimNumber(NOT_A_NUMBER), omu_PrimNumber(NOT_A_NUMBER));
+}
+
+TEST(Number, A_kind_that_does_not_fit_the_type_code_is_refused)
+{
+    const auto refusal = [](char code, std::int32_t kind) -> std::string {
+        bio_Ofilter out;
+        out << code << 1.0 << std::uint32_t{0} << kind;
+        bio_Ifilter in(out.Data(), out.Size());
+        try {
+            delete static_cast<omu_PrimNumber*>(omu_PrimNumber::CtorFunc(in, nullptr));
+        } catch (const nex_TextException& error) {
+            return error.what();
+        }
+        return "";
+    };
+    EXPECT_EQ(refusal('i', omu_PrimNumber::UINT32), "");
+    EXPECT_EQ(refusal('f', omu_PrimNumber::REAL32), "");
+    const std::pair<char, std::int32_t> wrong[] = {{'i', -1}, {'i', 6}, {'f', 6}, {'f', 2}, {'i', 3}, {'i', 258}};
+    for (const auto& [code, kind] : wrong) {
+        EXPECT_EQ(refusal(code, kind), "kind of number that does not fit its type code at offset 0") << code << kind;
+    }
 }
 
 TEST(Values, Equal_only_to_their_own_kind)

@@ -158,4 +158,5 @@ TEST(Module, Only_the_first_start_and_the_last_end_do_anything)
     omu_finalize(count);
     EXPECT_EQ(count, 0) << "one end too many";
     omu_initialize(shared);
+    EXPECT_EQ(shared, 0);
 }
