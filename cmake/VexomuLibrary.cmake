@@ -17,6 +17,12 @@ function(vexomu_sources out folder)
     set(${out} "${sources}" PARENT_SCOPE)
 endfunction()
 
+# A library's calls to its own exported functions need no detour for functions that a program might put in their place.
+set(vexomu_own_calls "")
+if(NOT WIN32)
+    set(vexomu_own_calls -fno-semantic-interposition)
+endif()
+
 # vexomu_layer(<name> SOURCES <folder> LINKS <targets>): the objects of one layer of VEXomu.
 function(vexomu_layer name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "SOURCES" "LINKS")
@@ -24,6 +30,7 @@ function(vexomu_layer name)
     add_library(${name} OBJECT ${sources})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/source/include")
     target_compile_definitions(${name} PRIVATE VEXomu_EXPORTS)
+    target_compile_options(${name} PRIVATE ${vexomu_own_calls})
     target_link_libraries(${name} PRIVATE vexomu_options ${arg_LINKS})
 endfunction()
 
@@ -43,6 +50,10 @@ function(vexomu_library name)
     target_compile_features(${name} PUBLIC cxx_std_20)
     target_compile_definitions(${name} PUBLIC $<$<BOOL:${VEXOMU_COUNT_CLONES}>:VEXUTL_COUNT_CLONES>)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE $<BUILD_INTERFACE:vexomu_options>)
+    target_compile_options(${name} PRIVATE ${vexomu_own_calls})
+    if(NOT WIN32)
+        target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)
+    endif()
     set_target_properties(${name} PROPERTIES
         LINKER_LANGUAGE CXX
         VERSION ${PROJECT_VERSION}

@@ -1,0 +1,43 @@
+"""Reads the results of one run of the benchmarks and prints each goal with the measured ratio.
+
+usage: summary.py RESULT.json...
+"""
+
+import json
+import sys
+
+# What is measured, the peers it is measured against (the fastest counts), and the highest ratio that meets the goal.
+GOALS = [
+    ("call from C++, beside a fast-call C function", "call_kernel", ["call_cpython_fast_call"], 0.80),
+    ("call from C++, beside PyArg_ParseTupleAndKeywords", "call_kernel", ["call_cpython_format"], None),
+    ("call from Python, beside pybind11", "python_call/kernel", ["python_call/pybind11"], 0.50),
+    ("call from Python, beside a fast-call C function", "python_call/kernel", ["python_call/cpython_fast_call"], 1.30),
+    ("call from Python, beside PyArg_ParseTupleAndKeywords", "python_call/kernel", ["python_call/cpython_format"], None),
+    ("copy of ten mixed values", "copy_kernel", ["copy_variant", "copy_python"], 0.50),
+    ("comparison of ten mixed values", "compare_kernel", ["compare_variant", "compare_python"], 0.90),
+    ("text of ten mixed values", "text_kernel", ["text_variant", "text_python"], 0.90),
+    ("100,000 values written, beside cereal", "write_kernel", ["write_cereal"], 0.15),
+    ("100,000 values read, beside cereal", "read_kernel", ["read_cereal"], 0.20),
+]
+
+
+def main():
+    times = {}
+    for path in sys.argv[1:]:
+        with open(path, encoding="utf-8") as file:
+            for row in json.load(file)["benchmarks"]:
+                if row.get("aggregate_name") == "median":
+                    times[row["run_name"]] = (row["cpu_time"], row["time_unit"])
+    print(f"{'what':54}{'time':>12}{'peer':>12}{'ratio':>8}{'goal':>7}")
+    for what, ours, peers, goal in GOALS:
+        if ours not in times or any(peer not in times for peer in peers):
+            continue
+        time, unit = times[ours]
+        best = min(times[peer][0] for peer in peers)
+        ratio = time / best
+        verdict = "" if goal is None else f"{goal:7.2f}  {'met' if ratio <= goal else 'missed'}"
+        print(f"{what:54}{time:9.0f} {unit}{best:9.0f} {unit}{ratio:8.2f}{verdict}")
+
+
+if __name__ == "__main__":
+    main()
