@@ -12,6 +12,7 @@
 #include <functional>
 #include <iosfwd>
 #include <string_view>
+#include <utility>
 
 /// Text with an explicit length; zero bytes are allowed in it. The default (null) text is the empty text.
 ///
@@ -119,7 +120,9 @@ public:
     // Friends, so that two string_views or literals never meet them.
     friend bool operator==(const cow_String& left, const cow_String& right) noexcept
     {
-        return left.IsHeap() || right.IsHeap() ? left.view() == right.view() : left.InlineRank() == right.InlineRank();
+        // Equal buffers are one short text, or one shared long one.
+        return std::memcmp(left.m_buffer, right.m_buffer, sizeof left.m_buffer) == 0 ||
+               ((left.IsHeap() || right.IsHeap()) && left.view() == right.view());
     }
     friend bool operator==(const cow_String& left, std::string_view right) noexcept { return left.view() == right; }
     friend bool operator==(const cow_String& left, const char* right) noexcept
@@ -189,7 +192,11 @@ private:
     static Rep* NewRep(std::size_t capacity);
     void InitRoom(std::size_t capacity);
     void InitCopyOf(std::string_view text);
+    void InitShortCopyOf(std::string_view text) noexcept;
+    void InitLongCopyOf(std::string_view text);
     void DropHeap() noexcept;
+    void AssignSlowly(cow_String other) noexcept;
+    void ClearHeap() noexcept;
 
     /// True when a text of `length` bytes can be written over this one: nobody shares it, and there is room.
     bool FitsInPlace(std::size_t length) const noexcept;
@@ -214,6 +221,76 @@ inline cow_String::cow_String(cow_String&& other) noexcept
 {
     std::memcpy(m_buffer, other.m_buffer, sizeof m_buffer);
     other.InitEmpty();
+}
+
+// Short texts are made and assigned in place without a call: a method's name and keywords are short literals, of which
+// the compiler then leaves a few stores.
+
+inline void cow_String::InitShortCopyOf(std::string_view text) noexcept
+{
+    InitEmpty();
+    const char* const bytes = text.data();
+    const std::size_t length = text.size();
+    if (length >= 8) {
+        std::memcpy(m_buffer, bytes, 8);
+        std::memcpy(m_buffer + length - 8, bytes + length - 8, 8);
+    } else if (length >= 4) {
+        std::memcpy(m_buffer, bytes, 4);
+        std::memcpy(m_buffer + length - 4, bytes + length - 4, 4);
+    } else if (length != 0) {
+        m_buffer[0] = bytes[0];
+        m_buffer[length / 2] = bytes[length / 2];
+        m_buffer[length - 1] = bytes[length - 1];
+    }
+    m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
+}
+
+inline void cow_String::InitCopyOf(std::string_view text)
+{
+    if (text.size() <= INLINE_LENGTH) {
+        InitShortCopyOf(text);
+    } else {
+        InitLongCopyOf(text);
+    }
+}
+
+inline cow_String::cow_String(const char* text)
+{
+    InitCopyOf(text != nullptr ? std::string_view(text) : std::string_view());
+}
+
+inline cow_String::cow_String(std::string_view text)
+{
+    InitCopyOf(text);
+}
+
+inline cow_String& cow_String::operator=(const cow_String& other) noexcept
+{
+    if (IsHeap() || other.IsHeap()) {
+        AssignSlowly(other);
+    } else {
+        std::memmove(m_buffer, other.m_buffer, sizeof m_buffer);
+    }
+    return *this;
+}
+
+inline cow_String& cow_String::operator=(cow_String&& other) noexcept
+{
+    if (IsHeap() || other.IsHeap()) {
+        AssignSlowly(std::move(other));
+    } else {
+        std::memmove(m_buffer, other.m_buffer, sizeof m_buffer);
+    }
+    return *this;
+}
+
+inline void cow_String::Clear() noexcept
+{
+    if (IsHeap()) {
+        ClearHeap();
+    } else {
+        InitEmpty();
+    }
 }
 
 inline cow_String::~cow_String()

@@ -101,18 +101,25 @@ public:
     const cow_List<cow_String>& DeprecatedArgumentsUsed() const noexcept { return m_deprecatedUsed; }
 
 private:
-    /// The part of a keyword Get that does not depend on the type: true when a value is supplied, and then converted by
-    /// `convert(value)`; failures are recorded.
-    template <class Convert> void Fetch(const cow_String& keyword, const cow_String& expected, Convert convert);
-    const omu_Primitive* FindUnconsumed(const cow_String& keyword) const;
+    /// Where the value of a keyword is held.
+    using KeywordSlot = const omu_PrimHolder*;
+
+    /// What every keyword Get does: `convert(value)` takes the supplied value or says that it does not fit, and then
+    /// `expected()` is what was wanted. Failures are recorded.
+    template <class Convert, class Expected> void Fetch(const cow_String& keyword, Convert convert, Expected expected);
+    /// The position in m_unconsumed of a keyword that was supplied and not fetched yet, or -1.
+    int FindUnconsumed(const cow_String& keyword) const;
+    /// The first keyword in m_unconsumed.
+    cow_String FirstUnconsumed() const;
     void SetKeywordTypeError(const cow_String& keyword, const cow_String& expected, const omu_Primitive& found);
     void SetMissingKeyword(const cow_String& keyword);
-    void AdvanceByKeyword(const cow_String& keyword);
     bool DeprecatedCheck(const cow_String& feature) const;
     void AddDeprecatedArgUsed(const cow_String& keyword);
 
     omu_PrimDictionary<cow_String> m_keywords;
-    cow_List<cow_String> m_unconsumed;     // keywords not fetched yet; filled by Begin
+    // The keywords not fetched yet, each by where m_keywords holds its value; filled by Begin. The slots are compared,
+    // never followed: a Put after Begin may move them.
+    cow_List<KeywordSlot> m_unconsumed;
     cow_List<cow_String> m_deprecatedUsed; // without repeats
     int m_requiredByKeyword = 0;           // required parameters supplied by keyword
     int m_keywordFailure = 0;              // parameter number of the last keyword fetch that failed, else 0

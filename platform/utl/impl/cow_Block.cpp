@@ -10,7 +10,6 @@
 
 namespace
 {
-constexpr std::size_t GRANULE_BYTES = 16;       // what allocators round to anyway
 constexpr std::size_t FIRST_BYTES = 64;         // smallest block made for growing
 constexpr std::size_t MAX_BYTES = SIZE_MAX / 2; // objects no larger than a pointer difference can tell
 
@@ -34,13 +33,12 @@ std::int32_t RoundedUp(std::int32_t wanted, std::int32_t step)
 
 cow_Block* cow_Block::New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step)
 {
-    const std::int32_t wanted = RoundedUp(capacity, step);
-    if (static_cast<std::size_t>(wanted) > (MAX_BYTES - sizeof(cow_Block) - GRANULE_BYTES) / itemBytes) {
+    const std::int32_t items = step > 1 ? RoundedUp(capacity, step) : capacity;
+    // Multiplying is cheaper than dividing here, and cannot overflow while the item is smaller than this.
+    constexpr std::size_t CHECKED_BYTES = MAX_BYTES / (std::size_t{MAX_ITEMS} + 1);
+    if (itemBytes >= CHECKED_BYTES && static_cast<std::size_t>(items) > (MAX_BYTES - sizeof(cow_Block)) / itemBytes) {
         TooLong();
     }
-    const std::size_t granules = (BlockBytes(wanted, itemBytes) + GRANULE_BYTES - 1) / GRANULE_BYTES;
-    const std::size_t fitting = (granules * GRANULE_BYTES - sizeof(cow_Block)) / itemBytes;
-    const std::int32_t items = step > 1 ? wanted : static_cast<std::int32_t>(std::min<std::size_t>(fitting, MAX_ITEMS));
     return ::new (utl_BlockPool::Allocate(BlockBytes(items, itemBytes))) cow_Block(items, step);
 }
 

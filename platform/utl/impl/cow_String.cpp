@@ -71,23 +71,11 @@ void cow_String::InitRoom(std::size_t capacity)
     m_buffer[INLINE_LENGTH] = static_cast<char>(HEAP_MARK);
 }
 
-void cow_String::InitCopyOf(std::string_view text)
+void cow_String::InitLongCopyOf(std::string_view text)
 {
     InitRoom(text.size());
-    if (!text.empty()) {
-        std::memcpy(WritableBytes(), text.data(), text.size());
-        SetLength(text.size());
-    }
-}
-
-cow_String::cow_String(const char* text)
-{
-    InitCopyOf(text != nullptr ? std::string_view(text) : "");
-}
-
-cow_String::cow_String(std::string_view text)
-{
-    InitCopyOf(text);
+    std::memcpy(WritableBytes(), text.data(), text.size());
+    SetLength(text.size());
 }
 
 cow_String::cow_String(char character)
@@ -110,22 +98,9 @@ cow_String::cow_String(double value)
     InitCopyOf(NumberText(value, std::chars_format::general, 15));
 }
 
-cow_String& cow_String::operator=(const cow_String& other) noexcept
+void cow_String::AssignSlowly(cow_String other) noexcept
 {
-    *this = cow_String(other);
-    return *this;
-}
-
-cow_String& cow_String::operator=(cow_String&& other) noexcept
-{
-    char moved[sizeof m_buffer];
-    std::memcpy(moved, other.m_buffer, sizeof moved);
-    other.InitEmpty();
-    if (IsHeap()) {
-        DropHeap();
-    }
-    std::memcpy(m_buffer, moved, sizeof moved);
-    return *this;
+    std::swap_ranges(m_buffer, m_buffer + sizeof m_buffer, other.m_buffer);
 }
 
 char cow_String::operator[](int index) const
@@ -235,7 +210,7 @@ void cow_String::Set(int index, char character)
     WritableBytes()[index] = character;
 }
 
-void cow_String::Clear() noexcept
+void cow_String::ClearHeap() noexcept
 {
     if (FitsInPlace(0)) {
         SetLength(0);

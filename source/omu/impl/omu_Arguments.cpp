@@ -81,7 +81,11 @@ void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
 void omu_Arguments::Begin()
 {
     ResetReading();
-    m_unconsumed = m_keywords.Keys();
+    m_unconsumed.Clear();
+    m_unconsumed.Reserve(m_keywords.Length());
+    for (const auto& entry : m_keywords.GetEntries()) {
+        m_unconsumed.Append(&entry.second);
+    }
     m_requiredByKeyword = 0;
     m_keywordFailure = 0;
     m_currentKeyword.Clear();
@@ -99,19 +103,25 @@ void omu_Arguments::Get(cow_1DArray<int>& values)
     FetchPositional(values, SEQUENCE_OF_INTEGERS);
 }
 
-template <class Convert>
-void omu_Arguments::Fetch(const cow_String& keyword, const cow_String& expected, Convert convert)
+template <class Convert, class Expected>
+void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected expected)
 {
+    const int required = m_optional ? 0 : 1;
+    const int position = FindUnconsumed(keyword);
     if (m_typeErrorPosition == 0) {
-        if (const omu_Primitive* const supplied = FindUnconsumed(keyword)) {
-            if (!convert(*supplied)) {
-                SetKeywordTypeError(keyword, expected, *supplied);
-            }
-        } else {
+        if (position < 0) {
             SetMissingKeyword(keyword);
+        } else if (const omu_Primitive& supplied = **m_unconsumed[position]; !convert(supplied)) {
+            SetKeywordTypeError(keyword, expected(), supplied);
         }
     }
-    AdvanceByKeyword(keyword);
+    ++m_gets;
+    ++m_maximum;
+    m_minimum += required;
+    if (position >= 0) {
+        m_requiredByKeyword += required;
+        m_unconsumed.RemoveAt(position);
+    }
 }
 
 template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_String& keyword)
@@ -120,8 +130,9 @@ template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_Strin
         Get(value);
         return;
     }
-    Fetch(keyword, omu_KeywordTypeName<T>(),
-          [&](const omu_Primitive& supplied) { return omu_ConvertKeyword(supplied, value); });
+    Fetch(
+        keyword, [&](const omu_Primitive& supplied) { return omu_ConvertKeyword(supplied, value); },
+        [] { return cow_String(omu_KeywordTypeName<T>()); });
 }
 
 template VEXOMU_API void omu_Arguments::Get(bool&, const cow_String&);
@@ -154,7 +165,9 @@ void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
         Get(value);
         return;
     }
-    Fetch(keyword, value.TypeString(), [&](const omu_Primitive& supplied) { return omu_Convert(supplied, value); });
+    Fetch(
+        keyword, [&](const omu_Primitive& supplied) { return omu_Convert(supplied, value); },
+        [&] { return value.TypeString(); });
 }
 
 const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_String& keyword,
@@ -164,8 +177,9 @@ const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_Strin
         return Get(typeName, fallback);
     }
     const omu_InterfaceObj* object = fallback;
-    Fetch(keyword, typeName,
-          [&](const omu_Primitive& supplied) { return omu_ConvertObject(supplied, typeName, object); });
+    Fetch(
+        keyword, [&](const omu_Primitive& supplied) { return omu_ConvertObject(supplied, typeName, object); },
+        [&] { return cow_String(typeName); });
     return object;
 }
 
@@ -184,9 +198,9 @@ bool omu_Arguments::Alternative()
     m_typeErrorPosition = 0;
     m_actualType.Clear();
     m_expectedType.Clear();
-    if (m_keywords.IsMember(m_currentKeyword)) {
+    if (const KeywordSlot slot = m_keywords.GetEntries().Find(m_currentKeyword)) {
         m_requiredByKeyword -= required;
-        m_unconsumed.Append(m_currentKeyword);
+        m_unconsumed.Append(slot);
     }
     m_currentKeyword.Clear();
     --m_gets;
@@ -220,7 +234,7 @@ void omu_Arguments::End(cow_String methodName)
     m_optionalMiss = 0;
     // The order of the checks and the lines they report are promised.
     if (!m_unconsumed.IsEmpty()) {
-        omu_KeywordErrorException(m_unconsumed[0], methodName).Throw(SOURCE, 256);
+        omu_KeywordErrorException(FirstUnconsumed(), methodName).Throw(SOURCE, 256);
     }
     if (m_typeErrorPosition != 0) {
         if (m_currentKeyword.IsEmpty()) {
@@ -252,9 +266,20 @@ bool omu_Arguments::ErrorOnPrevious() const noexcept
     return m_gets != 0 && (m_keywordFailure == m_gets || m_optionalMiss == m_gets);
 }
 
-const omu_Primitive* omu_Arguments::FindUnconsumed(const cow_String& keyword) const
+int omu_Arguments::FindUnconsumed(const cow_String& keyword) const
 {
-    return m_unconsumed.IsMember(keyword) ? m_keywords.Find(keyword) : nullptr;
+    const KeywordSlot slot = m_unconsumed.IsEmpty() ? nullptr : m_keywords.GetEntries().Find(keyword);
+    return slot != nullptr ? m_unconsumed.Find(slot) : -1;
+}
+
+cow_String omu_Arguments::FirstUnconsumed() const
+{
+    for (const auto& [keyword, value] : m_keywords.GetEntries()) {
+        if (&value == m_unconsumed[0]) {
+            return keyword;
+        }
+    }
+    return cow_String();
 }
 
 void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, const cow_String& expected,
@@ -274,17 +299,6 @@ void omu_Arguments::SetMissingKeyword(const cow_String& keyword)
         m_optionalMiss = m_gets + 1;
     } else {
         m_typeErrorPosition = m_keywordFailure = m_gets + 1;
-    }
-}
-
-void omu_Arguments::AdvanceByKeyword(const cow_String& keyword)
-{
-    const int required = m_optional ? 0 : 1;
-    ++m_gets;
-    ++m_maximum;
-    m_minimum += required;
-    if (m_unconsumed.RemoveFirst(keyword)) {
-        m_requiredByKeyword += required;
     }
 }
 
