@@ -68,7 +68,8 @@ private:
 
     bool CheckItems(const omu_PrimSequence& sequence, int level)
     {
-        for (int i = 0; i < sequence.Length(); ++i) {
+        const int length = sequence.Length();
+        for (int i = 0; i < length; ++i) {
             const omu_Primitive* const child = sequence.Index(i);
             const omu_PrimNumber* const number = AsNumber(child);
             const omu_PrimSequence* const nested = AsSequence(child);

@@ -269,7 +269,7 @@ template <class K> void omu_PrimDictionary<K>::WriteData(bio_Ofilter& out, const
 
 template <class K> void omu_PrimDictionary<K>::PrintData(pnt_PrettyPrint& out, const void* object)
 {
-    out.Open(isText<K> ? "omu_PrimStrDictionary" : "omu_PrimIntDictionary");
+    out.Open("omu_PrimDictionary");
     omu_PrimDictionaryBase::PrintData(out, object);
     for (const auto& [key, value] : static_cast<const omu_PrimDictionary*>(object)->m_entries) {
         out.Field(key);

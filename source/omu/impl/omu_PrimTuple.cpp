@@ -623,10 +623,11 @@ void omu_PrimTuple::ReadData(bio_Ifilter& in, void* object)
         omu_PrimHolder item(value);
         if (value != nullptr) {
             read.NoteItem(*value);
+            read.m_cursor = static_cast<int>(i) + 1; // as after the last Put
         }
         read.m_items.Append(std::move(item));
     }
-    read.m_size = read.m_cursor = static_cast<int>(count);
+    read.m_size = static_cast<int>(count);
     read.m_items.Resize(SlotsFor(read.m_size));
     in >> read.m_defaultName;
     *static_cast<omu_PrimTuple*>(object) = read;

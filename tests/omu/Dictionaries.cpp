@@ -1,0 +1,204 @@
+#include "SequenceSamples.h"
+#include "VEXCRT.h"
+#include "omi_complex.h"
+#include "omu_ObjectRef.h"
+#include "omu_PrimArray.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimDictionary.h"
+#include "omu_PrimExpr.h"
+#include "omu_PrimNone.h"
+#include "omu_PrimPath.h"
+#include "omu_PrimType.h"
+#include "utl_FilePath.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace
+{
+
+using Strings = omu_PrimDictionary<cow_String>;
+using Ints = omu_PrimDictionary<int>;
+
+/// Which of the stored kinds a target of type T takes, one letter each.
+template <class T> std::string Accepted(const Strings& values)
+{
+    std::string accepted;
+    for (const cow_String& key : values.Keys()) {
+        T target{};
+        if (values.Get(target, key) != 0) {
+            accepted += key.AsCharPtr();
+        }
+    }
+    return accepted;
+}
+
+} // namespace
+
+TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
+{
+    Part part;
+    Strings values;
+    values.Put(5, "i");
+    values.Put(7U, "u");
+    values.Put(2.5, "f");
+    values.Put("text", "s");
+    values.Put(omi_complex(1, 2), "x");
+    values.Put(omu_PrimPath(), "p");
+    values.Put(Tuple({1, 2}), "t");
+    values.Put(Tuple({Tuple({"k", 1.5})}), "m");
+    values.Put(cow_List<cow_String>{"a"}, "l");
+    values.Put(Tuple({Tuple({"a"}), Tuple({"b"})}), "2");
+    values.Put(omu_PrimArray(Tuple({1, 2})), "a");
+    values.Put(omu_PrimArray(Tuple({Tuple({1.5})})), "b");
+    values.Put(omu_PrimBool<1>(true), "c");
+    values.Put(omu_PrimNone(), "n");
+    values.Put(omu_PrimType(), "y");
+    values.Put(Ints(), "I");
+    values.Put(Strings(), "S");
+    values.Put(omu_ObjectRef(part), "o");
+    values.Put(omu_PrimExpr("e"), "e");
+    EXPECT_EQ(Accepted<double>(values), "fiu");
+    EXPECT_EQ(Accepted<int>(values), "iu");
+    EXPECT_EQ(Accepted<unsigned int>(values), "iu");
+    EXPECT_EQ(Accepted<const char*>(values), "s");
+    EXPECT_EQ(Accepted<cow_String>(values), "s");
+    EXPECT_EQ(Accepted<omi_complex>(values), "x");
+    EXPECT_EQ(Accepted<utl_FilePath>(values), "s");
+    EXPECT_EQ(Accepted<omu_PrimPath>(values), "p");
+    EXPECT_EQ(Accepted<omu_PrimTuple>(values), "2ablmt");
+    EXPECT_EQ(Accepted<omu_PrimArray>(values), "ab");
+    EXPECT_EQ(Accepted<omu_PrimEnumBase>(values), "c");
+    EXPECT_EQ(Accepted<omu_PrimNone>(values), "n");
+    EXPECT_EQ(Accepted<omu_PrimType>(values), "y");
+    EXPECT_EQ(Accepted<Strings>(values), "S");
+    EXPECT_EQ(Accepted<Ints>(values), "I");
+    EXPECT_EQ(Accepted<const omu_InterfaceObj*>(values), "o");
+    EXPECT_EQ(Accepted<cow_List<int>>(values), "at");
+    EXPECT_EQ(Accepted<cow_List<float>>(values), "at");
+    EXPECT_EQ(Accepted<cow_List<cow_String>>(values), "l");
+    EXPECT_EQ((Accepted<cow_1DArrayList<float, float>>(values)), "at");
+    EXPECT_EQ((Accepted<cow_1DArrayList<double, double>>(values)), "at");
+    EXPECT_EQ((Accepted<cow_1DArrayList<int, int>>(values)), "at");
+    EXPECT_EQ((Accepted<cow_1DArrayList<cow_String, cow_String>>(values)), "l");
+    EXPECT_EQ(Accepted<cow_1DArray<int>>(values), "at");
+    EXPECT_EQ(Accepted<cow_2DArray<double>>(values), "b");
+    EXPECT_EQ(Accepted<cow_2DArray<cow_String>>(values), "2");
+    EXPECT_EQ((Accepted<cow_Map<cow_String, float>>(values)), "m");
+
+    const omu_InterfaceObj* object = nullptr;
+    values.Get(object, "o");
+    EXPECT_EQ(object, &part) << "a reference stands for what it refers to";
+    omu_PrimTuple tuple;
+    values.Get(tuple, "b");
+    EXPECT_EQ(Text(tuple), "((1.5,),)");
+}
+
+TEST(Dictionaries, Numbers_convert_as_promised)
+{
+    Ints values;
+    values.Put(5, 0);
+    values.Put(7U, 1);
+    values.Put(omu_PrimNumber(omu_PrimNumber::INT32, -2.9, 0), 2);
+    const double reals[] = {5, 0, -2.9};
+    const int integers[] = {5, 0, -2};
+    const unsigned int unsignedValues[] = {0, 7, 0};
+    for (int key = 0; key < 3; ++key) {
+        double real = -1;
+        int integer = -1;
+        unsigned int unsignedValue = 99;
+        EXPECT_EQ(values.Get(real, key) + values.Get(integer, key) + values.Get(unsignedValue, key), 3);
+        EXPECT_EQ(real, reals[key]);
+        EXPECT_EQ(integer, integers[key]);
+        EXPECT_EQ(unsignedValue, unsignedValues[key]);
+    }
+    int target = 42;
+    values.Put(1.5, 3);
+    EXPECT_EQ(values.Get(target, 3), 0) << "a float is no int";
+    EXPECT_EQ(target, 42);
+}
+
+TEST(Dictionaries, A_value_put_again_replaces_the_old_one)
+{
+    const int before = Part::Living();
+    Strings values;
+    values.Put(Part(), "k");
+    EXPECT_EQ(Part::Living(), before + 1);
+    values.Put(1, "k");
+    EXPECT_EQ(Part::Living(), before);
+    values.Put(omu_PrimHolder(), "null");
+    EXPECT_EQ(Text(values), "{'k': 1, 'null': None}");
+}
+
+TEST(Dictionaries, Text_kinds_and_keys)
+{
+    Strings strings;
+    EXPECT_EQ(Text(strings), "{}");
+    strings.Put(Tuple({1}), "it's");
+    strings.Put("v", "a");
+    Ints ints;
+    ints.Put(strings, 10);
+    ints.Put(1.0, -2);
+    EXPECT_EQ(Text(ints), "{-2: 1.0, 10: {'a': 'v', 'it\\'s': (1,)}}");
+    EXPECT_EQ(std::string({strings.Kind(), ints.Kind()}), "si");
+    EXPECT_EQ(ints.Keys(), (cow_List<int>{-2, 10}));
+    EXPECT_EQ(ints.Values()[1].ConstGet(), ints.Find(10));
+}
+
+TEST(Dictionaries, Equality_is_that_of_class_keys_and_values)
+{
+    Strings one;
+    one.Put(1, "a");
+    Strings other;
+    EXPECT_FALSE(one == other);
+    other.Put(1.0, "a");
+    EXPECT_TRUE(one == other);
+    other.Put(2, "a");
+    EXPECT_FALSE(one == other);
+    EXPECT_FALSE(Ints() == Strings());
+    EXPECT_FALSE(one == Tuple({"a"}));
+    Strings nan;
+    nan.Put(std::numeric_limits<double>::quiet_NaN(), "a");
+    EXPECT_FALSE(nan == Strings(nan));
+}
+
+TEST(Dictionaries, An_absent_key_is_an_assertion_and_gives_none)
+{
+    static std::string reported;
+    const auto previous = VEXCRT::SetAssertHandler([](const char* condition, const char* source, int line) {
+        reported = std::string(condition) + ' ' + source + ' ' + std::to_string(line);
+    });
+    EXPECT_TRUE(Ints().Get(1).IsType('n'));
+    VEXCRT::SetAssertHandler(previous);
+    EXPECT_EQ(reported, "dict.IsMember(key) source/include/omu_PrimDictionary 652");
+}
+
+TEST(Dictionaries, Copies_share_values_and_deep_copies_do_not)
+{
+    Strings values;
+    values.Put(Tuple({1}), "a");
+    Strings copy = values;
+    EXPECT_EQ(copy.Find("a"), values.Find("a"));
+    copy.Put(2, "b");
+    EXPECT_FALSE(values.IsMember("b"));
+    EXPECT_EQ(copy.Find("a"), values.Find("a")) << "the write cloned no value";
+    const Strings deep = values.DeepCopy();
+    EXPECT_TRUE(deep == values);
+    EXPECT_NE(deep.Find("a"), values.Find("a"));
+}
+
+TEST(Dictionaries, Damaged_streams_are_refused)
+{
+    Ints values;
+    values.Put(1U, 1);
+    values.Put(2, 2);
+    const std::string bytes = Stream(values);
+    EXPECT_TRUE(*Unstream(bytes) == values);
+    // Type id, type code, count, first key, first value.
+    ExpectRefused(bytes, {{"equal keys", 9, 2},
+                          {"falling keys", 9, 3},
+                          {"null value", 13, 0},
+                          {"count beyond the end", 5, 3},
+                          {"count beyond memory", 5, 0x7FFFFFFF}});
+}

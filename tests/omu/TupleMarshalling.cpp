@@ -1,0 +1,349 @@
+#include "../RecordedAssertions.h"
+#include "SequenceSamples.h"
+#include "omi_complex.h"
+#include "omu_AccessErrorException.h"
+#include "omu_ObjectRef.h"
+#include "omu_PrimArray.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimDictionary.h"
+#include "omu_PrimExpr.h"
+#include "omu_PrimNone.h"
+#include "omu_PrimPath.h"
+#include "omu_PrimType.h"
+#include "omu_TypeErrorException.h"
+#include "utl_FilePath.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using Kind = omu_PrimNumber::DataTypeEnm;
+
+/// Slot of a virtual operation, the destructor being slot 0: the ABI counts that twice.
+template <class Operation> std::uintptr_t Slot(Operation operation)
+{
+    std::uintptr_t word = 0;
+    std::memcpy(&word, &operation, sizeof word);
+    return (word - 1) / sizeof(void*) - 1;
+}
+
+template <class T> std::uintptr_t SlotOfPut()
+{
+    return Slot(static_cast<void (omu_PrimTuple::*)(T)>(&omu_PrimTuple::Put));
+}
+
+template <class T> std::uintptr_t SlotOfGet()
+{
+    return Slot(static_cast<void (omu_PrimTuple::*)(T&)>(&omu_PrimTuple::Get));
+}
+
+/// The message that End throws, or "".
+std::string EndError(omu_PrimTuple& tuple, const char* methodName)
+{
+    try {
+        tuple.End(methodName);
+    } catch (const omu_TypeErrorException& error) {
+        return error.JournalMessage().AsCharPtr();
+    }
+    return "";
+}
+
+/// Runs f(target) on the arguments `items`.
+template <class T> std::string CallF(omu_PrimTuple items, T& target)
+{
+    items.Begin();
+    items.Get(target);
+    return EndError(items, "f");
+}
+
+template <class T> void ExpectRoundTrip(const T& value, const char* text)
+{
+    omu_PrimTuple tuple(1);
+    tuple.Put(value);
+    EXPECT_EQ(Text(tuple), text);
+    T got{};
+    EXPECT_EQ(CallF(tuple, got), "") << text;
+    EXPECT_TRUE(got == value) << text;
+}
+
+/// What f says to a value that fits no target.
+template <class T> std::string Refusal(T target)
+{
+    return CallF(Tuple({omu_PrimExpr("x")}), target);
+}
+
+omu_PrimTuple Number(int value, Kind kind)
+{
+    return Tuple({omu_PrimNumber(kind, value, kind == omu_PrimNumber::UINT32 ? static_cast<unsigned>(value) : 0)});
+}
+
+/// Opens up the protocol's marks.
+class Probe : public omu_PrimTuple
+{
+public:
+    using omu_PrimTuple::omu_PrimTuple;
+    using omu_PrimTuple::SetDefaultName;
+
+    std::string Marks() const
+    {
+        std::string marks;
+        for (const int mark : {m_cursor, m_minimum, m_maximum, m_gets, m_typeErrorPosition, int{m_optional}}) {
+            marks += std::to_string(mark) + ' ';
+        }
+        return marks + m_expectedType.AsCharPtr() + '/' + m_actualType.AsCharPtr();
+    }
+};
+
+} // namespace
+
+TEST(TupleMarshalling, Virtual_operations_stand_in_their_promised_slots)
+{
+    EXPECT_EQ(Slot(&omu_Primitive::DynTypeId), 6U);
+    EXPECT_EQ(Slot(&omu_PrimSequence::Length), 7U);
+    EXPECT_EQ(Slot(&omu_PrimSequence::Concat), 11U);
+    EXPECT_EQ(Slot(&omu_PrimDictionaryBase::Kind), 7U);
+    EXPECT_EQ(SlotOfPut<const cow_1DArray<int>&>(), 12U);
+    EXPECT_EQ(SlotOfPut<omu_Primitive*>(), 17U);
+    EXPECT_EQ(SlotOfPut<const omu_PrimExpr&>(), 24U);
+    EXPECT_EQ(SlotOfPut<char>(), 33U);
+    EXPECT_EQ(Slot(static_cast<const omu_InterfaceObj* (omu_PrimTuple::*)(const char*, const omu_InterfaceObj*)>(
+                  &omu_PrimTuple::Get)),
+              34U);
+    EXPECT_EQ((SlotOfGet<cow_Map<cow_String, float>>()), 35U);
+    EXPECT_EQ(SlotOfGet<omu_PrimType>(), 46U);
+    EXPECT_EQ(SlotOfGet<cow_String>(), 56U);
+    EXPECT_EQ(SlotOfGet<bool>(), 63U);
+    EXPECT_EQ(Slot(&omu_PrimTuple::Begin), 64U);
+    EXPECT_EQ(Slot(&omu_PrimTuple::End), 65U);
+}
+
+TEST(TupleMarshalling, Each_integer_target_takes_its_own_kind_alone)
+{
+    const char* const accepted[] = {"c---", "-s--", "--i-", "----", "----", "---u"}; // in the order of the kinds
+    for (int kind = omu_PrimNumber::INT8; kind <= omu_PrimNumber::UINT32; ++kind) {
+        const omu_PrimTuple items = Number(65, static_cast<Kind>(kind));
+        char int8 = 0;
+        short int16 = 0;
+        int int32 = 0;
+        unsigned int uint32 = 0;
+        double real = 0;
+        std::string taken;
+        taken += CallF(items, int8).empty() && int8 == 65 ? 'c' : '-';
+        taken += CallF(items, int16).empty() && int16 == 65 ? 's' : '-';
+        taken += CallF(items, int32).empty() && int32 == 65 ? 'i' : '-';
+        taken += CallF(items, uint32).empty() && uint32 == 65 ? 'u' : '-';
+        EXPECT_EQ(taken, accepted[kind]);
+        EXPECT_EQ(CallF(items, real), "");
+        EXPECT_EQ(real, 65.0);
+    }
+}
+
+TEST(TupleMarshalling, Boolean_targets_take_0_and_1)
+{
+    for (const Kind kind : {omu_PrimNumber::INT8, omu_PrimNumber::INT16, omu_PrimNumber::INT32}) {
+        bool flag = false;
+        EXPECT_EQ(CallF(Number(1, kind), flag), "");
+        EXPECT_TRUE(flag);
+        EXPECT_EQ(CallF(Number(2, kind), flag), "f[0]; found number, expecting boolean");
+        EXPECT_EQ(CallF(Number(0, kind), flag), "");
+        EXPECT_FALSE(flag);
+    }
+    bool flag = true;
+    EXPECT_EQ(CallF(Number(0, omu_PrimNumber::UINT32), flag), "f[0]; found number, expecting boolean");
+    EXPECT_TRUE(flag);
+}
+
+TEST(TupleMarshalling, A_mismatch_names_what_the_target_wanted)
+{
+    const std::string prefix = "f[0]; found expression, expecting ";
+    EXPECT_EQ(Refusal<char>(0), prefix + "int8");
+    EXPECT_EQ(Refusal<short>(0), prefix + "int16");
+    EXPECT_EQ(Refusal(0), prefix + "int32");
+    EXPECT_EQ(Refusal(0U), prefix + "uint32");
+    EXPECT_EQ(Refusal(0.0F), prefix + "number");
+    EXPECT_EQ(Refusal(0.0), prefix + "number");
+    EXPECT_EQ(Refusal(false), prefix + "boolean");
+    EXPECT_EQ(Refusal(cow_String()), prefix + "string");
+    EXPECT_EQ(Refusal(utl_FilePath()), prefix + "string");
+    EXPECT_EQ(Refusal(omi_complex()), prefix + "complex");
+    EXPECT_EQ(Refusal(omu_PrimPath()), prefix + "path");
+    EXPECT_EQ(Refusal(omu_PrimTuple()), prefix + "tuple");
+    EXPECT_EQ(Refusal(omu_PrimArray()), prefix + "omu_PrimArray");
+    EXPECT_EQ(Refusal(omu_PrimDictionary<int>()), prefix + "dictionary with integer keys");
+    EXPECT_EQ(Refusal(omu_PrimDictionary<cow_String>()), prefix + "dictionary with string keys");
+    EXPECT_EQ(Refusal(omu_PrimBool<2>(true)), prefix + "ON or OFF");
+    EXPECT_EQ(Refusal(omu_PrimNone()), prefix + "None");
+    EXPECT_EQ(Refusal(omu_PrimType(Part())), prefix + "PartType");
+    EXPECT_EQ(Refusal(cow_List<int>()), prefix + "sequence of Integers");
+    EXPECT_EQ(Refusal(cow_List<float>()), prefix + "sequence of Floats");
+    EXPECT_EQ(Refusal(cow_List<cow_String>()), prefix + "sequence of Strings");
+    EXPECT_EQ(Refusal(cow_1DArray<int>()), prefix + "sequence of Ints");
+    EXPECT_EQ(Refusal(cow_1DArrayList<int, int>()), prefix + "sequence of Ints");
+    EXPECT_EQ(Refusal(cow_1DArrayList<float, float>()), prefix + "sequence of Floats");
+    EXPECT_EQ(Refusal(cow_1DArrayList<double, double>()), prefix + "sequence of Floats");
+    EXPECT_EQ(Refusal(cow_1DArrayList<cow_String, cow_String>()), prefix + "sequence of Strings");
+    EXPECT_EQ(Refusal(cow_2DArray<double>()), prefix + "2D sequence of Floats");
+    EXPECT_EQ(Refusal(cow_2DArray<cow_String>()), prefix + "2D sequence of Strings");
+    EXPECT_EQ(Refusal(cow_Map<cow_String, float>()), prefix + "Map of string to float");
+    // A constant is named by itself.
+    int count = 0;
+    EXPECT_EQ(CallF(Tuple({omu_PrimBool<1>(true)}), count), "f[0]; found TRUE, expecting int32");
+}
+
+TEST(TupleMarshalling, What_was_put_is_got)
+{
+    ExpectRoundTrip(cow_1DArray<int>{1, 2}, "((1, 2),)");
+    ExpectRoundTrip(cow_List<cow_String>{"u", "v"}, "(('u', 'v'),)");
+    ExpectRoundTrip(omu_PrimType(Part()), "(PartType,)");
+    ExpectRoundTrip(omu_PrimNone(), "(None,)");
+    ExpectRoundTrip(omu_PrimDictionary<cow_String>(), "({},)");
+    ExpectRoundTrip(omu_PrimDictionary<int>(), "({},)");
+    ExpectRoundTrip(omu_PrimArray(Tuple({1})), "(array([1], 'i'),)");
+    ExpectRoundTrip(Tuple({1, "a"}), "((1, 'a'),)");
+    ExpectRoundTrip(omu_PrimPath(cow_List<cow_String>{"a", "b"}), "('a.b',)");
+    ExpectRoundTrip(1.5F, "(1.5,)");
+    ExpectRoundTrip(0.1, "(0.1,)");
+    ExpectRoundTrip(utl_FilePath("/tmp/x"), "('/tmp/x',)");
+    ExpectRoundTrip(omi_complex(1, -2), "(1+-2j,)");
+    ExpectRoundTrip(cow_String("x"), "('x',)");
+    ExpectRoundTrip(4000000000U, "(4000000000,)");
+    ExpectRoundTrip(-7, "(-7,)");
+    ExpectRoundTrip(static_cast<short>(-3), "(-3,)");
+    ExpectRoundTrip('A', "(65,)");
+    omu_PrimTuple tuple;
+    EXPECT_EQ(CallF(Tuple({List({1})}), tuple), "");
+    EXPECT_EQ(Text(tuple), "(1,)") << "a list got as a tuple";
+}
+
+TEST(TupleMarshalling, Constants_take_names_and_boolean_ones_0_and_1)
+{
+    omu_PrimBool<2> state(false);
+    EXPECT_EQ(CallF(Tuple({omu_PrimEnumBase("ON")}), state), "");
+    EXPECT_TRUE(state.GetValue());
+    EXPECT_EQ(CallF(Tuple({0}), state), "");
+    EXPECT_EQ(state.GetString(), "OFF");
+    EXPECT_EQ(CallF(Tuple({2}), state), "f[0]; found number, expecting ON or OFF");
+    EXPECT_EQ(CallF(Tuple({omu_PrimBool<1>(true)}), state), "f[0]; found TRUE, expecting ON or OFF");
+    EXPECT_EQ(state.GetString(), "OFF");
+    omu_PrimEnumBase any;
+    EXPECT_NE(CallF(Tuple({1}), any), "") << "only boolean constants take numbers";
+}
+
+TEST(TupleMarshalling, The_first_failure_is_the_one_reported)
+{
+    Probe tuple(3);
+    tuple.Put(cow_String("x"));
+    tuple.Put(1);
+    tuple.Put(cow_String("y"));
+    int target = -1;
+    tuple.Begin();
+    tuple.Get(target);
+    tuple.Get(target);
+    tuple.Get(target);
+    EXPECT_EQ(tuple.Marks(), "3 3 3 3 1 0 int32/string");
+    EXPECT_EQ(EndError(tuple, ""), "arg1; found string, expecting int32");
+    EXPECT_EQ(target, -1) << "written after the failure";
+    tuple.Begin();
+    EXPECT_EQ(tuple.Marks(), "0 0 0 0 0 0 /");
+}
+
+TEST(TupleMarshalling, Counts_are_those_of_the_gets)
+{
+    // f(a, b=...)
+    const char* const errors[] = {"f; not all required arguments specified; expected 1, got 0", "", "",
+                                  "f; too many arguments; expected 1, got 3"};
+    for (int count = 0; count < 4; ++count) {
+        Probe tuple(count);
+        for (int i = 0; i < count; ++i) {
+            tuple.Put(i);
+        }
+        tuple.SetDefaultName("f");
+        int value = 0;
+        tuple.Begin();
+        tuple.Get(value);
+        tuple.Optional();
+        tuple.Get(value);
+        EXPECT_EQ(tuple.Error(), *errors[count] != '\0');
+        EXPECT_EQ(EndError(tuple, ""), errors[count]) << "the empty name stands for the default name";
+        if (!tuple.Error()) {
+            EXPECT_EQ(tuple.Marks(), "0 0 0 0 0 0 /");
+        }
+    }
+}
+
+TEST(TupleMarshalling, Alternative_undoes_a_failed_get_and_nothing_else)
+{
+    Probe tuple(2);
+    tuple.Put(cow_String("x"));
+    tuple.Put(2);
+    tuple.Begin();
+    EXPECT_FALSE(tuple.Alternative()) << "nothing was got yet";
+    int number = 0;
+    cow_String text;
+    tuple.Get(number);
+    EXPECT_TRUE(tuple.Alternative());
+    EXPECT_EQ(tuple.Marks(), "0 0 0 0 0 0 /");
+    tuple.Get(text);
+    EXPECT_FALSE(tuple.Alternative());
+    tuple.Optional();
+    tuple.Get(text);
+    EXPECT_TRUE(tuple.Alternative());
+    EXPECT_EQ(tuple.Marks(), "1 1 1 1 0 1 /") << "the optional one never counted as required";
+    tuple.Get(text);
+    tuple.Get(number);
+    EXPECT_FALSE(tuple.Alternative()) << "the failure is not the last get's";
+}
+
+TEST(TupleMarshalling, Kernel_objects_are_got_by_class_and_stay_owned)
+{
+    const Part fallback;
+    Part kernelPart;
+    omu_PrimTuple tuple(3);
+    tuple.Put(static_cast<omu_InterfaceObj*>(new Part));
+    tuple.Put(new omu_ObjectRef(kernelPart));
+    tuple.Put(1);
+    tuple.Begin();
+    EXPECT_EQ(tuple.Get("Part", &fallback), tuple.Index(0));
+    EXPECT_EQ(tuple.Get("Part", &fallback), &kernelPart) << "a reference stands for what it refers to";
+    EXPECT_FALSE(tuple.Alternative());
+    EXPECT_EQ(tuple.Get("Part", &fallback), &fallback);
+    EXPECT_EQ(tuple.Get("Part", nullptr), nullptr);
+    EXPECT_EQ(EndError(tuple, "f"), "f[2]; found number, expecting Part");
+
+    auto gone = std::make_unique<Part>();
+    omu_PrimTuple dead(1);
+    dead.Put(new omu_ObjectRef(*gone));
+    gone.reset();
+    dead.Begin();
+    EXPECT_THROW(dead.Get("Part", nullptr), omu_AccessErrorException);
+}
+
+TEST(TupleMarshalling, A_value_put_is_freed_even_when_the_tuple_is_full)
+{
+    const int before = Part::Living();
+    {
+        RecordedAssertions assertions;
+        omu_PrimTuple tuple(1);
+        tuple.Put(new Part);
+        tuple.Put(static_cast<omu_Primitive*>(new Part));
+        EXPECT_EQ(assertions.Take(), std::vector<std::string>{"cursor < size"});
+        EXPECT_EQ(Part::Living(), before + 1);
+    }
+    EXPECT_EQ(Part::Living(), before);
+}
+
+TEST(TupleMarshalling, A_slot_not_filled_is_got_as_none)
+{
+    omu_PrimTuple tuple(2);
+    tuple.Put(1);
+    EXPECT_EQ(tuple.Index(1), nullptr);
+    EXPECT_EQ(Text(tuple), "(1, None)");
+    EXPECT_EQ(tuple, Tuple({1, omu_PrimNone()}));
+    tuple.Begin();
+    int number = 0;
+    omu_PrimNone none;
+    tuple.Get(number);
+    tuple.Get(none);
+    EXPECT_FALSE(tuple.Error());
+}
