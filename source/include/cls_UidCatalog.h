@@ -28,6 +28,11 @@ public:
 
     /// The calling thread's catalogue, made on first use.
     static cls_UidCatalog& OfThisThread();
+    /// The calling thread's catalogue, or null while it has none.
+    static cls_UidCatalog* FindOfThisThread() noexcept;
+    /// The number of groups that outlived their catalogues, in the whole process: what keeps them is a uid that nobody
+    /// released.
+    static int CountOrphanedGroups();
 
     /// A new entry with one handle.
     cls_UidCatalogEntry* AllocateEntry()
@@ -54,8 +59,6 @@ private:
     cls_UidCatalog();
     static int Finalize();
 
-    /// The catalogue of `entry` if it is the calling thread's, or null.
-    static cls_UidCatalog* OwnerHere(const cls_UidCatalogEntry& entry) noexcept;
     static int LowerElsewhere(cls_UidCatalogEntry& entry);
     static void FreeOrphan(cls_UidCatalogEntry& entry);
 
@@ -65,6 +68,6 @@ private:
 
     cls_UidCatalogEntryGroup* m_groups = nullptr; // the newest one
     cls_UidCatalogEntry* m_free = nullptr;
-    // Entries whose last handle was dropped on another thread; written under the lock.
+    // Entries whose last handle was dropped on another thread; written under thr_GlobalLock.
     std::atomic<cls_UidCatalogEntry*> m_dropped{nullptr};
 };

@@ -14,7 +14,7 @@ class cls_UidCatalog;
 ///
 /// Ownership:  made by new; owns its entries and the groups made before it. An entry finds its group by its address,
 ///             which is why a group stands at a multiple of a power of two that is no smaller than the group.
-/// Threads:    of the thread whose catalogue owns it, but for what cls_UidCatalog guards by its lock.
+/// Threads:    belongs to its catalogue's thread; owner and count of uses change under thr_GlobalLock.
 class VEXOMU_API cls_UidCatalogEntryGroup
 {
 public:
@@ -30,17 +30,18 @@ public:
     cls_UidCatalogEntry* First() noexcept { return m_entries; }
     /// The group in which `entry` stands.
     static cls_UidCatalogEntryGroup& Of(const cls_UidCatalogEntry* entry) noexcept;
+    /// The catalogue that hands out the entries; null once it is gone.
+    cls_UidCatalog* Owner() const noexcept { return m_owner.load(std::memory_order_relaxed); }
 
     static void* operator new(std::size_t bytes);
-    static void operator delete(void* block, std::size_t bytes) noexcept;
+    static void operator delete(void* block) noexcept;
 
 private:
     friend class cls_UidCatalog;
-    friend class cls_UidCatalogEntry;
 
     cls_UidCatalogEntryGroup* m_previous;
-    std::atomic<cls_UidCatalog*> m_owner{nullptr}; // null once the catalogue is gone
-    int m_inUse = 0;                               // counted only when the catalogue is gone
+    std::atomic<cls_UidCatalog*> m_owner{nullptr};
+    int m_inUse = 0; // counted only when the catalogue is gone
     cls_UidCatalogEntry m_entries[ENTRIES];
 };
 

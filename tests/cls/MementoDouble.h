@@ -43,10 +43,7 @@ public:
 #undef SCALAR
 #undef ARRAYS
 #undef MAPS
-        cls_ReadListObj* MakeObjListReader(std::uint32_t) override
-    {
-        return nullptr;
-    }
+    cls_ReadListObj* MakeObjListReader(std::uint32_t) override { return nullptr; }
     cls_ReadMapInt2Obj* MakeIntMapObjReader(std::uint32_t) override { return nullptr; }
     cls_ReadMapString2Obj* MakeStringMapObjReader(std::uint32_t) override { return nullptr; }
     cls_ReadIntTableInt* MakeIntTableReader(std::uint32_t) override { return nullptr; }
@@ -87,10 +84,7 @@ public:
 #undef SCALAR
 #undef ARRAYS
 #undef MAPS
-        cls_WriteListObj* MakeObjListWriter(std::uint32_t) override
-    {
-        return nullptr;
-    }
+    cls_WriteListObj* MakeObjListWriter(std::uint32_t) override { return nullptr; }
     cls_WriteMapInt2Obj* MakeIntMapObjWriter(std::uint32_t) override { return nullptr; }
     cls_WriteMapString2Obj* MakeStringMapObjWriter(std::uint32_t) override { return nullptr; }
     cls_WriteIntTableInt* MakeIntTableWriter(std::uint32_t) override { return nullptr; }

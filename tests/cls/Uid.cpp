@@ -157,10 +157,10 @@ TEST_F(Uid, A_history_entry_may_use_uids_while_it_is_deleted)
 
 TEST_F(Uid, A_history_entry_that_stays_linked_is_reported_and_not_deleted_again)
 {
-    {
-        const cls_Uid uid = cls_Uid::AllocateUid();
-        new History(uid, 'a', /*unlinks=*/false);
-    }
+    cls_Uid uid = cls_Uid::AllocateUid();
+    new History(uid, 'a', /*unlinks=*/false);
+    uid.NewUid();
+    EXPECT_EQ(uid.Entry()->History().Next(), &uid.Entry()->History());
     EXPECT_EQ(deleted, "a");
     EXPECT_EQ(reported, "a history entry unlinks itself in its destructor");
 }

@@ -1,6 +1,8 @@
 #include "VEXCRT.h"
 #include "cls_Uid.h"
+#include "cls_UidCatalog.h"
 #include "cls_UidCatalogEntryGroup.h"
+#include "thr_Module.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +21,8 @@ std::atomic<int> histories; // alive
 
 struct History : cls_HistoryEntry
 {
-    explicit History(const cls_Uid& uid, std::thread::id* deletedBy = nullptr) : m_deletedBy(deletedBy)
+    explicit History(const cls_Uid& uid, std::thread::id* deletedBy = nullptr)
+        : m_entry(uid.Entry()), m_deletedBy(deletedBy)
     {
         Link(&uid.Entry()->History());
         ++histories;
@@ -27,6 +30,7 @@ struct History : cls_HistoryEntry
     ~History() override
     {
         UnLink();
+        const cls_Uid onTheDyingEntry(m_entry);
         --histories;
         if (m_deletedBy != nullptr) {
             *m_deletedBy = std::this_thread::get_id();
@@ -34,6 +38,7 @@ struct History : cls_HistoryEntry
     }
 
 private:
+    cls_UidCatalogEntry* m_entry;
     std::thread::id* m_deletedBy;
 };
 
@@ -42,6 +47,7 @@ class UidThreads : public testing::Test
 protected:
     UidThreads()
     {
+        thr_initialize(m_count);
         reports = 0;
         histories = 0;
         m_former = VEXCRT::SetAssertHandler([](const char*, const char*, int) { ++reports; });
@@ -49,10 +55,13 @@ protected:
     ~UidThreads() override
     {
         EXPECT_EQ(histories, 0);
+        EXPECT_EQ(cls_UidCatalog::CountOrphanedGroups(), 0);
         VEXCRT::SetAssertHandler(m_former);
+        thr_finalize(m_count);
     }
 
 private:
+    int m_count = 0;
     VEXCRT::AssertHandler m_former;
 };
 
@@ -87,7 +96,12 @@ TEST_F(UidThreads, A_foreign_release_is_reported_and_left_to_the_owner)
     auto uid = std::make_unique<cls_Uid>(cls_Uid::AllocateUid());
     const cls_UidCatalogEntry* const entry = uid->Entry();
     new History(*uid, &deletedBy);
-    OnAnotherThread([&] { const cls_Uid copy(*uid); });
+    OnAnotherThread([&] {
+        const cls_Uid& self = *uid;
+        *uid = self; // drops nothing
+        EXPECT_EQ(reports, 0);
+        const cls_Uid copy(self);
+    });
     EXPECT_EQ(reports, 1);
     EXPECT_EQ(histories, 1);
     EXPECT_EQ(entry->GetRefCnt(), 1);
@@ -127,6 +141,7 @@ TEST_F(UidThreads, Uids_outlive_the_thread_that_made_them)
         survivors = {all[0], all[1], all[2 * 2048]}; // the middle group has none
     });
     EXPECT_EQ(histories, 3);
+    EXPECT_EQ(cls_UidCatalog::CountOrphanedGroups(), 2);
     cls_Uid copy(survivors[0]);
     EXPECT_EQ(copy.Entry()->GetRefCnt(), 2);
     survivors.erase(survivors.begin());

@@ -1,16 +1,16 @@
 #include "cls_Uid.h"
 
-#include "cls_UidCatalog.h"
+#include "cls_UidCatalog_detail.h"
 
-cls_Uid::cls_Uid() : m_entry(cls_UidCatalog::OfThisThread().AllocateEntry()) {}
+#include <utility>
+
+cls_Uid::cls_Uid() : m_entry(cls_detail::ThisThreadsCatalog().AllocateEntry()) {}
 
 cls_Uid& cls_Uid::operator=(const cls_Uid& other)
 {
-    if (this != &other) {
-        cls_UidCatalogEntry* const old = m_entry;
-        m_entry = other.m_entry;
-        m_entry->RaiseRefCnt();
-        old->LowerRefCnt();
+    if (m_entry != other.m_entry) {
+        other.m_entry->RaiseRefCnt();
+        std::exchange(m_entry, other.m_entry)->LowerRefCnt();
     }
     return *this;
 }

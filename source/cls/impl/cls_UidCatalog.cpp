@@ -1,10 +1,9 @@
 #include "cls_UidCatalog.h"
 
 #include "VEXCRT.h"
+#include "cls_UidCatalog_detail.h"
+#include "thr_GlobalLock.h"
 #include "thr_ThrSingletonRegistry.h"
-
-#include <mutex>
-#include <type_traits>
 
 template class thr_ThreadSingletonBase<cls_UidCatalog>;
 template class thr_ThreadSingleton<cls_UidCatalog>;
@@ -14,18 +13,15 @@ namespace
 // Below everything that may hold uids.
 constexpr thr_ThreadObjectDestructLevel DESTRUCT_LEVEL{2};
 
-// Guards what a foreign thread may touch: every group's owner and count, every catalogue's dropped entries, the orphans.
-// Needed until the last static object is gone, so it has no destructor to run.
-constinit std::mutex lock;
-static_assert(std::is_trivially_destructible_v<std::mutex>);
-
-// The groups that outlived their catalogues, chained as their previous groups.
+// The groups that outlived their catalogues, chained as their previous groups. As all that a foreign thread may touch -
+// every group's owner and count, every catalogue's dropped entries - they change under thr_GlobalLock.
 constinit cls_UidCatalogEntryGroup* orphans = nullptr;
 } // namespace
 
 cls_UidCatalog::cls_UidCatalog()
 {
     thr_GlobalSingleton<thr_ThrSingletonRegistry>::Instance().SetDestructLevel(&Finalize, DESTRUCT_LEVEL);
+    cls_detail::CatalogHint::Set(this);
 }
 
 cls_UidCatalog::~cls_UidCatalog()
@@ -35,6 +31,7 @@ cls_UidCatalog::~cls_UidCatalog()
         TakeBackDropped();
     }
     delete unused;
+    cls_detail::CatalogHint::Set(nullptr);
 }
 
 int cls_UidCatalog::Finalize()
@@ -47,10 +44,19 @@ cls_UidCatalog& cls_UidCatalog::OfThisThread()
     return thr_ThreadSingleton<cls_UidCatalog>::Instance();
 }
 
-cls_UidCatalog* cls_UidCatalog::OwnerHere(const cls_UidCatalogEntry& entry) noexcept
+cls_UidCatalog* cls_UidCatalog::FindOfThisThread() noexcept
 {
-    cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).m_owner.load(std::memory_order_relaxed);
-    return owner == thr_ThreadSingletonBase<cls_UidCatalog>::Instance() ? owner : nullptr;
+    return thr_ThreadSingletonBase<cls_UidCatalog>::Instance();
+}
+
+int cls_UidCatalog::CountOrphanedGroups()
+{
+    const thr_GlobalLock::Holder lock;
+    int count = 0;
+    for (const auto* group = orphans; group != nullptr; group = group->m_previous) {
+        ++count;
+    }
+    return count;
 }
 
 void cls_UidCatalog::Refill()
@@ -67,7 +73,7 @@ void cls_UidCatalog::TakeBackDropped()
 {
     cls_UidCatalogEntry* entry = nullptr;
     {
-        const std::lock_guard guard(lock);
+        const thr_GlobalLock::Holder lock;
         entry = m_dropped.exchange(nullptr, std::memory_order_relaxed);
     }
     while (entry != nullptr) {
@@ -82,7 +88,7 @@ void cls_UidCatalog::TakeBackDropped()
 /// dropped entries wait.
 bool cls_UidCatalog::RetireGroups(cls_UidCatalogEntryGroup*& unused) noexcept
 {
-    const std::lock_guard guard(lock);
+    const thr_GlobalLock::Holder lock;
     if (m_dropped.load(std::memory_order_relaxed) != nullptr) {
         return false;
     }
@@ -108,8 +114,8 @@ int cls_UidCatalog::LowerElsewhere(cls_UidCatalogEntry& entry)
     std::uintptr_t left = 0;
     bool isOrphan = false;
     {
-        const std::lock_guard guard(lock);
-        cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).m_owner.load(std::memory_order_relaxed);
+        const thr_GlobalLock::Holder lock;
+        cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).Owner();
         isOrphan = owner == nullptr;
         left = entry.Lower();
         if (left == 0 && !isOrphan) {
@@ -131,7 +137,7 @@ void cls_UidCatalog::FreeOrphan(cls_UidCatalogEntry& entry)
     cls_UidCatalogEntryGroup* const group = &cls_UidCatalogEntryGroup::Of(&entry);
     entry.DeleteHistory();
     {
-        const std::lock_guard guard(lock);
+        const thr_GlobalLock::Holder lock;
         if (--group->m_inUse != 0) {
             return;
         }

@@ -1,11 +1,11 @@
 #include "cls_UidCatalogEntry.h"
 
 #include "VEXCRT.h"
-#include "cls_UidCatalog.h"
+#include "cls_UidCatalog_detail.h"
 
 int cls_UidCatalogEntry::LowerRefCnt()
 {
-    cls_UidCatalog* const catalog = cls_UidCatalog::OwnerHere(*this);
+    cls_UidCatalog* const catalog = cls_detail::OwnerHere(*this);
     if (catalog == nullptr) {
         return cls_UidCatalog::LowerElsewhere(*this);
     }
@@ -22,7 +22,7 @@ int cls_UidCatalogEntry::LowerRefCnt()
 
 bool cls_UidCatalogEntry::Renew()
 {
-    if (m_word.load(std::memory_order_acquire) != 1 || cls_UidCatalog::OwnerHere(*this) == nullptr) {
+    if (m_word.load(std::memory_order_acquire) != 1 || cls_detail::OwnerHere(*this) == nullptr) {
         return false;
     }
     DeleteHistory();

@@ -30,7 +30,7 @@ void* cls_UidCatalogEntryGroup::operator new(std::size_t bytes)
     return ::operator new(bytes, ALIGNMENT);
 }
 
-void cls_UidCatalogEntryGroup::operator delete(void* block, std::size_t bytes) noexcept
+void cls_UidCatalogEntryGroup::operator delete(void* block) noexcept
 {
-    ::operator delete(block, bytes, ALIGNMENT);
+    ::operator delete(block, ALIGNMENT);
 }
