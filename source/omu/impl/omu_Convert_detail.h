@@ -27,7 +27,7 @@ struct omu_TypeNames
     const char* keyword;
 };
 
-template <class T> inline constexpr omu_TypeNames omu_typeNames;
+template <class T> inline constexpr omu_TypeNames omu_typeNames = {nullptr, nullptr};
 template <> inline constexpr omu_TypeNames omu_typeNames<char> = {"int8", nullptr};
 template <> inline constexpr omu_TypeNames omu_typeNames<short> = {"int16", nullptr};
 template <> inline constexpr omu_TypeNames omu_typeNames<int> = {"int32", "number"};
