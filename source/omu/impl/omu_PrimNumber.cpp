@@ -8,6 +8,34 @@
 #include <limits>
 #include <string_view>
 
+namespace
+{
+
+constexpr int MAX_DIGITS = 15;
+
+/// Significant digits of a number in fixed notation that is no whole number.
+std::ptrdiff_t DigitsOf(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of("-0.");
+    return static_cast<std::ptrdiff_t>(text.size() - first - (text.find('.') > first ? 1 : 0));
+}
+
+/// Writes what "%.15g" does at `text`; the result is its end. The shortest digits that read back equal are much cheaper
+/// to find than fifteen. Where there are no more than fifteen they are the same, since a double holds any fifteen.
+char* WriteFifteenDigits(char* text, char* limit, double value)
+{
+    const double size = std::fabs(value);
+    if (size >= 1e-4 && size < 1e15) { // where "%g" uses fixed notation
+        char* const end = std::to_chars(text, limit, value, std::chars_format::fixed).ptr;
+        if (DigitsOf({text, end}) <= MAX_DIGITS) {
+            return end;
+        }
+    }
+    return std::to_chars(text, limit, value, std::chars_format::general, MAX_DIGITS).ptr;
+}
+
+} // namespace
+
 omu_PrimNumber::omu_PrimNumber(bio_Ifilter& in) : omu_Primitive(in, 'i'), m_unsigned(0), m_kind(INT32), m_value(0) {}
 
 cow_String omu_PrimNumber::TypeString() const
@@ -68,7 +96,7 @@ cow_String omu_PrimNumber::DoubleAsString(double value)
     char text[32];
     char* const limit = text + sizeof text;
     char* end = isShortWhole ? std::to_chars(text, limit, static_cast<std::int64_t>(value)).ptr
-                             : std::to_chars(text, limit, value, std::chars_format::general, 15).ptr;
+                             : WriteFifteenDigits(text, limit, value);
     if (std::string_view(text, end).find_first_of(".e") == std::string_view::npos) {
         *end++ = '.';
         *end++ = '0';

@@ -5,6 +5,22 @@
 #include "omu_PrimVisitor.h"
 #include "omu_TypeIds.h"
 
+#include <algorithm>
+#include <string_view>
+
+namespace
+{
+
+/// The first character that does not stand for itself between quotes, or npos.
+std::size_t FindEscaped(std::string_view text)
+{
+    const auto isEscaped = [](char character) { return character == '\\' || character == '\'' || character == '\n'; };
+    const auto found = std::find_if(text.begin(), text.end(), isEscaped);
+    return found != text.end() ? static_cast<std::size_t>(found - text.begin()) : std::string_view::npos;
+}
+
+} // namespace
+
 omu_PrimString::omu_PrimString(const omu_PrimEnumBase& constant) : omu_PrimString(constant.GetString()) {}
 
 omu_PrimString::omu_PrimString(int value) : omu_PrimString(cow_String(value)) {}
@@ -37,7 +53,7 @@ cow_String omu_PrimString::AsString(int) const
     quoted.Append('\'');
     std::string_view rest = m_text.view();
     for (;;) {
-        const std::size_t plain = rest.find_first_of("\\'\n");
+        const std::size_t plain = FindEscaped(rest);
         quoted.Append(rest.substr(0, plain));
         if (plain == std::string_view::npos) {
             break;
