@@ -28,8 +28,7 @@ public:
     /// The fields as given; the type code follows from the kind.
     omu_PrimNumber(DataTypeEnm kind, double value, std::uint32_t unsignedValue) noexcept
         : omu_Primitive(IsFloating(kind) ? 'f' : 'i'), m_unsigned(unsignedValue), m_kind(kind), m_value(value)
-    {
-    }
+    {}
     explicit omu_PrimNumber(bio_Ifilter& in);
     omu_PrimNumber(const omu_PrimNumber&) = default;
     omu_PrimNumber& operator=(const omu_PrimNumber&) = default;
