@@ -54,6 +54,30 @@ private:
     const Counted* m_self = this;
 };
 
+/// A test at whose end no Counted is left or lost.
+class CountedTest : public testing::Test
+{
+protected:
+    ~CountedTest() override { EXPECT_EQ(Counted::alive, m_aliveBefore); }
+
+private:
+    const int m_aliveBefore = Counted::alive;
+};
+
+/// Counts the clones made of a T while it lives; in builds that do not count them, what is expected.
+template <class T> class Clones
+{
+public:
+#ifdef VEXUTL_COUNT_CLONES
+    bool Are(std::uint64_t expected) const { return cow_cloneCount<T> == m_before + expected; }
+
+private:
+    const std::uint64_t m_before = cow_cloneCount<T>;
+#else
+    bool Are(std::uint64_t) const { return true; }
+#endif
+};
+
 /// The same items in memory of their own.
 template <class Container> Container Unshared(const Container& source)
 {
