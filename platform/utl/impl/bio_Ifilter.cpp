@@ -15,7 +15,7 @@
 
 namespace
 {
-constexpr std::size_t SOURCE_BUFFER_BYTES = 64 * 1024;
+constexpr std::size_t SOURCE_BUFFER_BYTES = 0x10000;
 constexpr std::uint64_t UNKNOWN_SIZE = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint32_t MAX_COUNT = 0x7FFFFFFF;
 } // namespace

@@ -14,7 +14,7 @@
 namespace
 {
 constexpr std::size_t FIRST_CAPACITY = 256;
-constexpr std::size_t SINK_BUFFER_BYTES = 64 * 1024;
+constexpr std::size_t SINK_BUFFER_BYTES = 0x10000;
 } // namespace
 
 struct bio_Ofilter::Sink

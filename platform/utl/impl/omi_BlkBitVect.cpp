@@ -72,7 +72,7 @@ std::int64_t NextIn(const Block& block, std::uint32_t from)
     while (word == 0 && ++index < BLOCK_WORDS) {
         word = block[index];
     }
-    return word != 0 ? index * WORD_BITS + Lowest(word) : NONE;
+    return word != 0 ? std::int64_t{index} * WORD_BITS + Lowest(word) : NONE;
 }
 
 std::int64_t PreviousIn(const Block& block, std::uint32_t from)
@@ -82,7 +82,7 @@ std::int64_t PreviousIn(const Block& block, std::uint32_t from)
     while (word == 0 && index-- > 0) {
         word = block[index];
     }
-    return word != 0 ? index * WORD_BITS + Highest(word) : NONE;
+    return word != 0 ? std::int64_t{index} * WORD_BITS + Highest(word) : NONE;
 }
 
 /// A range of 64 neighbouring blocks.
@@ -128,7 +128,7 @@ std::int64_t Range::Next(std::uint32_t from) const
     std::uint32_t index = from / BLOCK_BITS;
     if (const Block* const block = Find(index)) {
         if (const std::int64_t bit = NextIn(*block, from % BLOCK_BITS); bit != NONE) {
-            return index * BLOCK_BITS + bit;
+            return std::int64_t{index} * BLOCK_BITS + bit;
         }
     }
     const std::uint64_t later = present & MaskFrom(index) & ~Mask(index);
@@ -136,7 +136,7 @@ std::int64_t Range::Next(std::uint32_t from) const
         return NONE;
     }
     index = Lowest(later);
-    return index * BLOCK_BITS + NextIn(blocks[Position(index)], 0);
+    return std::int64_t{index} * BLOCK_BITS + NextIn(blocks[Position(index)], 0);
 }
 
 std::int64_t Range::Previous(std::uint32_t from) const
@@ -144,7 +144,7 @@ std::int64_t Range::Previous(std::uint32_t from) const
     std::uint32_t index = from / BLOCK_BITS;
     if (const Block* const block = Find(index)) {
         if (const std::int64_t bit = PreviousIn(*block, from % BLOCK_BITS); bit != NONE) {
-            return index * BLOCK_BITS + bit;
+            return std::int64_t{index} * BLOCK_BITS + bit;
         }
     }
     const std::uint64_t earlier = present & (Mask(index) - 1);
@@ -152,7 +152,7 @@ std::int64_t Range::Previous(std::uint32_t from) const
         return NONE;
     }
     index = Highest(earlier);
-    return index * BLOCK_BITS + PreviousIn(blocks[Position(index)], BLOCK_BITS - 1);
+    return std::int64_t{index} * BLOCK_BITS + PreviousIn(blocks[Position(index)], BLOCK_BITS - 1);
 }
 
 std::uint32_t RangeNumber(std::uint32_t bit)

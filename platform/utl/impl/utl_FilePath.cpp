@@ -94,7 +94,7 @@ cow_String utl_FilePath::Extension() const
 
 utl_FilePath utl_FilePath::Join(const cow_String& name) const
 {
-    const utl_FilePath below(name);
+    utl_FilePath below(name);
     if (m_path.IsEmpty() || below.IsAbsolute()) {
         return below;
     }

@@ -20,7 +20,7 @@ bool IsFile(const utl_FilePath& path)
 
 utl_FilePath utl_PathFinder::getPath(const cow_String& name, const cow_String& variable, bool currentFirst)
 {
-    const utl_FilePath asGiven(name);
+    utl_FilePath asGiven(name);
     if (currentFirst || asGiven.IsAbsolute()) {
         if (IsFile(asGiven)) {
             return asGiven;
@@ -36,7 +36,7 @@ utl_FilePath utl_PathFinder::getPath(const cow_String& name, const cow_String& v
     std::string_view rest = *list;
     for (;;) {
         const std::size_t end = rest.find(LIST_SEPARATOR);
-        const utl_FilePath found = utl_FilePath(cow_String(rest.substr(0, end))).Join(name);
+        utl_FilePath found = utl_FilePath(cow_String(rest.substr(0, end))).Join(name);
         if (IsFile(found)) {
             return found;
         }
