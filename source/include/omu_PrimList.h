@@ -18,8 +18,6 @@ public:
 
     /// "list".
     cow_String TypeString() const override;
-    /// As the script language writes it: [1, 'a'].
-    cow_String AsString(int depth) const override;
     void Accept(omu_PrimVisitor* visitor) const override;
     omu_Primitive* Copy() const override;
     std::uint32_t DynTypeId() const override;

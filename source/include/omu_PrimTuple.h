@@ -7,6 +7,8 @@
 #include "cow_Map.h"
 #include "omu_PrimSequence.h"
 
+#include <string>
+
 class omi_complex;
 class omu_InterfaceObj;
 class omu_PrimArray;
@@ -44,7 +46,7 @@ public:
 
     /// "tuple".
     cow_String TypeString() const override;
-    /// As the script language writes it: (1, 'a') or (1,).
+    /// As the script language writes it: (1, 'a') or (1,); a list [1, 'a'].
     cow_String AsString(int depth) const override;
     /// Same class of sequence (tuple or list), same length, equal items in order.
     bool operator==(const omu_Primitive& other) const override;
@@ -183,8 +185,9 @@ protected:
     /// Takes the value (may be null) for the next slot; reports an assertion when there is none.
     void Store(omu_Primitive* value);
 
-    /// The items as text between `open` and `close`.
-    cow_String ItemsAsString(int depth, const char* open, const char* close) const;
+    friend void omu_AppendText(std::string& text, const omu_Primitive& value, int depth);
+    /// Appends the items' text between the brackets of the class.
+    void AppendItems(std::string& text, int depth) const;
     // What tuples and lists do alike, with a result of either class. Defined in omu_PrimTuple_detail.h.
     template <class Sequence> Sequence* SliceAs(int low, int high) const;
     template <class Sequence> Sequence* RepeatAs(int count) const;

@@ -3,6 +3,7 @@
 #include "VEXCRT.h"
 #include "omu_Convert_detail.h"
 #include "omu_PrimVisitor.h"
+#include "omu_Text_detail.h"
 #include "omu_TypeIds.h"
 
 namespace
@@ -10,12 +11,12 @@ namespace
 
 template <class K> constexpr bool isText = std::same_as<K, cow_String>;
 
-template <class K> cow_String KeyAsString(const K& key)
+template <class K> void AppendKey(std::string& text, const K& key)
 {
     if constexpr (isText<K>) {
-        return omu_PrimString(key).AsString(0);
+        omu_AppendQuoted(text, key);
     } else {
-        return cow_String(key);
+        text += cow_String(key).view();
     }
 }
 
@@ -28,17 +29,17 @@ template <class K> cow_String omu_PrimDictionary<K>::TypeString() const
 
 template <class K> cow_String omu_PrimDictionary<K>::AsString(int depth) const
 {
-    cow_String text("{");
+    std::string text("{");
     for (const auto& [key, value] : m_entries) {
-        if (text.Length() > 1) {
+        if (text.size() > 1) {
             text += ", ";
         }
-        text += KeyAsString(key);
+        AppendKey(text, key);
         text += ": ";
-        text += value->AsString(depth + 1);
+        omu_AppendText(text, *value, depth + 1);
     }
     text += "}";
-    return text;
+    return std::string_view(text);
 }
 
 template <class K> bool omu_PrimDictionary<K>::operator==(const omu_Primitive& other) const

@@ -9,11 +9,6 @@ cow_String omu_PrimList::TypeString() const
     return "list";
 }
 
-cow_String omu_PrimList::AsString(int depth) const
-{
-    return ItemsAsString(depth, "[", "]");
-}
-
 void omu_PrimList::Accept(omu_PrimVisitor* visitor) const
 {
     visitor->VisitList(*this);

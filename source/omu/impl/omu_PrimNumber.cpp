@@ -1,40 +1,12 @@
 #include "omu_PrimNumber.h"
 
 #include "omu_PrimVisitor.h"
+#include "omu_Text_detail.h"
 #include "omu_TypeIds.h"
 
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <string_view>
-
-namespace
-{
-
-constexpr int MAX_DIGITS = 15;
-
-/// Significant digits of a number in fixed notation that is no whole number.
-std::ptrdiff_t DigitsOf(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of("-0.");
-    return static_cast<std::ptrdiff_t>(text.size() - first - (text.find('.') > first ? 1 : 0));
-}
-
-/// Writes what "%.15g" does at `text`; the result is its end. The shortest digits that read back equal are much cheaper
-/// to find than fifteen. Where there are no more than fifteen they are the same, since a double holds any fifteen.
-char* WriteFifteenDigits(char* text, char* limit, double value)
-{
-    const double size = std::fabs(value);
-    if (size >= 1e-4 && size < 1e15) { // where "%g" uses fixed notation
-        char* const end = std::to_chars(text, limit, value, std::chars_format::fixed).ptr;
-        if (DigitsOf({text, end}) <= MAX_DIGITS) {
-            return end;
-        }
-    }
-    return std::to_chars(text, limit, value, std::chars_format::general, MAX_DIGITS).ptr;
-}
-
-} // namespace
+#include <string>
 
 omu_PrimNumber::omu_PrimNumber(bio_Ifilter& in) : omu_Primitive(in, 'i'), m_unsigned(0), m_kind(INT32), m_value(0) {}
 
@@ -89,19 +61,9 @@ std::int32_t omu_PrimNumber::GetInt() const noexcept
 
 cow_String omu_PrimNumber::DoubleAsString(double value)
 {
-    // Whole numbers of at most 15 digits are most of what scripts show, and integers are several times faster to
-    // write. Negative zero has to keep its sign.
-    const bool isShortWhole =
-        std::fabs(value) < 1e15 && value == std::trunc(value) && !(value == 0 && std::signbit(value));
-    char text[32];
-    char* const limit = text + sizeof text;
-    char* end = isShortWhole ? std::to_chars(text, limit, static_cast<std::int64_t>(value)).ptr
-                             : WriteFifteenDigits(text, limit, value);
-    if (std::string_view(text, end).find_first_of(".e") == std::string_view::npos) {
-        *end++ = '.';
-        *end++ = '0';
-    }
-    return std::string_view(text, end);
+    std::string text;
+    omu_AppendDouble(text, value);
+    return std::string_view(text);
 }
 
 std::uint32_t omu_PrimNumber::TypeId()

@@ -3,23 +3,10 @@
 #include "omu_PrimEnumBase.h"
 #include "omu_PrimNumber.h"
 #include "omu_PrimVisitor.h"
+#include "omu_Text_detail.h"
 #include "omu_TypeIds.h"
 
-#include <algorithm>
-#include <string_view>
-
-namespace
-{
-
-/// The first character that does not stand for itself between quotes, or npos.
-std::size_t FindEscaped(std::string_view text)
-{
-    const auto isEscaped = [](char character) { return character == '\\' || character == '\'' || character == '\n'; };
-    const auto found = std::find_if(text.begin(), text.end(), isEscaped);
-    return found != text.end() ? static_cast<std::size_t>(found - text.begin()) : std::string_view::npos;
-}
-
-} // namespace
+#include <string>
 
 omu_PrimString::omu_PrimString(const omu_PrimEnumBase& constant) : omu_PrimString(constant.GetString()) {}
 
@@ -48,22 +35,9 @@ cow_String omu_PrimString::TypeString() const
 
 cow_String omu_PrimString::AsString(int) const
 {
-    cow_String quoted;
-    quoted.Reserve(m_text.size() + 2);
-    quoted.Append('\'');
-    std::string_view rest = m_text.view();
-    for (;;) {
-        const std::size_t plain = FindEscaped(rest);
-        quoted.Append(rest.substr(0, plain));
-        if (plain == std::string_view::npos) {
-            break;
-        }
-        quoted.Append('\\');
-        quoted.Append(rest[plain] == '\n' ? 'n' : rest[plain]);
-        rest.remove_prefix(plain + 1);
-    }
-    quoted.Append('\'');
-    return quoted;
+    std::string quoted;
+    omu_AppendQuoted(quoted, m_text);
+    return std::string_view(quoted);
 }
 
 bool omu_PrimString::operator==(const omu_Primitive& other) const

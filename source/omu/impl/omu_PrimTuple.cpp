@@ -7,11 +7,14 @@
 #include "omu_GenericTypeErrorException.h"
 #include "omu_InterfaceObj.h"
 #include "omu_PrimExpr.h"
+#include "omu_PrimList.h"
 #include "omu_PrimTuple_detail.h"
 #include "omu_PrimVisitor.h"
+#include "omu_Text_detail.h"
 #include "omu_TypeIds.h"
 
 #include <algorithm>
+#include <string>
 
 namespace
 {
@@ -93,20 +96,22 @@ cow_String omu_PrimTuple::TypeString() const
 
 cow_String omu_PrimTuple::AsString(int depth) const
 {
-    return ItemsAsString(depth, "(", m_size == 1 ? ",)" : ")");
+    std::string text;
+    AppendItems(text, depth);
+    return std::string_view(text);
 }
 
-cow_String omu_PrimTuple::ItemsAsString(int depth, const char* open, const char* close) const
+void omu_PrimTuple::AppendItems(std::string& text, int depth) const
 {
-    cow_String text(open);
+    const bool isList = DynTypeId() == omu_PrimList::TypeId();
+    text += isList ? '[' : '(';
     for (int i = 0; i < m_size; ++i) {
         if (i > 0) {
             text += ", ";
         }
-        text += ItemOrNone(i).AsString(depth + 1);
+        omu_AppendText(text, ItemOrNone(i), depth + 1);
     }
-    text += close;
-    return text;
+    text += isList ? "]" : m_size == 1 ? ",)" : ")";
 }
 
 bool omu_PrimTuple::operator==(const omu_Primitive& other) const
