@@ -89,12 +89,9 @@ void call_cpython_fast_call(benchmark::State& state)
     // The names of the keywords are a constant of the calling code, as they are in compiled Python.
     PyObject* const names = PyTuple_Pack(2, cpython_peer::Keywords()[3], cpython_peer::Keywords()[4]);
     for (auto _ : state) {
-        const std::array<PyObject*, 6> values{peer,
-                                              PyLong_FromLong(7),
-                                              PyFloat_FromDouble(2.5),
-                                              PyUnicode_FromString("a short name"),
-                                              ListOfThree(),
-                                              Py_NewRef(Py_True)};
+        const std::array<PyObject*, 6> values{
+            peer,          PyLong_FromLong(7), PyFloat_FromDouble(2.5), PyUnicode_FromString("a short name"),
+            ListOfThree(), Py_NewRef(Py_True)};
         PyObject* const answer =
             PyObject_VectorcallMethod(method, values.data(), 4 | PY_VECTORCALL_ARGUMENTS_OFFSET, names);
         benchmark::DoNotOptimize(PyFloat_AS_DOUBLE(answer));

@@ -14,9 +14,17 @@ public:
     {
         constexpr omu_Method other = omu_AsMethod<&MeasuredBase::Other>;
         static constexpr methodTable methods[] = {
-            {"area", "", other},   {"copy", "", other},  {"delete", "", other}, {"describe", "", other},
-            {"edges", "", other},  {"faces", "", other}, {"hide", "", other},   {"nodes", "", other},
-            {"rename", "", other}, {"show", "", other},  {},
+            {"area", "", other},
+            {"copy", "", other},
+            {"delete", "", other},
+            {"describe", "", other},
+            {"edges", "", other},
+            {"faces", "", other},
+            {"hide", "", other},
+            {"nodes", "", other},
+            {"rename", "", other},
+            {"show", "", other},
+            {},
         };
         DescribeType("MeasuredBase", methods, nullptr);
     }
@@ -33,10 +41,17 @@ public:
     {
         constexpr omu_Method other = omu_AsMethod<&Measured::Another>;
         static constexpr methodTable methods[] = {
-            {"assign", "", other}, {"bound", "", other},  {"elements", "", other},
-            {"loads", "", other},  {"measure", "", omu_AsMethod<&Measured::Measure>},
-            {"merge", "", other},  {"mirror", "", other}, {"rotate", "", other},
-            {"split", "", other},  {"volume", "", other}, {},
+            {"assign", "", other},
+            {"bound", "", other},
+            {"elements", "", other},
+            {"loads", "", other},
+            {"measure", "", omu_AsMethod<&Measured::Measure>},
+            {"merge", "", other},
+            {"mirror", "", other},
+            {"rotate", "", other},
+            {"split", "", other},
+            {"volume", "", other},
+            {},
         };
         DescribeType("Measured", methods, nullptr);
     }

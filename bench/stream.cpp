@@ -21,9 +21,7 @@
 namespace std
 {
 
-template <class Archive> void serialize(Archive&, monostate&)
-{
-}
+template <class Archive> void serialize(Archive&, monostate&) {}
 
 } // namespace std
 

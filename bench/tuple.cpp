@@ -67,8 +67,8 @@ struct AppendText
 PyObject* TenObjects(long seed)
 {
     return Py_BuildValue("(ldssOOl(ll)[ddd]d)", seed, 0.5 + static_cast<double>(seed), "short",
-                         "a text that is too long to be kept in place", Py_None, Py_True, seed + 1000, seed, seed + 1, 0.1,
-                         0.2, 0.3, 1e-3 * static_cast<double>(seed));
+                         "a text that is too long to be kept in place", Py_None, Py_True, seed + 1000, seed, seed + 1,
+                         0.1, 0.2, 0.3, 1e-3 * static_cast<double>(seed));
 }
 
 void copy_kernel(benchmark::State& state)

@@ -44,10 +44,10 @@ template <class T> std::shared_ptr<const VariantNode> VariantOf(T value)
 inline VariantNode TenVariants(int seed)
 {
     const std::int32_t number = seed;
-    return VariantNode{VariantNode::Items{
-        VariantOf(number), VariantOf(0.5 + seed), VariantOf(std::string("short")),
-        VariantOf(std::string("a text that is too long to be kept in place")), VariantOf(std::monostate()),
-        VariantOf(true), VariantOf(number + 1000),
-        VariantOf(VariantNode::Items{VariantOf(number), VariantOf(number + 1)}),
-        VariantOf(VariantNode::Items{VariantOf(0.1), VariantOf(0.2), VariantOf(0.3)}), VariantOf(1e-3 * seed)}};
+    return VariantNode{VariantNode::Items{VariantOf(number), VariantOf(0.5 + seed), VariantOf(std::string("short")),
+                                          VariantOf(std::string("a text that is too long to be kept in place")),
+                                          VariantOf(std::monostate()), VariantOf(true), VariantOf(number + 1000),
+                                          VariantOf(VariantNode::Items{VariantOf(number), VariantOf(number + 1)}),
+                                          VariantOf(VariantNode::Items{VariantOf(0.1), VariantOf(0.2), VariantOf(0.3)}),
+                                          VariantOf(1e-3 * seed)}};
 }

@@ -3,5 +3,6 @@
 
 PyMODINIT_FUNC PyInit_bench_kernel()
 {
-    return vexomu_NewModule("bench_kernel", "The kernel object that the benchmark calls.", {{"measured", new Measured}});
+    return vexomu_NewModule("bench_kernel", "The kernel object that the benchmark calls.",
+                            {{"measured", new Measured}});
 }

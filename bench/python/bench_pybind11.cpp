@@ -28,9 +28,8 @@ PYBIND11_MODULE(bench_pybind11, module)
 {
     py::class_<Peer> type(module, "Peer");
     type.def(py::init<>());
-    for (const char* name :
-         {"area", "copy", "delete", "describe", "edges", "faces", "hide", "nodes", "rename", "show", "assign", "bound",
-          "elements", "loads", "merge", "mirror", "rotate", "split", "volume"}) {
+    for (const char* name : {"area", "copy", "delete", "describe", "edges", "faces", "hide", "nodes", "rename", "show",
+                             "assign", "bound", "elements", "loads", "merge", "mirror", "rotate", "split", "volume"}) {
         type.def(name, &Peer::Other);
     }
     type.def("measure", &Peer::Measure, py::arg("count"), py::arg("width"), py::arg("name"),

@@ -121,8 +121,7 @@ inline PyObject* MeasureByFastCall(PyObject*, PyObject* const* values, Py_ssize_
         return nullptr;
     }
     const int flag = slots[4] != nullptr ? PyObject_IsTrue(slots[4]) : 0;
-    return flag < 0 ? nullptr
-                    : Answer(count, width, {name, static_cast<std::size_t>(nameLength)}, labels, flag != 0);
+    return flag < 0 ? nullptr : Answer(count, width, {name, static_cast<std::size_t>(nameLength)}, labels, flag != 0);
 }
 
 inline PyObject* Other(PyObject*, PyObject*)
