@@ -94,12 +94,20 @@ protected:
     static void ReadTypeCode(bio_Ifilter& in, omu_Primitive& value, const char* allowedCodes);
 
     /// What a container does before it takes `item`; throws nex_TextException when that is nested too deep.
-    void NoteItem(const omu_Primitive& item);
+    void NoteItem(const omu_Primitive& item)
+    {
+        // Most items are scalars, of which a container has nothing to note.
+        if (item.m_nesting != 0 || !item.m_hasStreamForm || item.IsType('w')) {
+            NoteContainer(item);
+        }
+    }
     /// What a container does before its first byte goes into a stream; throws nex_TextException.
     static void RequireStreamForm(const omu_Primitive& value);
 
 private:
     friend class omu_PrimNone;
+
+    void NoteContainer(const omu_Primitive& item);
 
     char m_typeCode;
     // The byte that none values compare: 0 in them, 1 in every other value, so that nothing else equals none.

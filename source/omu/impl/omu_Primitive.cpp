@@ -67,7 +67,7 @@ void omu_Primitive::ReadTypeCode(bio_Ifilter& in, omu_Primitive& value, const ch
     value.m_typeCode = code;
 }
 
-void omu_Primitive::NoteItem(const omu_Primitive& item)
+void omu_Primitive::NoteContainer(const omu_Primitive& item)
 {
     // The attributes of a wrapper may change at any time, so it keeps no account of its own.
     const bool isWrapper = item.IsType('w');
