@@ -263,6 +263,7 @@ private:
         fresh.m_block = cow_Block::New(capacity, sizeof(T), m_block != nullptr ? m_block->step : 1);
         if (IsUnshared()) {
             cow_Relocate(ItemsOf(m_block), static_cast<std::size_t>(kept), ItemsOf(fresh.m_block));
+            // Items may be left when another holder, on another thread, let go since the caller looked.
             std::destroy(ItemsOf(m_block) + kept, ItemsOf(m_block) + m_block->length);
             m_block->length = 0;
         } else if (kept != 0) {

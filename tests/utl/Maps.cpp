@@ -1,4 +1,5 @@
 #include "Counted.h"
+#include "RecordedAssertions.h"
 #include "cow_Map.h"
 
 #include <gtest/gtest.h>
@@ -115,11 +116,13 @@ cow_Map<cow_String, cow_Map<int, bool>> NestedMaps()
 
 TEST_F(MapsOfCounted, Random_changes_and_copies_agree_with_std_map)
 {
+    RecordedAssertions assertions;
     RunBesideStdMap<int, int>(1, 12);
     RunBesideStdMap<int, int>(2, 1000);
     RunBesideStdMap<int, Big>(3, 200);
     RunBesideStdMap<cow_String, Counted>(4, 800);
     RunBesideStdMap<Counted, cow_String>(5, 300);
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>());
 }
 
 TEST(Maps, Keys_in_any_order_come_out_in_order)
@@ -156,6 +159,13 @@ TEST_F(MapsOfCounted, A_failing_copy_changes_nothing_and_loses_nothing)
         ExpectAllOrNothing(start, [&](Map& map) { map.Get(4); });
         ExpectAllOrNothing(start, [&](Map& map) { map.Remove(2); });
     }
+
+    cow_Map<Counted, int> keys; // the last chunk holds one entry, and goes with it
+    for (int i = 0; i < 65; ++i) {
+        keys.Insert(i, i);
+    }
+    const Counted last = 64;
+    ExpectAllOrNothing(keys, [&](cow_Map<Counted, int>& map) { map.Remove(last); });
 }
 
 TEST_F(MapsOfCounted, Reading_never_clones_and_a_write_clones_one_chunk_at_most)

@@ -186,6 +186,8 @@ TEST(Texts, Positions_outside_report_and_change_nothing)
         EXPECT_EQ(assertions.Take(), std::vector<std::string>(2, "index >= 0 && index < Length()"));
     }
     EXPECT_EQ(text, "abc");
+    EXPECT_EQ(text.Find("b", -3), 1);
+    EXPECT_EQ(text.Find("b", 4), -1);
     EXPECT_THROW(text.Reserve(cow_String::MAX_LENGTH + 1), std::length_error);
     EXPECT_EQ(cow_String(static_cast<const char*>(nullptr)), "");
 }
