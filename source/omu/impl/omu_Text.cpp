@@ -22,8 +22,9 @@ std::ptrdiff_t DigitsOf(std::string_view text)
     return static_cast<std::ptrdiff_t>(text.size() - first - (text.find('.') > first ? 1 : 0));
 }
 
-/// Writes what "%.15g" does at `text`; the result is its end. The shortest digits that read back equal are much cheaper
-/// to find than fifteen. Where there are no more than fifteen they are the same, since a double holds any fifteen.
+/// Writes what "%.15g" does at `text`; the result is its end. The shortest digits that read back equal are tried first:
+/// where there are no more than fifteen they are the same, since a double holds any fifteen. That is cheaper for the
+/// short numbers that scripts mostly show, and dearer for those that need all their digits.
 char* WriteFifteenDigits(char* text, char* limit, double value)
 {
     const double size = std::fabs(value);
