@@ -107,8 +107,9 @@ template <class Container, class Change> void ExpectAllOrNothing(const Container
                 change(target);
                 EXPECT_GE(Counted::copiesLeft, 0) << "copy " << failing << " failed unnoticed";
             } catch (const Counted::CopyFailed&) {
+                Counted::copiesLeft = Counted::NEVER;
                 failed = true;
-                EXPECT_TRUE(target == before) << "copy " << failing;
+                EXPECT_TRUE(Unshared(target) == before) << "copy " << failing;
             }
             Counted::copiesLeft = Counted::NEVER;
         }
