@@ -6,6 +6,7 @@
 #include "omu_Arguments.h"
 #include "omu_BackwardCompat.h"
 #include "omu_LifeToken_detail.h"
+#include "omu_MethodCall.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimVisitor.h"
 #include "omu_TypeLevels_detail.h"
@@ -212,8 +213,7 @@ cow_String omu_InterfaceObj::JournalVariable() const
 cow_String omu_InterfaceObj::CommandPath(const cow_String& objectPath, const cow_String& methodName,
                                          omu_Arguments& arguments) const
 {
-    const cow_String call = methodName + arguments.AsString(0);
-    return objectPath.IsEmpty() ? call : objectPath + "." + call;
+    return omu_MethodCall(objectPath, methodName, arguments).CommandText();
 }
 
 omu_Primitive* omu_InterfaceObj::Coerce(omu_Arguments&)
