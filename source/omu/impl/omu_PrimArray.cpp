@@ -4,7 +4,6 @@
 #include "cow_CloneCount.h"
 #include "cow_Stream.h"
 #include "nex_TextException.h"
-#include "omu_PrimTuple_detail.h"
 #include "omu_PrimVisitor.h"
 #include "omu_TypeIds.h"
 #include "pnt_debugPrint.h"
@@ -12,6 +11,8 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
+#include <utility>
 
 using Kind = omu_PrimNumber::DataTypeEnm;
 
@@ -157,21 +158,25 @@ unsigned char* CopyElements(const omu_PrimArray& array, Kind type, unsigned char
     return to;
 }
 
+/// Writes where two arrays differ; the answer of the comparison.
+bool DiffersAt(int index)
+{
+    pnt_debugPrint() << "PrimArray. different Index(" << index << ")\n";
+    return false;
+}
+
 /// Compares two arrays of equal dimensions and type.
 template <class T>
 bool EqualElements(const omu_PrimArray& a, const unsigned char* dataA, const omu_PrimArray& b,
                    const unsigned char* dataB, int level)
 {
     if (level == a.ConstGetNumDimensions()) {
-        return Load<T>(dataA) == Load<T>(dataB);
+        return Load<T>(dataA) == Load<T>(dataB) || (level == 0 && DiffersAt(0));
     }
     for (int i = 0; i < a.ConstGetDimension(level); ++i) {
         if (!EqualElements<T>(a, dataA + std::ptrdiff_t{a.ConstGetStride(level)} * i, b,
                               dataB + std::ptrdiff_t{b.ConstGetStride(level)} * i, level + 1)) {
-            if (level == 0) {
-                pnt_debugPrint() << "PrimArray. different Index(" << i << ")\n";
-            }
-            return false;
+            return level == 0 && DiffersAt(i);
         }
     }
     return true;
@@ -481,8 +486,11 @@ void omu_PrimArray::RequireDimension() const
 
 std::unique_ptr<omu_PrimArray> omu_PrimArray::NewWithLength(std::int64_t length, Kind type) const
 {
+    if (length > std::numeric_limits<int>::max()) {
+        RequireBytes(TOO_MANY_BYTES);
+    }
     cow_1DArray<int> dimensions = m_dimensions;
-    dimensions.Set(0, omu_SequenceSize(length));
+    dimensions.Set(0, static_cast<int>(length));
     return std::make_unique<omu_PrimArray>(dimensions.Length(), dimensions.data(), type, nullptr);
 }
 
