@@ -62,7 +62,8 @@ public:
     cow_List<omu_PrimHolder> Values() const;
     /// Keys and values for iteration, in the order of the keys; no value is null.
     const Entries& GetEntries() const noexcept { return m_entries; }
-    /// A dictionary that shares no value with this one, at any level.
+    /// A dictionary with a copy of each value; as in any copy of a container, the items in them are shared until one
+    /// side writes.
     omu_PrimDictionary DeepCopy() const;
 
     // Each Put replaces what is under `key`.
@@ -98,7 +99,7 @@ public:
     int Get(omu_PrimType& target, const K& key) const;
     int Get(omu_PrimDictionary<cow_String>& target, const K& key) const;
     int Get(omu_PrimDictionary<int>& target, const K& key) const;
-    /// Borrowed: the kernel object itself where the value is a reference to one.
+    /// Borrowed: the kernel object itself where the value is a reference to one; 0 when that is gone.
     int Get(const omu_InterfaceObj*& target, const K& key) const;
     int Get(cow_List<int>& target, const K& key) const;
     int Get(cow_List<float>& target, const K& key) const;

@@ -90,6 +90,10 @@ TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
     const omu_InterfaceObj* object = nullptr;
     values.Get(object, "o");
     EXPECT_EQ(object, &part) << "a reference stands for what it refers to";
+    auto gone = std::make_unique<Part>();
+    values.Put(omu_ObjectRef(*gone), "gone");
+    gone.reset();
+    EXPECT_EQ(values.Get(object, "gone"), 0);
     omu_PrimTuple tuple;
     values.Get(tuple, "b");
     EXPECT_EQ(Text(tuple), "((1.5,),)");

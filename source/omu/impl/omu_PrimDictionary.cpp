@@ -1,6 +1,7 @@
 #include "omu_PrimDictionary.h"
 
 #include "VEXCRT.h"
+#include "omu_AccessErrorException.h"
 #include "omu_Convert_detail.h"
 #include "omu_PrimVisitor.h"
 #include "omu_Text_detail.h"
@@ -180,7 +181,11 @@ template <class K> void omu_PrimDictionary<K>::Put(const cow_List<cow_String>& v
 template <class K> template <class T> int omu_PrimDictionary<K>::Convert(T& target, const K& key) const
 {
     const omu_Primitive* const value = Find(key);
-    return value != nullptr && omu_ConvertKeyword(*value, target) ? 1 : 0;
+    try {
+        return value != nullptr && omu_ConvertKeyword(*value, target) ? 1 : 0;
+    } catch (const omu_AccessErrorException&) {
+        return 0; // a reference to a kernel object that is gone: no Get throws
+    }
 }
 
 // The Gets differ in their target alone.
