@@ -110,7 +110,7 @@ template <class T, int Inst> omu_Primitive* omu_PrimEnum<T, Inst>::Copy() const
 
 template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetValue(const char* text)
 {
-    return SetName(text);
+    return text != nullptr && SetName(text);
 }
 
 template <class T, int Inst> bool omu_PrimEnum<T, Inst>::SetName(std::string_view name)

@@ -97,8 +97,8 @@ TEST(Constant, Names_of_the_booleans_are_exact)
     EXPECT_TRUE(truth.GetValue());
     EXPECT_TRUE(power.SetValue(false));
     EXPECT_EQ(power.AsString(0), "OFF");
-    for (const char* wrong : {"", "true", "ON", "TRUE ", "TRU"}) {
-        EXPECT_FALSE(truth.SetValue(wrong)) << wrong;
+    for (const char* wrong : {"", "true", "ON", "TRUE ", "TRU", static_cast<const char*>(nullptr)}) {
+        EXPECT_FALSE(truth.SetValue(wrong)) << (wrong != nullptr ? wrong : "null");
     }
     EXPECT_EQ(truth.GetString(), "TRUE");
     EXPECT_FALSE(power.SetValue("on"));

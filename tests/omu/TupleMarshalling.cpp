@@ -225,6 +225,7 @@ TEST(TupleMarshalling, Constants_take_names_and_boolean_ones_0_and_1)
     EXPECT_EQ(state.GetString(), "OFF");
     EXPECT_EQ(CallF(Tuple({2}), state), "f[0]; found number, expecting ON or OFF");
     EXPECT_EQ(CallF(Tuple({omu_PrimBool<1>(true)}), state), "f[0]; found TRUE, expecting ON or OFF");
+    EXPECT_NE(CallF(Tuple({omu_PrimEnumBase(cow_String("ON\0", 3))}), state), "");
     EXPECT_EQ(state.GetString(), "OFF");
     omu_PrimEnumBase any;
     EXPECT_NE(CallF(Tuple({1}), any), "") << "only boolean constants take numbers";

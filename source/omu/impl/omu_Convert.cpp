@@ -104,7 +104,9 @@ bool omu_Convert(const omu_Primitive& item, utl_FilePath& target)
 bool omu_Convert(const omu_Primitive& item, omu_PrimEnumBase& target)
 {
     if (item.IsType('c')) {
-        return target.SetValue(static_cast<const omu_PrimEnumBase&>(item).GetString().AsCharPtr());
+        const cow_String& name = static_cast<const omu_PrimEnumBase&>(item).GetString();
+        // A zero byte would end the name too early.
+        return !name.Contains(std::string_view("\0", 1)) && target.SetValue(name.AsCharPtr());
     }
     bool value = false;
     return ConvertZeroOrOne(item, value) && (SetBool<1>(target, value) || SetBool<2>(target, value));
