@@ -107,6 +107,7 @@ public:
 
     /// The exposed type name.
     cow_String TypeString() const override;
+    /// "<Part object>"; at and below the maximum recursion of the text settings what these let stand for it.
     cow_String AsString(int depth) const override;
     /// Always true, whatever the other value: promised, and it must stay.
     bool operator==(const omu_Primitive& other) const override;
@@ -129,6 +130,8 @@ public:
     virtual cow_List<cow_String> MethodList() const;
     /// The text that the script shell shows.
     virtual cow_String Repr() const;
+    /// The members and their values, Part(name='wing', size=30), within the limits of the text settings. Calls the
+    /// getters, and throws what they throw.
     virtual cow_String FullRepr() const;
     /// The name under which a journal holds the object in a variable; empty: by its path.
     virtual cow_String JournalVariable() const;
@@ -162,6 +165,7 @@ public:
     omu_OperationRules OperationRules() const noexcept { return m_operationRules; }
     omu_PythonType PythonType() const noexcept { return m_pythonType; }
 
+    /// Keeps calls of the method, or assignments to the member, out of the journal.
     void DoNotJournal(const cow_String& name);
     bool ShouldJournal(const cow_String& name) const;
 

@@ -1,10 +1,13 @@
 #include "omu_InterfaceObj.h"
 
 #include "RecordedAssertions.h"
+#include "VirtualSlots.h"
 #include "omu_AccessErrorException.h"
 #include "omu_Arguments.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimNumber.h"
+#include "omu_PrimString.h"
+#include "omu_TextRepr.h"
 #include "omu_TypeRegistryCache.h"
 
 #include <gtest/gtest.h>
@@ -109,6 +112,20 @@ int Call(omu_InterfaceObj& object, const char* name, bool* wasDeprecated = nullp
 
 } // namespace
 
+TEST(InterfaceObj, The_virtual_operations_stand_in_their_promised_order)
+{
+    using I = omu_InterfaceObj;
+    ExpectSlots(
+        1,
+        {SlotOf(&I::TypeString),    SlotOf(&I::AsString),     SlotOf(&I::operator==),     SlotOf(&I::Accept),
+         SlotOf(&I::Copy),          SlotOf(&I::DynTypeId),    SlotOf(&I::IsMethod),       SlotOf(&I::CallMethod),
+         SlotOf(&I::GetMember),     SlotOf(&I::SetMember),    SlotOf(&I::DeleteMember),   SlotOf(&I::MemberList),
+         SlotOf(&I::MethodList),    SlotOf(&I::Repr),         SlotOf(&I::FullRepr),       SlotOf(&I::JournalVariable),
+         SlotOf(&I::CommandPath),   SlotOf(&I::Coerce),       SlotOf(&I::Cast),           SlotOf(&I::Absolute),
+         SlotOf(&I::AddOperation),  SlotOf(&I::SubOperation), SlotOf(&I::MulOperation),   SlotOf(&I::DivOperation),
+         SlotOf(&I::UnaryNegative), SlotOf(&I::NonZero),      SlotOf(&I::ConstGetWrapper)});
+}
+
 TEST(InterfaceObj, The_most_derived_level_that_has_a_name_wins)
 {
     Derived object;
@@ -188,6 +205,51 @@ TEST(InterfaceObj, Operations_not_offered_throw_their_promised_texts)
     EXPECT_EQ(text([&] { object.DivOperation(&object); }), "Error: Illegal operation for type");
     EXPECT_EQ(object.Cast(arguments), nullptr);
     EXPECT_TRUE(object == omu_PrimNumber(1)) << "promised to equal everything";
+}
+
+TEST(InterfaceObj, The_text_settings_limit_how_it_is_shown)
+{
+    /// Refers to itself.
+    class Loop final : public omu_InterfaceObj
+    {
+    public:
+        Loop()
+        {
+            static constexpr memberTable members[] = {
+                {"name", "", omu_AsGetter<&Loop::GetName>, nullptr},
+                {"self", "", omu_AsGetter<&Loop::GetSelf>, nullptr},
+                {"none", "", omu_AsGetter<&Loop::GetNone>, nullptr},
+                {},
+            };
+            DescribeType("Loop", nullptr, members);
+        }
+        omu_Primitive* Copy() const override { return nullptr; }
+
+    private:
+        omu_Primitive* GetName() { return new omu_PrimString("a'b"); }
+        omu_Primitive* GetSelf() { return new omu_ObjectRef(*this); }
+        omu_Primitive* GetNone() { return nullptr; }
+    };
+
+    omi_SingletonBase<omu_TextRepr>::Finalize();
+    auto& settings = omi_Singleton<omu_TextRepr>::Instance();
+    const Loop loop;
+    EXPECT_EQ(loop.AsString(0), "<Loop object>");
+    EXPECT_EQ(loop.AsString(1), "'Loop object'");
+    EXPECT_EQ(loop.FullRepr(), "Loop(name='a\\'b', self='Loop object', none=None)");
+    settings.SetMaxRecursion(2);
+    settings.SetMaxElementsInSequence(2);
+    EXPECT_EQ(loop.FullRepr(), "Loop(name='a\\'b', self=Loop(name='a\\'b', self='Loop object', ...), ...)");
+    settings.SetMaxElementsInSequence(-1);
+    EXPECT_EQ(loop.FullRepr(), "Loop(...)");
+    settings.SetMaxElementsInSequence(3);
+    settings.SetMaxRecursion(2147483647);
+    EXPECT_LT(loop.FullRepr().Length(), 10000);
+    settings.SetMaxReprStringSizeMB(0);
+    EXPECT_EQ(loop.FullRepr(), "Loop(...)");
+    settings.SetMaxRecursion(-1);
+    EXPECT_EQ(loop.FullRepr(), "'Loop object'");
+    omi_SingletonBase<omu_TextRepr>::Finalize();
 }
 
 TEST(ObjectRef, Notices_the_end_of_its_object_and_says_which_it_was)

@@ -2,6 +2,7 @@
 
 #include "omi_complex.h"
 #include "omu_Arguments.h"
+#include "omu_InterfaceObj.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimComplex.h"
 #include "omu_PrimList.h"
@@ -179,6 +180,9 @@ void AppendValue(cow_String& text, const omu_Primitive* value)
         break;
     case 'x':
         AppendComplex(text, static_cast<const omu_PrimComplex&>(*value).GetValue());
+        break;
+    case '<':
+        text += static_cast<const omu_InterfaceObj&>(*value).Repr();
         break;
     default:
         text += value->AsString(0);

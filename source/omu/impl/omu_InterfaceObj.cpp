@@ -9,8 +9,12 @@
 #include "omu_MethodCall.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimVisitor.h"
+#include "omu_TextLimits_detail.h"
 #include "omu_TypeLevels_detail.h"
 #include "omu_TypeRegistryCache.h"
+
+#include <memory>
+#include <string>
 
 namespace
 {
@@ -72,6 +76,32 @@ template <class Entry> cow_List<cow_String> NamesOf(const omu_NameIndex<Entry>& 
     return names;
 }
 
+/// Part(name='wing', section='Section object')
+void AppendMembers(std::string& text, const omu_InterfaceObj& object, int depth)
+{
+    if (omu_IsCutOff(depth)) {
+        text += omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursionString(&object);
+        return;
+    }
+    const cow_List<cow_String> names = object.MemberList();
+    text += object.ExposedTypeName();
+    text += '(';
+    omu_AppendElements(text, names.Length(), [&](int i) {
+        text += names[i];
+        text += '=';
+        bool deprecated = false;
+        // Getters may work on their object: this is what a script's reading of the member does.
+        const std::unique_ptr<omu_Primitive> value(
+            const_cast<omu_InterfaceObj&>(object).GetMember(names[i].AsCharPtr(), deprecated));
+        if (value != nullptr && value->IsType('<')) {
+            AppendMembers(text, static_cast<const omu_InterfaceObj&>(*value), depth + 1);
+        } else {
+            omu_AppendElement(text, value.get(), depth + 1);
+        }
+    });
+    text += ')';
+}
+
 [[noreturn]] void ThrowText(const char* text, int line)
 {
     nex_TextException(text).Throw(SOURCE, line);
@@ -111,9 +141,10 @@ cow_String omu_InterfaceObj::TypeString() const
     return ExposedTypeName();
 }
 
-cow_String omu_InterfaceObj::AsString(int) const
+cow_String omu_InterfaceObj::AsString(int depth) const
 {
-    return "<" + ExposedTypeName() + " object>";
+    return omu_IsCutOff(depth) ? omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursionString(this)
+                               : "<" + ExposedTypeName() + " object>";
 }
 
 bool omu_InterfaceObj::operator==(const omu_Primitive&) const
@@ -202,7 +233,9 @@ cow_String omu_InterfaceObj::Repr() const
 
 cow_String omu_InterfaceObj::FullRepr() const
 {
-    return Repr();
+    std::string text;
+    AppendMembers(text, *this, 0);
+    return std::string_view(text);
 }
 
 cow_String omu_InterfaceObj::JournalVariable() const
