@@ -1,0 +1,130 @@
+#pragma once
+
+#include "VEXCRT.h"
+#include "omu_KeyRanks.h"
+#include "omu_Word.h"
+
+#include <algorithm>
+#include <cstdint>
+
+/// The entries of an omu_Table and their search: the part of it that is inlined into its callers.
+template <omu_Word T> class omu_SortedEntries
+{
+public:
+    struct Entry
+    {
+        unsigned int index_; // the key
+        T value;
+    };
+
+    omu_SortedEntries(const omu_SortedEntries&) = delete;
+    omu_SortedEntries& operator=(const omu_SortedEntries&) = delete;
+
+    unsigned int Length() const noexcept { return m_length; }
+    unsigned int Capacity() const noexcept { return m_capacity; }
+    double GrowthFactor() const noexcept { return m_growthFactor; }
+
+    /// True when `key` is there; sets `pos` to its position, or else to the one at which it would be inserted. Key 0 is
+    /// an assertion; it is never there.
+    bool FindEntry(unsigned int key, unsigned int* pos) const;
+
+    bool Get(unsigned int key, T* value) const
+    {
+        unsigned int pos;
+        const bool found = FindEntry(key, &pos);
+        if (found) {
+            *value = m_entries[pos].value;
+        }
+        return found;
+    }
+    bool Exists(unsigned int key) const
+    {
+        unsigned int pos;
+        return FindEntry(key, &pos);
+    }
+    /// Sets key and value of the entry at `pos`; false, and nothing set, when there is none.
+    bool GetEntry(unsigned int pos, unsigned int& key, T& value) const noexcept
+    {
+        if (pos >= m_length) {
+            return false;
+        }
+        key = m_entries[pos].index_;
+        value = m_entries[pos].value;
+        return true;
+    }
+
+protected:
+    static constexpr unsigned int DEFAULT_SIZE = 16;
+    static constexpr double DEFAULT_GROWTH = 2.0;
+
+    omu_SortedEntries(unsigned int size, double growth) noexcept : m_initialSize(size), m_growthFactor(growth) {}
+    ~omu_SortedEntries() = default;
+
+    /// FindEntry for first key <= key <= last key when the ranks are off.
+    bool FindSparse(unsigned int key, unsigned int* pos) const;
+
+    unsigned int m_initialSize;
+    double m_growthFactor;
+    unsigned int m_capacity = 0;
+    unsigned int m_length = 0;
+    // Invariant: sorted by strictly ascending key; one entry more than the capacity is allocated, so that
+    // m_entries[m_length] can always be written to.
+    Entry* m_entries = nullptr;
+    omu_KeyRanks m_ranks; // of the entries' keys, or off
+};
+
+template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, unsigned int* pos) const
+{
+    if (key == 0) {
+        VEXCRT::_assert("Invalid key (0) for table", "source/include/omu_Table", __LINE__);
+    }
+    if (m_length == 0 || key < m_entries[0].index_) {
+        *pos = 0;
+        return false;
+    }
+    const unsigned int first = m_entries[0].index_;
+    const unsigned int last = m_entries[m_length - 1].index_;
+    if (key > last) {
+        *pos = m_length;
+        return false;
+    }
+    const unsigned int guess = key - first;
+    if (last - first == m_length - 1 && m_entries[guess].index_ == key) {
+        *pos = guess;
+        return true;
+    }
+    return m_ranks.IsOn() ? m_ranks.Find(key, pos) : FindSparse(key, pos);
+}
+
+template <omu_Word T> bool omu_SortedEntries<T>::FindSparse(unsigned int key, unsigned int* pos) const
+{
+    // Keys spread evenly are met within a few interpolated probes; whatever they are, halving follows soon.
+    constexpr int MAX_PROBES = 4;
+    unsigned int low = 0;
+    unsigned int high = m_length - 1;
+    for (int probe = 0; probe < MAX_PROBES; ++probe) {
+        const unsigned int lowKey = m_entries[low].index_;
+        const unsigned int highKey = m_entries[high].index_;
+        if (key <= lowKey || key >= highKey) {
+            break;
+        }
+        const unsigned int middle =
+            low + static_cast<unsigned int>(std::uint64_t{key - lowKey} * (high - low) / (highKey - lowKey));
+        (m_entries[middle].index_ < key ? low : high) = middle;
+    }
+    const Entry* const found =
+        std::lower_bound(m_entries + low, m_entries + high, key,
+                         [](const Entry& entry, unsigned int wanted) { return entry.index_ < wanted; });
+    *pos = static_cast<unsigned int>(found - m_entries);
+    if (found->index_ == key) {
+        return true;
+    }
+    const unsigned int guess = std::min(key - m_entries[0].index_, m_length - 1);
+    if (m_entries[guess].index_ < key) { // promised, but never so while the keys ascend
+        if (guess != m_length - 1) {
+            VEXCRT::_assert("guess == length-1", "source/include/omu_Table", __LINE__);
+        }
+        *pos = m_length - 1;
+    }
+    return false;
+}
