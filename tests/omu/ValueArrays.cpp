@@ -1,0 +1,224 @@
+#include "RecordedAssertions.h"
+#include "omu_ArrayReal64.h"
+#include "omu_ListArrayInt.h"
+#include "omu_VaryMatrixUint32.h"
+#include "pnt_debugPrint.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <set>
+#include <sstream>
+#include <vector>
+
+namespace
+{
+using IdRun = omu_IntAndArrayInt;
+using Texts = std::vector<std::string>;
+
+omu_ListArrayInt List(std::initializer_list<IdRun> runs)
+{
+    return omu_ListArrayInt(omu_ListArrayInt::Runs(runs));
+}
+
+/// What `write` writes to the debugging text.
+template <class Write> std::string DebugText(Write write)
+{
+    std::ostringstream text;
+    pnt_debugPrint().SetStream(&text);
+    pnt_debugPrint().StartDebug();
+    write();
+    pnt_debugPrint().EndDebug();
+    pnt_debugPrint().SetStream(nullptr);
+    return text.str();
+}
+} // namespace
+
+TEST(ListOfRuns, Runs_merge_only_one_at_a_time)
+{
+    omu_ListArrayInt list;
+    for (const IdRun& run : {IdRun(7, {1, 2}), IdRun(7, {3}), IdRun(9, {4})}) {
+        list.AppendOrMerge(run);
+    }
+    EXPECT_EQ(list, List({{7, {1, 2, 3}}, {9, {4}}}));
+    omu_ListArrayInt more = list;
+    more.AppendOrMerge(List({{9, {5}}}));
+    EXPECT_EQ(more, List({{7, {1, 2, 3}}, {9, {4, 5}}}));
+    more.AppendOrMerge(List({{9, {6}}, {9, {7}}}));
+    more.AppendOrMerge(omu_ListArrayInt());
+    EXPECT_EQ(more, List({{7, {1, 2, 3}}, {9, {4, 5}}, {9, {6}}, {9, {7}}}));
+    list.AppendOrMerge(list);
+    EXPECT_EQ(list, List({{7, {1, 2, 3}}, {9, {4}}, {7, {1, 2, 3}}, {9, {4}}}));
+
+    omu_ListArrayInt self = List({{7, {1, 2}}});
+    self.AppendOrMerge(self);
+    self.AppendOrMerge(self.ConstRuns()[0]);
+    EXPECT_EQ(self, List({{7, {1, 2, 1, 2, 1, 2, 1, 2}}}));
+    EXPECT_EQ(DebugText([&] { List({{7, {1, 2}}, {-9, {}}}).Print(); }), "InstId = 7\nIds = 1 2\nInstId = -9\nIds =\n");
+}
+
+TEST(ListOfRuns, Slices_and_positions_agree_with_the_flat_list)
+{
+    const omu_ListArrayInt list = List({{7, {1, 2, 3}}, {9, {4}}, {8, {}}, {7, {5, 6}}});
+    EXPECT_EQ(list.Slice(1, 3), List({{7, {2, 3}}}));
+    EXPECT_EQ(list.Slice(0, 100), List({{7, {1, 2, 3}}, {9, {4}}, {7, {5, 6}}}));
+    EXPECT_TRUE(list.Slice(0, 100).ConstRuns()[0].ConstIds().SharesWith(list.ConstRuns()[0].ConstIds()));
+    EXPECT_EQ(list.Length(), 6);
+    for (int from = -2; from < 9; ++from) {
+        for (int to = -2; to < 9; ++to) {
+            const omu_ListArrayInt slice = list.Slice(from, to);
+            std::vector<int> ids;
+            int id, instance = 0, offset, run;
+            for (int i = 0; i < slice.Length(); ++i) {
+                slice.Index(i, id, instance, offset, run);
+                EXPECT_EQ(instance, id == 4 ? 9 : 7);
+                EXPECT_EQ(slice.ConstRuns()[run].ConstIds()[offset], id);
+                ids.push_back(id);
+            }
+            std::vector<int> expected;
+            for (int i = std::max(from, 0); i < std::min(to, 6); ++i) {
+                expected.push_back(i + 1);
+            }
+            EXPECT_EQ(ids, expected) << from << ' ' << to;
+        }
+    }
+    int untouched = 5;
+    list.Index(6, untouched, untouched, untouched, untouched);
+    list.Index(-1, untouched, untouched, untouched, untouched);
+    EXPECT_EQ(untouched, 5);
+}
+
+TEST(ListOfRuns, Compressed_runs_agree_with_sets)
+{
+    EXPECT_EQ(List({{9, {5, 2}}, {7, {1}}, {9, {2, 3}}}).Compress(), List({{9, {2, 3, 5}}, {7, {1}}}));
+    EXPECT_EQ(List({{1, {}}}).Compress(), List({{1, {}}}));
+    for (const int range : {20, 100000, 2147483647}) {
+        std::mt19937 random(6);
+        omu_ListArrayInt list;
+        std::map<int, std::set<int>> model;
+        cow_List<int> order;
+        for (int i = 0; i < 3000; ++i) {
+            const int instance = static_cast<int>(random() % 5) - 2;
+            const int id = static_cast<int>(random() % static_cast<unsigned int>(range)) * (i % 2 == 0 ? 1 : -1);
+            list.AppendOrMerge(IdRun(instance, {id}));
+            if (model[instance].empty()) {
+                order.Append(instance);
+            }
+            model[instance].insert(id);
+        }
+        cow_List<int> keys{99};
+        list.GetKeys(keys);
+        EXPECT_EQ(keys, order);
+        const omu_ListArrayInt compressed = list.Compress();
+        ASSERT_EQ(compressed.ConstRuns().Length(), order.Length());
+        for (const IdRun& run : compressed.ConstRuns()) {
+            const std::set<int>& ids = model[run.InstanceId()];
+            EXPECT_EQ(run.ConstIds(), IdRun::Ids(ids.begin(), ids.end())) << range;
+        }
+    }
+}
+
+TEST(RaggedMatrix, Random_operations_agree_with_vectors)
+{
+    RecordedAssertions assertions;
+    std::mt19937 random(7);
+    omu_VaryMatrixUint32 matrix(2, 1, 1.5, 2);
+    std::vector<std::vector<unsigned int>> model;
+    for (unsigned int step = 0; step < 5000; ++step) {
+        const auto row = static_cast<unsigned int>(random() % (model.size() + 1));
+        const bool isRow = row < model.size();
+        const std::size_t length = isRow ? model[row].size() : 0;
+        const auto col = static_cast<unsigned int>(random() % (length + 2));
+        switch (random() % 12) {
+        case 0:
+            ASSERT_TRUE(matrix.InsertRow(row));
+            model.insert(model.begin() + row, {{}});
+            model[row].clear();
+            break;
+        case 1:
+            ASSERT_EQ(matrix.RemoveRow(row), isRow);
+            model.erase(model.begin() + row, model.begin() + row + isRow);
+            break;
+        case 2:
+        case 3:
+            ASSERT_EQ(matrix.Remove(row, col), col < length);
+            if (col < length) {
+                model[row].erase(model[row].begin() + col);
+            }
+            break;
+        case 4:
+            ASSERT_EQ(matrix.Set(row, col, step), col < length);
+            if (col < length) {
+                model[row][col] = step;
+            }
+            break;
+        case 5:
+            ASSERT_EQ(matrix.Add(row, step), isRow);
+            if (isRow) {
+                model[row].push_back(step);
+            }
+            break;
+        default:
+            ASSERT_EQ(matrix.Insert(row, col, step), isRow && col <= length);
+            if (isRow && col <= length) {
+                model[row].insert(model[row].begin() + col, step);
+            }
+        }
+        ASSERT_EQ(matrix.NumRows(), model.size());
+        for (unsigned int i = 0; i <= model.size(); ++i) {
+            const unsigned int columns = i < model.size() ? static_cast<unsigned int>(model[i].size()) : 0;
+            ASSERT_EQ(matrix.RowLength(i), columns);
+            for (unsigned int j = 0; j <= columns; ++j) {
+                ASSERT_EQ(matrix.Get(i, j), j < columns ? model[i][j] : 0);
+            }
+        }
+    }
+    EXPECT_EQ(assertions.Take(), Texts{});
+    EXPECT_EQ(matrix[matrix.NumRows()], nullptr);
+    EXPECT_EQ(assertions.Take(), Texts{"i < length_"});
+
+    omu_VaryMatrixUint32 small;
+    small.AddRow();
+    small.AddRow();
+    small.Add(0, 3);
+    small.Add(0, 4);
+    EXPECT_EQ(DebugText([&] { small.Debug(); }),
+              "Start of Matrix\nNo. of rows = 2\nRow 0: 3 4\nRow 1:\nEnd of Matrix\n");
+    EXPECT_FALSE(omu_VaryMatrixUint32(0, 4, 2, 2).AddRow());
+}
+
+TEST(RealArray, States_and_ownership_are_as_promised)
+{
+    RecordedAssertions assertions;
+    double values[] = {1.5, 2.5};
+    const std::unique_ptr<omu_ArrayReal64> wrap(omu_ArrayReal64::NewWrap(2, values));
+    const omu_ArrayReal64 own(2, values);
+    const std::unique_ptr<omu_ArrayReal64> copy(wrap->Copy());
+    (*wrap)[1] = 9;
+    EXPECT_EQ(values[1], 9);
+    EXPECT_EQ(own[1], 2.5);
+    EXPECT_EQ((*copy)[1], 2.5);
+    const std::unique_ptr<double[]> data(wrap->GetData());
+    EXPECT_EQ(data[1], 9);
+
+    omu_ArrayReal64 empty(0);
+    EXPECT_EQ(empty.Length(), 0U);
+    EXPECT_EQ(empty.GetData(), nullptr);
+    EXPECT_EQ(assertions.Take(), Texts{});
+
+    omu_ArrayReal64 fresh;
+    const std::unique_ptr<omu_ArrayReal64> freshCopy(fresh.Copy());
+    EXPECT_EQ(fresh.Length(), 0U);
+    EXPECT_EQ(freshCopy->GetData(), nullptr);
+    EXPECT_EQ(assertions.Take(), (Texts{"initialized", "initialized"}));
+    fresh.Initialize(3);
+    fresh.Initialize(4);
+    EXPECT_EQ(fresh.Length(), 3U);
+    EXPECT_EQ(fresh[2], 0);
+    EXPECT_EQ(omu_ArrayReal64(0, nullptr).Length(), 0U);
+    EXPECT_EQ(omu_ArrayReal64(4, nullptr).Length(), 0U);
+    const std::unique_ptr<omu_ArrayReal64> none(omu_ArrayReal64::NewWrap(0, values));
+    EXPECT_EQ(assertions.Take(), (Texts{"! initialized", "len != 0", "dat != 0", "dat != 0", "len != 0"}));
+}
