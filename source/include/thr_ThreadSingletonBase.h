@@ -88,8 +88,9 @@ template <class T> thr_ThreadSingletonBase<T>::~thr_ThreadSingletonBase()
 
 template <class T> T* thr_ThreadSingletonBase<T>::Instance()
 {
-    // A thread that has an instance keeps the index reserved; one that has none finds null at any index.
-    return refCount.load(std::memory_order_relaxed) < 1
+    // A thread that has an instance keeps the index reserved; one that has none finds null at the index that belongs to
+    // the count. An older index, which acquire rules out, may meanwhile be that of another class.
+    return refCount.load(std::memory_order_acquire) < 1
                ? nullptr
                : static_cast<T*>(static_cast<thr_ThreadSingletonBase*>(
                      VEXCRT::TlsGetValue(instanceTlsIndex.load(std::memory_order_relaxed))));
