@@ -13,8 +13,7 @@
 /// E befriends this class and gives it
 ///     static constexpr const char* DUMP_NAME     the word that its dump opens with
 ///     static constexpr auto Fields()             a std::tuple of pointers to its members, in stream order
-///     static bool IsValid(Kind)                  for members of an enumeration type (32 bits): what a stream
-///     may hold
+///     static bool IsValid(Kind)                  for members of an enumeration type (32 bits): what a stream may hold
 ///
 /// Errors:     ReadData throws nex_TextException for an enumerator that is not valid.
 /// Example:    omu_KeywordErrorException.h.

@@ -20,8 +20,7 @@ struct uti_LabelEntry
 /// Ownership:  refers to a static array of entries.
 /// Threads:    any; translations are those of the calling thread's uti_ResourceManager.
 /// Complexity: O(entries); catalogues are short and are looked at when an error is reported.
-/// Errors:     an absent key is answered with null or the empty text; an absent text is an assertion and
-/// NO_KEY.
+/// Errors:     an absent key is answered with null or the empty text; an absent text is an assertion and NO_KEY.
 class VEXOMU_API uti_LabelTable
 {
 public:

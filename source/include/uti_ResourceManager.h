@@ -15,10 +15,10 @@ extern template class VEXOMU_API thr_ThreadSingleton<uti_ResourceManager>;
 /// Decides which text a user sees where the program has a label and a default text: the place where
 /// translations come in. Without a lookup of its own the default text is shown.
 ///
-/// Ownership:  one instance for each thread, made on first use and destroyed when the thread ends; owns its
-/// lookup. Threads:    every thread has its own lookup; install it on each thread that shows texts. Errors:
-/// Text throws what the lookup throws. Example:
-/// thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(catalogue);
+/// Ownership:  one instance for each thread, made on first use and destroyed when the thread ends; owns its lookup.
+/// Threads:    every thread has its own lookup; install it on each thread that shows texts.
+/// Errors:     Text throws what the lookup throws.
+/// Example:    thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(catalogue);
 class VEXOMU_API uti_ResourceManager : public thr_ThreadSingletonBase<uti_ResourceManager>
 {
 public:
