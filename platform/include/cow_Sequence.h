@@ -171,7 +171,11 @@ public:
             Truncate(std::max(length, 0));
         } else if (length > Length()) {
             const int more = length - Length();
-            MakeRoom(more);
+            if (m_block == nullptr) {
+                Reallocate(length, 0); // most sequences that are made with a length keep it
+            } else {
+                MakeRoom(more);
+            }
             std::uninitialized_value_construct_n(ItemsOf(m_block) + m_block->length, more);
             m_block->length = length;
         }
@@ -259,8 +263,12 @@ private:
     void Reallocate(int capacity, int kept)
     {
         static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__, "blocks are aligned as operator new does");
+        if (m_block == nullptr) {
+            m_block = cow_Block::New(capacity, sizeof(T), 1);
+            return;
+        }
         cow_Sequence fresh;
-        fresh.m_block = cow_Block::New(capacity, sizeof(T), m_block != nullptr ? m_block->step : 1);
+        fresh.m_block = cow_Block::New(capacity, sizeof(T), m_block->step);
         if (IsUnshared()) {
             cow_Relocate(ItemsOf(m_block), static_cast<std::size_t>(kept), ItemsOf(fresh.m_block));
             // Items may be left when another holder, on another thread, let go since the caller looked.

@@ -22,6 +22,9 @@
 VEXUTL_API void obj_InputP0Ptr(bio_Ifilter& in, void*& object, std::uint32_t expectedTypeId);
 /// The same; `readTypeId` receives the id found in the stream (0 for null). An `expectedTypeId` of 0 accepts any type.
 VEXUTL_API void obj_InputP0Ptr(bio_Ifilter& in, void*& object, std::uint32_t expectedTypeId, std::uint32_t& readTypeId);
+/// Reads the object that the id `typeId`, not 0 and read at offset `start`, announced.
+VEXUTL_API void* obj_InputAnnounced(bio_Ifilter& in, std::uint32_t typeId, std::uint32_t expectedTypeId,
+                                    std::uint64_t start);
 /// Reads into an existing object; the id in the stream must be exactly `typeId`.
 VEXUTL_API void obj_InputP0Obj(bio_Ifilter& in, void* object, std::uint32_t typeId);
 /// Writes id 0 for null, else the id and the object's data.

@@ -18,7 +18,7 @@
 class VEXUTL_API utl_BlockPool
 {
 public:
-    static constexpr std::size_t MAX_POOLED_BYTES = 256;
+    static constexpr std::size_t MAX_POOLED_BYTES = 512;
     static constexpr std::size_t MAX_KEPT_BLOCKS = 256;
 
     /// Gives at least `bytes` bytes, aligned for every ordinary type; never null.

@@ -31,7 +31,7 @@ concept omu_KeywordTarget =
 ///
 /// Ownership:  owns the values; what a Get hands out is a copy or, for an interface object, a borrowed pointer.
 /// Threads:    one thread at a time.
-/// Complexity: Put and Get O(1) for scalars plus O(log K) for keywords, Begin O(K), K keywords.
+/// Complexity: Put and Get O(1) for scalars plus O(log K) for keywords, Begin O(K), K keywords; the first keyword Put makes room for four.
 /// Errors:     fetching never throws an argument error and after the first failure writes to no target; End throws one
 ///             exception: omu_KeywordErrorException, omu_ArgTypeErrorException, omu_KeywordTypeErrorException or
 ///             omu_ArgNumberErrorException, in this order of checks.
@@ -61,13 +61,12 @@ public:
     void Put(omu_Primitive* value, const cow_String& keyword);
     /// Every other value that a dictionary can hold.
     template <class T>
-        requires requires(omu_PrimDictionary<cow_String> keywords, const T& value, const cow_String& key) {
-            keywords.Put(value, key);
-        }
+        requires requires(const T& value) { omu_Hold(value); }
     void Put(const T& value, const cow_String& keyword)
     {
-        m_keywords.Put(value, keyword);
+        PutKeyword(omu_Hold(value), keyword);
     }
+    void Put(omu_PrimHolder value, const cow_String& keyword) { PutKeyword(omu_Hold(std::move(value)), keyword); }
 
     // Checking, in this order.
     void Begin() override;
@@ -96,30 +95,43 @@ public:
     /// True when the last keyword fetch failed or missed.
     bool ErrorOnPrevious() const noexcept;
 
-    const omu_PrimDictionary<cow_String>& Keywords() const noexcept { return m_keywords; }
+    /// A keyword value of the call.
+    struct Keyword
+    {
+        using cow_Relocatable = Keyword;
+
+        cow_String name;
+        omu_PrimHolder value; // not null
+        int turn;             // where it stands among the keywords not fetched yet; FETCHED: not among them
+    };
+    /// In the order of their names.
+    const cow_1DArray<Keyword>& Keywords() const noexcept { return m_keywords; }
     /// The deprecated keywords that the call used, each once.
     const cow_List<cow_String>& DeprecatedArgumentsUsed() const noexcept { return m_deprecatedUsed; }
 
 private:
-    /// Where the value of a keyword is held.
-    using KeywordSlot = const omu_PrimHolder*;
+    static constexpr int FETCHED = -1;
 
+    void PutKeyword(omu_PrimHolder&& value, const cow_String& keyword);
+    /// Position of the first keyword whose name is not below `keyword`.
+    int LowerBound(const cow_String& keyword) const noexcept;
+    /// Position of a keyword, or -1.
+    int FindKeyword(const cow_String& keyword) const noexcept;
     /// What every keyword Get does: `convert(value)` takes the supplied value or says that it does not fit, and then
     /// `expected()` is what was wanted. Failures are recorded.
     template <class Convert, class Expected> void Fetch(const cow_String& keyword, Convert convert, Expected expected);
-    /// The position in m_unconsumed of a keyword that was supplied and not fetched yet, or -1.
-    int FindUnconsumed(const cow_String& keyword) const;
-    /// The first keyword in m_unconsumed.
-    cow_String FirstUnconsumed() const;
+    /// The first of the keywords not fetched yet, of which there is one.
+    const cow_String& FirstUnfetched() const noexcept;
     void SetKeywordTypeError(const cow_String& keyword, const cow_String& expected, const omu_Primitive& found);
     void SetMissingKeyword(const cow_String& keyword);
     bool DeprecatedCheck(const cow_String& feature) const;
     void AddDeprecatedArgUsed(const cow_String& keyword);
 
-    omu_PrimDictionary<cow_String> m_keywords;
-    // The keywords not fetched yet, each by where m_keywords holds its value; filled by Begin. The slots are compared,
-    // never followed: a Put after Begin may move them.
-    cow_List<KeywordSlot> m_unconsumed;
+    // Invariant: ascending by name, each name once. Not a dictionary: what becomes of a keyword stands beside its value,
+    // and the few keywords of a call are found without a search.
+    cow_1DArray<Keyword> m_keywords;
+    int m_unfetched = 0; // keywords with a turn, which Begin gives to all of them
+    int m_nextTurn = 0;
     cow_List<cow_String> m_deprecatedUsed; // without repeats
     int m_requiredByKeyword = 0;           // required parameters supplied by keyword
     int m_keywordFailure = 0;              // parameter number of the last keyword fetch that failed, else 0

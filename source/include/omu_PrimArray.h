@@ -4,6 +4,7 @@
 #include "cow_CountedHld.h"
 #include "omu_PrimArrayData.h"
 #include "omu_PrimNumber.h"
+#include "omu_PrimHolder.h"
 #include "omu_PrimSequence.h"
 
 #include <array>

@@ -6,8 +6,10 @@
 #include "cow_List.h"
 #include "cow_Map.h"
 #include "omu_PrimDictionaryBase.h"
+#include "omu_PrimHolder.h"
 
 #include <concepts>
+#include <utility>
 
 class omi_complex;
 class omu_InterfaceObj;
@@ -19,6 +21,43 @@ class omu_PrimTuple;
 class omu_PrimType;
 class utl_FilePath;
 
+// What a dictionary, or a keyword of a call, holds for a value.
+
+inline omu_PrimHolder omu_Hold(int value)
+{
+    return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value);
+}
+/// The number's unsigned field alone carries the value: got as an int it is 0.
+inline omu_PrimHolder omu_Hold(unsigned int value)
+{
+    return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, omu_PrimNumber::UINT32, 0.0, value);
+}
+inline omu_PrimHolder omu_Hold(double value)
+{
+    return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value);
+}
+inline omu_PrimHolder omu_Hold(const cow_String& value)
+{
+    return omu_PrimHolder(std::in_place_type<omu_PrimString>, value);
+}
+inline omu_PrimHolder omu_Hold(const char* value)
+{
+    return omu_Hold(cow_String(value));
+}
+VEXOMU_API omu_PrimHolder omu_Hold(const omi_complex& value);
+VEXOMU_API omu_PrimHolder omu_Hold(const utl_FilePath& value);
+VEXOMU_API omu_PrimHolder omu_Hold(const cow_List<cow_String>& values);
+/// A copy of any other value: path, expression, tuple, array, constant, none, type, dictionary ...
+inline omu_PrimHolder omu_Hold(const omu_Primitive& value)
+{
+    return omu_PrimHolder::CopyOf(value);
+}
+/// The value itself, shared; none for a null holder.
+inline omu_PrimHolder omu_Hold(omu_PrimHolder value)
+{
+    return value ? value : omu_PrimHolder(std::in_place_type<omu_PrimNone>);
+}
+
 /// The script's dictionary, and the carrier of a call's keyword values. K is cow_String or int.
 ///
 /// Ownership:  owns its values through copy-on-write holders; copies share them until one side writes.
@@ -27,7 +66,7 @@ class utl_FilePath;
 ///             An empty dictionary has no allocation.
 /// Errors:     a Get answers with 0 and leaves its target as it is when the key is absent or the value does not fit.
 ///             Put throws nex_TextException for a value that is nested too deep.
-/// References: values found and texts got as const char* die with the next Put under their key or with the dictionary.
+/// References: values found and texts got as const char* die with the next Put or with the dictionary.
 /// Example:    omu_PrimDictionary<cow_String> options; options.Put(5, "width"); int width = 1; options.Get(width, "width");
 template <class K> class omu_PrimDictionary : public omu_PrimDictionaryBase
 {
@@ -66,20 +105,14 @@ public:
     /// side writes.
     omu_PrimDictionary DeepCopy() const;
 
-    // Each Put replaces what is under `key`.
-    void Put(int value, const K& key);
-    /// The number's unsigned field alone carries the value: Get(int&) of it gives 0.
-    void Put(unsigned int value, const K& key);
-    void Put(double value, const K& key);
-    void Put(const char* value, const K& key);
-    void Put(const cow_String& value, const K& key);
-    void Put(const omi_complex& value, const K& key);
-    void Put(const utl_FilePath& value, const K& key);
-    void Put(const cow_List<cow_String>& values, const K& key);
-    /// A copy of any other value: path, expression, tuple, array, constant, none, type, dictionary ...
-    void Put(const omu_Primitive& value, const K& key);
-    /// Shares the value; a null holder stands for none.
-    void Put(omu_PrimHolder value, const K& key);
+    /// Puts what omu_Hold makes of `value` in place of what may be under `key`.
+    template <class T>
+        requires requires(const T& value) { omu_Hold(value); }
+    void Put(const T& value, const K& key)
+    {
+        Insert(omu_Hold(value), key);
+    }
+    void Put(omu_PrimHolder value, const K& key) { Insert(omu_Hold(std::move(value)), key); }
 
     // Each Get returns 1 when the value was found and converted, else 0. Numbers: a double takes any number, an int any
     // integer, truncated; an unsigned int takes the unsigned field, which is 0 unless the number was made as one.
@@ -122,6 +155,8 @@ public:
     static void PrintData(pnt_PrettyPrint& out, const void* object);
 
 private:
+    /// What every Put does; `value` is not null.
+    void Insert(omu_PrimHolder value, const K& key);
     /// What every Get does; the conversions are those of keyword values.
     template <class T> int Convert(T& target, const K& key) const;
 

@@ -2,6 +2,8 @@
 
 #include "omu_Primitive.h"
 
+#include <limits>
+
 /// A script's integer or floating number; also the element kind of numeric arrays.
 ///
 /// Type code 'i' goes with the integer kinds, 'f' with the floating ones. The value is held as a double in every case;
@@ -43,11 +45,21 @@ public:
     omu_Primitive* Copy() const override;
     std::uint32_t DynTypeId() const override;
 
+    /// What operator== says of two numbers, without a virtual call.
+    bool Equals(const omu_PrimNumber& other) const noexcept
+    {
+        return m_value == other.m_value && m_unsigned == other.m_unsigned;
+    }
+
     double GetValue() const noexcept { return m_value; }
     std::uint32_t GetUnsigned() const noexcept { return m_unsigned; }
     DataTypeEnm GetDataType() const noexcept { return m_kind; }
     /// The value truncated toward zero to 32 bits; outside their range the nearest limit, 0 for NaN.
-    std::int32_t GetInt() const noexcept;
+    std::int32_t GetInt() const noexcept
+    {
+        using Limits = std::numeric_limits<std::int32_t>;
+        return m_value > Limits::min() && m_value < Limits::max() ? static_cast<std::int32_t>(m_value) : NearestInt();
+    }
 
     static constexpr bool IsFloating(DataTypeEnm kind) noexcept { return kind == REAL32 || kind == REAL64; }
     /// The text of a floating number, as AsString gives it for REAL64.
@@ -62,6 +74,8 @@ public:
     static void PrintData(pnt_PrettyPrint& out, const void* object);
 
 private:
+    std::int32_t NearestInt() const noexcept;
+
     // Beside the root's count, so that a number is 32 bytes.
     std::uint32_t m_unsigned;
     DataTypeEnm m_kind; // agrees with the type code

@@ -5,6 +5,7 @@
 #include "cow_2DArray.h"
 #include "cow_List.h"
 #include "cow_Map.h"
+#include "omu_PrimHolder.h"
 #include "omu_PrimSequence.h"
 
 #include <string>
@@ -84,6 +85,7 @@ public:
     virtual void Put(int value);
     virtual void Put(short value);
     virtual void Put(char value);
+    void Put(omu_PrimHolder value);
 
     // Each Get reads the next slot into the target when it fits, and otherwise leaves the target as it is and records
     // the failure. An interface object stays owned by the tuple; the result is `prototype` when there is none.
@@ -203,13 +205,16 @@ protected:
     cow_String m_actualType;     // of the offending item
     cow_String m_expectedType;   // what the failed Get wanted
     int m_gets = 0;
-    // Invariant: at least m_size slots; a slot not filled is a null holder.
+    // Invariant: m_size slots; a slot not filled is a null holder.
     cow_1DArray<omu_PrimHolder> m_items;
     cow_String m_defaultName;
 
 private:
     /// The item, or a none value for a slot not filled; `index` is not checked.
     const omu_Primitive& ItemOrNone(int index) const noexcept;
-    void StoreItem(omu_PrimHolder item);
+    /// The slot at the cursor, for writing; null, reported as an assertion, when there is none.
+    omu_PrimHolder* NextSlot();
+    /// Makes the value in the next slot.
+    template <omu_HeldInPlace V, class... Args> void Emplace(const Args&... args);
     void PutCopy(const omu_Primitive* item);
 };

@@ -117,7 +117,8 @@ private:
     mutable thr_RefCount m_holders{0};
 };
 
-/// Shares a value until one side writes; the element of tuples and dictionaries.
+/// Shares a value until one side writes; the element of tuples and dictionaries. Defined in omu_PrimHolder.h.
+template <> class cow_ArrayCOW<omu_Primitive, cow_Virtual<omu_Primitive>>;
 using omu_PrimHolder = cow_ArrayCOW<omu_Primitive, cow_Virtual<omu_Primitive>>;
 
 /// Values of the same or of different classes compare through the virtual operator; without this exact match the two

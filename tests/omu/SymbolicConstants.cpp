@@ -6,6 +6,7 @@
 #include "nex_TextException.h"
 #include "omu_BoolSelectEnum.h"
 #include "omu_PrimBool.h"
+#include "omu_PrimHolder.h"
 #include "omu_PrimNone.h"
 #include "omu_SymbolicConstantTable.h"
 #include "omu_ValueErrorException.h"

@@ -99,20 +99,20 @@ void SetNoAttribute(PyObject* object, const Descriptor& descriptor)
 bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t positional, PyObject* keywordNames)
 {
     for (Py_ssize_t i = 0; i < positional; ++i) {
-        std::unique_ptr<omu_Primitive> value = pyFromPython(values[i]);
-        if (value == nullptr) {
+        omu_PrimHolder value = pyFromPython(values[i]);
+        if (!value) {
             return false;
         }
-        arguments.Put(value.release());
+        arguments.Put(std::move(value));
     }
     const Py_ssize_t keywords = keywordNames != nullptr ? PyTuple_GET_SIZE(keywordNames) : 0;
     for (Py_ssize_t i = 0; i < keywords; ++i) {
         const PyUtf8 keyword(PyTuple_GET_ITEM(keywordNames, i));
-        std::unique_ptr<omu_Primitive> value = keyword.IsValid() ? pyFromPython(values[positional + i]) : nullptr;
-        if (value == nullptr) {
+        omu_PrimHolder value = keyword.IsValid() ? pyFromPython(values[positional + i]) : omu_PrimHolder();
+        if (!value) {
             return false;
         }
-        arguments.Put(value.release(), cow_String(keyword.view()));
+        arguments.Put(std::move(value), cow_String(keyword.view()));
     }
     return true;
 }
@@ -214,12 +214,12 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
         SetAttributeError(handle, member, cow_String(member.info.name) + " cannot be deleted");
         return -1;
     }
-    std::unique_ptr<omu_Primitive> converted = pyFromPython(value);
-    if (converted == nullptr) {
+    omu_PrimHolder converted = pyFromPython(value);
+    if (!converted) {
         return -1;
     }
     omu_Arguments arguments(1);
-    arguments.Put(converted.release());
+    arguments.Put(std::move(converted));
     bool deprecated = false;
     const std::unique_ptr<omu_Primitive> done(object.SetMember(member.info.name, arguments, deprecated));
     if (done == nullptr && member.info.deprecated && !deprecated) {

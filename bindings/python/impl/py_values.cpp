@@ -26,25 +26,29 @@
 namespace
 {
 
-using Value = std::unique_ptr<omu_Primitive>;
+/// A new value of a class that holders do not keep in place.
+template <class V, class... Args> omu_PrimHolder NewValue(Args&&... args)
+{
+    return omu_PrimHolder(new V(std::forward<Args>(args)...));
+}
 
-Value FromInteger(PyObject* value)
+omu_PrimHolder FromInteger(PyObject* value)
 {
     int overflow = 0;
     const long long number = PyLong_AsLongLongAndOverflow(value, &overflow);
     if (number == -1 && overflow == 0 && PyErr_Occurred() != nullptr) {
-        return nullptr;
+        return {};
     }
     if (overflow == 0 && number >= std::numeric_limits<std::int32_t>::min()) {
         if (number <= std::numeric_limits<std::int32_t>::max()) {
-            return std::make_unique<omu_PrimNumber>(static_cast<int>(number));
+            return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, static_cast<int>(number));
         }
         if (number <= std::numeric_limits<std::uint32_t>::max()) {
-            return std::make_unique<omu_PrimNumber>(static_cast<unsigned int>(number));
+            return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, static_cast<unsigned int>(number));
         }
     }
     PyErr_SetString(PyExc_OverflowError, "int does not fit in 32 bits");
-    return nullptr;
+    return {};
 }
 
 cow_List<cow_String> SplitPath(const cow_String& text)
@@ -73,47 +77,47 @@ cow_String JoinPath(const omu_PrimPath& path)
     return text;
 }
 
-Value FromText(PyObject* value)
+omu_PrimHolder FromText(PyObject* value)
 {
     const PyUtf8 utf8(value);
     if (!utf8.IsValid()) {
-        return nullptr;
+        return {};
     }
     const cow_String text(utf8.view());
     if (PyUnicode_CheckExact(value)) {
-        return std::make_unique<omu_PrimString>(text);
+        return omu_PrimHolder(std::in_place_type<omu_PrimString>, text);
     }
     switch (pyTextKindOf(value)) {
     case PyTextKind::PATH:
-        return std::make_unique<omu_PrimPath>(SplitPath(text));
+        return NewValue<omu_PrimPath>(SplitPath(text));
     case PyTextKind::CONSTANT:
-        return std::make_unique<omu_PrimEnumBase>(text);
+        return NewValue<omu_PrimEnumBase>(text);
     case PyTextKind::TYPE_NAME:
-        return std::make_unique<omu_PrimType>(text);
+        return NewValue<omu_PrimType>(text);
     case PyTextKind::NONE:
         break;
     }
-    return std::make_unique<omu_PrimString>(text);
+    return omu_PrimHolder(std::in_place_type<omu_PrimString>, text);
 }
 
 /// Items are taken one by one and held meanwhile: converting one may run Python code that changes the sequence.
 template <class Sequence, class GetItem>
-Value FromSequence(PyObject* value, Py_ssize_t length, int depth, GetItem getItem)
+omu_PrimHolder FromSequence(PyObject* value, Py_ssize_t length, int depth, GetItem getItem)
 {
     if (length > std::numeric_limits<int>::max() / 2) {
         PyErr_SetString(PyExc_OverflowError, "sequence too long");
-        return nullptr;
+        return {};
     }
     auto sequence = std::make_unique<Sequence>(static_cast<int>(length));
     for (Py_ssize_t i = 0; i < length; ++i) {
         const PyRef item(getItem(value, i));
-        Value converted = item ? pyFromPython(item.Get(), depth + 1) : nullptr;
-        if (converted == nullptr) {
-            return nullptr;
+        omu_PrimHolder converted = item ? pyFromPython(item.Get(), depth + 1) : omu_PrimHolder();
+        if (!converted) {
+            return {};
         }
-        sequence->Put(converted.release());
+        sequence->Put(std::move(converted));
     }
-    return sequence;
+    return omu_PrimHolder(sequence.release());
 }
 
 PyObject* TupleItem(PyObject* tuple, Py_ssize_t index)
@@ -131,22 +135,22 @@ PyObject* ListItem(PyObject* list, Py_ssize_t index)
 }
 
 /// The entries of `items`, a list of (key, value) tuples; `toKey(object, key)` is false with a Python error set.
-template <class K, class ToKey> Value FromItems(PyObject* items, int depth, ToKey toKey)
+template <class K, class ToKey> omu_PrimHolder FromItems(PyObject* items, int depth, ToKey toKey)
 {
     auto dictionary = std::make_unique<omu_PrimDictionary<K>>();
     for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items); ++i) {
         PyObject* const entry = PyList_GET_ITEM(items, i);
         K key{};
         if (!toKey(PyTuple_GET_ITEM(entry, 0), key)) {
-            return nullptr;
+            return {};
         }
-        Value value = pyFromPython(PyTuple_GET_ITEM(entry, 1), depth + 1);
-        if (value == nullptr) {
-            return nullptr;
+        omu_PrimHolder value = pyFromPython(PyTuple_GET_ITEM(entry, 1), depth + 1);
+        if (!value) {
+            return {};
         }
-        dictionary->Put(omu_PrimHolder(value.release()), key);
+        dictionary->Put(std::move(value), key);
     }
-    return dictionary;
+    return omu_PrimHolder(dictionary.release());
 }
 
 bool ToStringKey(PyObject* object, cow_String& key)
@@ -178,11 +182,11 @@ bool ToIntKey(PyObject* object, int& key)
     return true;
 }
 
-Value FromDict(PyObject* value, int depth)
+omu_PrimHolder FromDict(PyObject* value, int depth)
 {
     const PyRef items(PyDict_Items(value)); // a snapshot: the dict may change while values are converted
     if (!items) {
-        return nullptr;
+        return {};
     }
     if (PyList_GET_SIZE(items.Get()) > 0) {
         PyObject* const firstKey = PyTuple_GET_ITEM(PyList_GET_ITEM(items.Get(), 0), 0);
@@ -191,24 +195,23 @@ Value FromDict(PyObject* value, int depth)
         }
         if (!PyUnicode_Check(firstKey)) {
             PyErr_Format(PyExc_TypeError, "dictionary keys must be str or int, not %s", Py_TYPE(firstKey)->tp_name);
-            return nullptr;
+            return {};
         }
     }
     return FromItems<cow_String>(items.Get(), depth, ToStringKey);
 }
 
 /// Values without a fast test of their type.
-Value FromOther(PyObject* value, int depth)
+omu_PrimHolder FromOther(PyObject* value, int depth)
 {
     if (PyUnicode_Check(value)) {
         return FromText(value);
     }
     if (PyFloat_Check(value)) {
-        return std::make_unique<omu_PrimNumber>(PyFloat_AS_DOUBLE(value));
+        return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, PyFloat_AS_DOUBLE(value));
     }
     if (PyComplex_Check(value)) {
-        return std::make_unique<omu_PrimComplex>(
-            omi_complex(PyComplex_RealAsDouble(value), PyComplex_ImagAsDouble(value)));
+        return NewValue<omu_PrimComplex>(omi_complex(PyComplex_RealAsDouble(value), PyComplex_ImagAsDouble(value)));
     }
     if (PyTuple_Check(value)) {
         return FromSequence<omu_PrimTuple>(value, PyTuple_GET_SIZE(value), depth, TupleItem);
@@ -220,21 +223,21 @@ Value FromOther(PyObject* value, int depth)
         return FromDict(value, depth);
     }
     if (omu_InterfaceObj* const object = pyUnwrapObject(value)) {
-        return std::make_unique<omu_ObjectRef>(*object);
+        return NewValue<omu_ObjectRef>(*object);
     }
     if (PyObject_CheckBuffer(value) != 0 && !PyBytes_Check(value) && !PyByteArray_Check(value)) {
-        return pyFromBuffer(value);
+        return omu_PrimHolder(pyFromBuffer(value).release());
     }
     if (PyIndex_Check(value)) {
         const PyRef index(PyNumber_Index(value));
-        return index ? FromInteger(index.Get()) : nullptr;
+        return index ? FromInteger(index.Get()) : omu_PrimHolder();
     }
     const PyRef path(PyOS_FSPath(value));
     if (path && PyUnicode_Check(path.Get())) {
         return FromText(path.Get());
     }
     PyErr_Format(PyExc_TypeError, "a %s has no value that the kernel understands", Py_TYPE(value)->tp_name);
-    return nullptr;
+    return {};
 }
 
 PyObject* ToNumber(const omu_PrimNumber& number)
@@ -321,18 +324,18 @@ PyObject* pyText(std::string_view text)
     return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
 }
 
-std::unique_ptr<omu_Primitive> pyFromPython(PyObject* value, int depth)
+omu_PrimHolder pyFromPython(PyObject* value, int depth)
 {
     if (depth >= bio_MAX_NESTING) {
         PyErr_Format(PyExc_ValueError, "value nested deeper than %d levels", bio_MAX_NESTING);
-        return nullptr;
+        return {};
     }
     PyTypeObject* const type = Py_TYPE(value);
     if (type == &PyLong_Type) {
         return FromInteger(value);
     }
     if (type == &PyFloat_Type) {
-        return std::make_unique<omu_PrimNumber>(PyFloat_AS_DOUBLE(value));
+        return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, PyFloat_AS_DOUBLE(value));
     }
     if (type == &PyUnicode_Type) {
         return FromText(value);
@@ -344,10 +347,10 @@ std::unique_ptr<omu_Primitive> pyFromPython(PyObject* value, int depth)
         return FromSequence<omu_PrimTuple>(value, PyTuple_GET_SIZE(value), depth, TupleItem);
     }
     if (type == &PyBool_Type) {
-        return std::make_unique<omu_PrimNumber>(value == Py_True ? 1 : 0);
+        return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value == Py_True ? 1 : 0);
     }
     if (value == Py_None) {
-        return std::make_unique<omu_PrimNone>();
+        return omu_PrimHolder(std::in_place_type<omu_PrimNone>);
     }
     return FromOther(value, depth);
 }

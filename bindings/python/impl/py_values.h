@@ -2,9 +2,8 @@
 
 #include "py_ref.h"
 
-#include "omu_Primitive.h"
+#include "omu_PrimHolder.h"
 
-#include <memory>
 #include <string_view>
 
 // Values cross like this:
@@ -30,7 +29,7 @@
 bool pyAddValueTypes(PyObject* module);
 
 /// A value made from a Python one; null with a Python error set. `depth` counts the containers around it.
-std::unique_ptr<omu_Primitive> pyFromPython(PyObject* value, int depth = 0);
+omu_PrimHolder pyFromPython(PyObject* value, int depth = 0);
 
 /// A new reference to the Python value of `value` (null: None), or null with a Python error set.
 PyObject* pyToPython(const omu_Primitive* value);

@@ -24,7 +24,7 @@ PyObject* ToPython(const omu_Primitive* value)
 
 omu_Primitive* FromPython(PyObject* value)
 {
-    return pyGuard(static_cast<omu_Primitive*>(nullptr), [&] { return pyFromPython(value).release(); });
+    return pyGuard(static_cast<omu_Primitive*>(nullptr), [&] { return pyFromPython(value).Release(); });
 }
 
 vexomu_Api api{.wrap = Wrap, .toPython = ToPython, .fromPython = FromPython};

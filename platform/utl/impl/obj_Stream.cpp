@@ -73,10 +73,15 @@ void obj_InputP0Ptr(bio_Ifilter& in, void*& object, std::uint32_t expectedTypeId
     std::uint32_t typeId = 0;
     in >> typeId;
     if (typeId != 0) {
-        const bio_Ifilter::Nested nested(in);
-        object = AnnouncedRow(in, typeId, expectedTypeId, start).ctor(in, nullptr);
+        object = obj_InputAnnounced(in, typeId, expectedTypeId, start);
         readTypeId = typeId;
     }
+}
+
+void* obj_InputAnnounced(bio_Ifilter& in, std::uint32_t typeId, std::uint32_t expectedTypeId, std::uint64_t start)
+{
+    const bio_Ifilter::Nested nested(in);
+    return AnnouncedRow(in, typeId, expectedTypeId, start).ctor(in, nullptr);
 }
 
 void obj_InputP0Obj(bio_Ifilter& in, void* object, std::uint32_t typeId)

@@ -16,7 +16,8 @@
 #include "omu_PrimType.h"
 #include "utl_FilePath.h"
 
-#include <memory>
+#include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -27,6 +28,10 @@ constexpr const char* SOURCE = "source/omu/impl/omu_Arguments";
 constexpr const char* UNDETERMINED = "Undetermined";
 
 constexpr const char* SEQUENCE_OF_INTEGERS = "sequence of Integers";
+
+/// Room made for the first keyword, and how many are looked through one by one.
+constexpr int FIRST_KEYWORDS = 4;
+constexpr int FEW_KEYWORDS = 8;
 
 } // namespace
 
@@ -46,17 +51,17 @@ cow_String omu_Arguments::AsString(int) const
 
 void omu_Arguments::Put(char value, const cow_String& keyword)
 {
-    m_keywords.Put(omu_PrimNumber(value, omu_PrimNumber::INT8), keyword);
+    PutKeyword(omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value, omu_PrimNumber::INT8), keyword);
 }
 
 void omu_Arguments::Put(short value, const cow_String& keyword)
 {
-    m_keywords.Put(omu_PrimNumber(value, omu_PrimNumber::INT16), keyword);
+    PutKeyword(omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value, omu_PrimNumber::INT16), keyword);
 }
 
 void omu_Arguments::Put(float value, const cow_String& keyword)
 {
-    m_keywords.Put(omu_PrimNumber(value), keyword);
+    PutKeyword(omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value), keyword);
 }
 
 void omu_Arguments::Put(const cow_1DArray<int>& values, const cow_String& keyword)
@@ -65,7 +70,7 @@ void omu_Arguments::Put(const cow_1DArray<int>& values, const cow_String& keywor
     for (const int value : values) {
         tuple.Put(value);
     }
-    m_keywords.Put(tuple, keyword);
+    Put(tuple, keyword);
 }
 
 void omu_Arguments::Put(const omu_InterfaceObj& value, const cow_String& keyword)
@@ -75,16 +80,53 @@ void omu_Arguments::Put(const omu_InterfaceObj& value, const cow_String& keyword
 
 void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
 {
-    m_keywords.Put(omu_PrimHolder(value), keyword);
+    Put(omu_PrimHolder(value), keyword);
+}
+
+int omu_Arguments::LowerBound(const cow_String& keyword) const noexcept
+{
+    return static_cast<int>(std::ranges::lower_bound(m_keywords, keyword, {}, &Keyword::name) - m_keywords.begin());
+}
+
+int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
+{
+    if (m_keywords.Length() > FEW_KEYWORDS) {
+        const int place = LowerBound(keyword);
+        return place < m_keywords.Length() && m_keywords[place].name == keyword ? place : -1;
+    }
+    for (const Keyword& supplied : m_keywords) {
+        if (supplied.name == keyword) {
+            return static_cast<int>(&supplied - m_keywords.begin());
+        }
+    }
+    return -1;
+}
+
+void omu_Arguments::PutKeyword(omu_PrimHolder&& value, const cow_String& keyword)
+{
+    NoteItem(*value);
+    if (m_keywords.IsEmpty()) {
+        m_keywords.Reserve(FIRST_KEYWORDS);
+    }
+    const int place = LowerBound(keyword);
+    if (place == m_keywords.Length()) {
+        m_keywords.Append({keyword, std::move(value), FETCHED});
+    } else if (m_keywords[place].name != keyword) {
+        m_keywords.Insert(place, {keyword, std::move(value), FETCHED});
+    } else {
+        m_keywords.Get(place).value = std::move(value);
+    }
 }
 
 void omu_Arguments::Begin()
 {
     ResetReading();
-    m_unconsumed.Clear();
-    m_unconsumed.Reserve(m_keywords.Length());
-    for (const auto& entry : m_keywords.GetEntries()) {
-        m_unconsumed.Append(&entry.second);
+    m_unfetched = m_nextTurn = m_keywords.Length();
+    if (m_unfetched > 0) {
+        Keyword* const keywords = m_keywords.Write();
+        for (int i = 0; i < m_unfetched; ++i) {
+            keywords[i].turn = i;
+        }
     }
     m_requiredByKeyword = 0;
     m_keywordFailure = 0;
@@ -107,11 +149,14 @@ template <class Convert, class Expected>
 void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected expected)
 {
     const int required = m_optional ? 0 : 1;
-    const int position = FindUnconsumed(keyword);
+    int position = m_unfetched == 0 ? -1 : FindKeyword(keyword);
+    if (position >= 0 && m_keywords[position].turn == FETCHED) {
+        position = -1;
+    }
     if (m_typeErrorPosition == 0) {
         if (position < 0) {
             SetMissingKeyword(keyword);
-        } else if (const omu_Primitive& supplied = **m_unconsumed[position]; !convert(supplied)) {
+        } else if (const omu_Primitive& supplied = *m_keywords[position].value; !convert(supplied)) {
             SetKeywordTypeError(keyword, expected(), supplied);
         }
     }
@@ -120,7 +165,8 @@ void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected e
     m_minimum += required;
     if (position >= 0) {
         m_requiredByKeyword += required;
-        m_unconsumed.RemoveAt(position);
+        m_keywords.Get(position).turn = FETCHED;
+        --m_unfetched;
     }
 }
 
@@ -198,9 +244,10 @@ bool omu_Arguments::Alternative()
     m_typeErrorPosition = 0;
     m_actualType.Clear();
     m_expectedType.Clear();
-    if (const KeywordSlot slot = m_keywords.GetEntries().Find(m_currentKeyword)) {
+    if (const int position = FindKeyword(m_currentKeyword); position >= 0) {
         m_requiredByKeyword -= required;
-        m_unconsumed.Append(slot);
+        m_unfetched += m_keywords[position].turn == FETCHED ? 1 : 0;
+        m_keywords.Get(position).turn = m_nextTurn++;
     }
     m_currentKeyword.Clear();
     --m_gets;
@@ -233,8 +280,8 @@ void omu_Arguments::End(cow_String methodName)
     }
     m_optionalMiss = 0;
     // The order of the checks and the lines they report are promised.
-    if (!m_unconsumed.IsEmpty()) {
-        omu_KeywordErrorException(FirstUnconsumed(), methodName).Throw(SOURCE, 256);
+    if (m_unfetched != 0) {
+        omu_KeywordErrorException(FirstUnfetched(), methodName).Throw(SOURCE, 256);
     }
     if (m_typeErrorPosition != 0) {
         if (m_currentKeyword.IsEmpty()) {
@@ -257,7 +304,7 @@ void omu_Arguments::End(cow_String methodName)
 
 bool omu_Arguments::Error() const
 {
-    return !m_unconsumed.IsEmpty() || m_typeErrorPosition != 0 || m_size + m_requiredByKeyword < m_minimum ||
+    return m_unfetched != 0 || m_typeErrorPosition != 0 || m_size + m_requiredByKeyword < m_minimum ||
            m_size + m_keywords.Length() > m_maximum;
 }
 
@@ -266,20 +313,12 @@ bool omu_Arguments::ErrorOnPrevious() const noexcept
     return m_gets != 0 && (m_keywordFailure == m_gets || m_optionalMiss == m_gets);
 }
 
-int omu_Arguments::FindUnconsumed(const cow_String& keyword) const
+const cow_String& omu_Arguments::FirstUnfetched() const noexcept
 {
-    const KeywordSlot slot = m_unconsumed.IsEmpty() ? nullptr : m_keywords.GetEntries().Find(keyword);
-    return slot != nullptr ? m_unconsumed.Find(slot) : -1;
-}
-
-cow_String omu_Arguments::FirstUnconsumed() const
-{
-    for (const auto& [keyword, value] : m_keywords.GetEntries()) {
-        if (&value == m_unconsumed[0]) {
-            return keyword;
-        }
-    }
-    return cow_String();
+    const auto turnOf = [](const Keyword& keyword) {
+        return keyword.turn == FETCHED ? std::numeric_limits<int>::max() : keyword.turn;
+    };
+    return std::ranges::min_element(m_keywords, {}, turnOf)->name;
 }
 
 void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, const cow_String& expected,

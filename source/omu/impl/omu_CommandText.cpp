@@ -197,14 +197,14 @@ cow_String omu_ArgumentsCommandText(const omu_Arguments& arguments)
     cow_String text("(");
     const int positional = arguments.Length();
     AppendItems(text, positional, [&](int i) { AppendValue(text, arguments.Index(i)); });
-    const omu_PrimDictionary<cow_String>& keywords = arguments.Keywords();
+    const cow_1DArray<omu_Arguments::Keyword>& keywords = arguments.Keywords();
     if (positional > 0 && keywords.Length() > 0) {
         text += ", ";
     }
-    AppendEntries(text, keywords, [&](const cow_String& key, const omu_Primitive* value) {
-        text += key;
+    AppendItems(text, keywords.Length(), [&](int i) {
+        text += keywords[i].name;
         text.Append('=');
-        AppendValue(text, value);
+        AppendValue(text, keywords[i].value.ConstGet());
     });
     text.Append(')');
     return text;

@@ -191,13 +191,14 @@ concept omu_SequenceTarget = requires(C items, typename C::value_type item) { it
 template <omu_SequenceTarget C> bool omu_ConvertItems(const omu_PrimTuple& tuple, C& target)
 {
     C items;
-    items.Reserve(tuple.Length());
-    for (const omu_PrimHolder& item : tuple) {
-        typename C::value_type converted{};
-        if (!item || !omu_Convert(*item, converted)) {
+    items.Resize(tuple.Length());
+    typename C::value_type* next = items.Write();
+    for (const omu_PrimHolder& holder : tuple) {
+        const omu_Primitive* const item = holder.ConstGet();
+        if (item == nullptr || !omu_Convert(*item, *next)) {
             return false;
         }
-        items.Append(std::move(converted));
+        ++next;
     }
     target = std::move(items);
     return true;

@@ -392,7 +392,7 @@ const omu_Primitive* omu_PrimArray::Index(int index) const
     } else if (m_indexed) {
         static_cast<omu_PrimNumber&>(*m_indexed.Get()) = getPrimNumberAtPtr(data, m_type);
     } else {
-        m_indexed = omu_PrimHolder(new omu_PrimNumber(getPrimNumberAtPtr(data, m_type)));
+        m_indexed.Emplace<omu_PrimNumber>(getPrimNumberAtPtr(data, m_type));
     }
     return m_indexed.ConstGet();
 }

@@ -23,6 +23,21 @@ template <class K> void AppendKey(std::string& text, const K& key)
 
 } // namespace
 
+omu_PrimHolder omu_Hold(const omi_complex& value)
+{
+    return omu_PrimHolder(new omu_PrimComplex(value));
+}
+
+omu_PrimHolder omu_Hold(const utl_FilePath& value)
+{
+    return omu_Hold(value.PathName());
+}
+
+omu_PrimHolder omu_Hold(const cow_List<cow_String>& values)
+{
+    return omu_PrimHolder(new omu_PrimTuple(values));
+}
+
 template <class K> cow_String omu_PrimDictionary<K>::TypeString() const
 {
     return omu_typeNames<omu_PrimDictionary>.keyword;
@@ -124,58 +139,10 @@ template <class K> omu_PrimDictionary<K> omu_PrimDictionary<K>::DeepCopy() const
     return copy;
 }
 
-template <class K> void omu_PrimDictionary<K>::Put(omu_PrimHolder value, const K& key)
+template <class K> void omu_PrimDictionary<K>::Insert(omu_PrimHolder value, const K& key)
 {
-    if (!value) {
-        value = omu_PrimHolder(new omu_PrimNone());
-    }
     NoteItem(*value);
     m_entries.Insert(key, std::move(value));
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const omu_Primitive& value, const K& key)
-{
-    Put(omu_PrimHolder(value.Copy()), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(int value, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimNumber(value)), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(unsigned int value, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimNumber(omu_PrimNumber::UINT32, 0, value)), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(double value, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimNumber(value)), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const char* value, const K& key)
-{
-    Put(cow_String(value), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const cow_String& value, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimString(value)), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const omi_complex& value, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimComplex(value)), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const utl_FilePath& value, const K& key)
-{
-    Put(value.PathName(), key);
-}
-
-template <class K> void omu_PrimDictionary<K>::Put(const cow_List<cow_String>& values, const K& key)
-{
-    Put(omu_PrimHolder(new omu_PrimTuple(values)), key);
 }
 
 template <class K> template <class T> int omu_PrimDictionary<K>::Convert(T& target, const K& key) const
@@ -251,12 +218,12 @@ template <class K> void omu_PrimDictionary<K>::ReadData(bio_Ifilter& in, void* o
         if (i > 0 && !(last < key)) {
             in.FailAt("keys that are not in order", start);
         }
-        omu_Primitive* value = nullptr;
+        omu_PrimHolder value;
         in >> value;
-        if (value == nullptr) {
+        if (!value) {
             in.FailAt("key without a value", start);
         }
-        read.Put(omu_PrimHolder(value), key);
+        read.Insert(std::move(value), key);
         last = std::move(key);
     }
     *static_cast<omu_PrimDictionary*>(object) = read;

@@ -6,6 +6,7 @@
 #include "cls_ReadVisitor.h"
 #include "cls_WriteVisitor.h"
 #include "nex_TextException.h"
+#include "omu_PrimHolder.h"
 #include "omu_PrimVisitor.h"
 #include "omu_TypeIds.h"
 #include "omu_ValueErrorException.h"

@@ -5,7 +5,6 @@
 #include "omu_TypeIds.h"
 
 #include <cmath>
-#include <limits>
 #include <string>
 
 omu_PrimNumber::omu_PrimNumber(bio_Ifilter& in) : omu_Primitive(in, 'i'), m_unsigned(0), m_kind(INT32), m_value(0) {}
@@ -25,11 +24,7 @@ cow_String omu_PrimNumber::AsString(int) const
 
 bool omu_PrimNumber::operator==(const omu_Primitive& other) const
 {
-    if (!other.IsType('i') && !other.IsType('f')) {
-        return false;
-    }
-    const auto& number = static_cast<const omu_PrimNumber&>(other);
-    return m_value == number.m_value && m_unsigned == number.m_unsigned;
+    return (other.IsType('i') || other.IsType('f')) && Equals(static_cast<const omu_PrimNumber&>(other));
 }
 
 void omu_PrimNumber::Accept(omu_PrimVisitor* visitor) const
@@ -47,16 +42,10 @@ std::uint32_t omu_PrimNumber::DynTypeId() const
     return TypeId();
 }
 
-std::int32_t omu_PrimNumber::GetInt() const noexcept
+std::int32_t omu_PrimNumber::NearestInt() const noexcept
 {
     using Limits = std::numeric_limits<std::int32_t>;
-    if (std::isnan(m_value)) {
-        return 0;
-    }
-    if (m_value <= Limits::min()) {
-        return Limits::min();
-    }
-    return m_value >= Limits::max() ? Limits::max() : static_cast<std::int32_t>(m_value);
+    return std::isnan(m_value) ? 0 : m_value < 0 ? Limits::min() : Limits::max();
 }
 
 cow_String omu_PrimNumber::DoubleAsString(double value)

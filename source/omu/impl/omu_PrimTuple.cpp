@@ -21,14 +21,6 @@ namespace
 
 constexpr const char* SOURCE = "source/omu/impl/omu_PrimTuple";
 
-/// Slots come in blocks, so that a call's values are in memory of few sizes.
-constexpr int BLOCK_SLOTS = 16;
-
-int SlotsFor(int size)
-{
-    return omu_SequenceSize((std::int64_t{size} / BLOCK_SLOTS + 1) * BLOCK_SLOTS);
-}
-
 /// The number, or the tuple of a sub-array, at `index`; null, reported as an assertion, for anything else.
 omu_Primitive* NewElement(const omu_PrimArray& array, int index)
 {
@@ -56,6 +48,13 @@ omu_Primitive* NewElement(const omu_PrimArray& array, int index)
     return new omu_PrimNumber(number);
 }
 
+/// The value held, or a none value for a slot not filled.
+const omu_Primitive& OrNone(const omu_PrimHolder& holder)
+{
+    const omu_Primitive* const item = holder.ConstGet();
+    return item != nullptr ? *item : omu_SharedNone();
+}
+
 /// The whole tuple as a container.
 template <class C> C As(const omu_PrimTuple& tuple)
 {
@@ -68,7 +67,7 @@ template <class C> C As(const omu_PrimTuple& tuple)
 
 } // namespace
 
-omu_PrimTuple::omu_PrimTuple(int size) : omu_PrimSequence('('), m_size(std::max(size, 0)), m_items(SlotsFor(m_size)) {}
+omu_PrimTuple::omu_PrimTuple(int size) : omu_PrimSequence('('), m_size(std::max(size, 0)), m_items(m_size) {}
 
 omu_PrimTuple::omu_PrimTuple(const omu_PrimArray& array)
     : omu_PrimTuple(array.ConstGetNumDimensions() == 0 ? 1 : array.Length())
@@ -81,7 +80,7 @@ omu_PrimTuple::omu_PrimTuple(const omu_PrimArray& array)
 omu_PrimTuple::omu_PrimTuple(const cow_List<cow_String>& texts) : omu_PrimTuple(texts.Length())
 {
     for (const cow_String& text : texts) {
-        StoreItem(omu_PrimHolder(new omu_PrimString(text)));
+        Emplace<omu_PrimString>(text);
     }
 }
 
@@ -105,11 +104,11 @@ void omu_PrimTuple::AppendItems(std::string& text, int depth) const
 {
     const bool isList = DynTypeId() == omu_PrimList::TypeId();
     text += isList ? '[' : '(';
-    for (int i = 0; i < m_size; ++i) {
-        if (i > 0) {
+    for (const omu_PrimHolder& item : *this) {
+        if (&item != begin()) {
             text += ", ";
         }
-        omu_AppendText(text, ItemOrNone(i), depth + 1);
+        omu_AppendText(text, OrNone(item), depth + 1);
     }
     text += isList ? "]" : m_size == 1 ? ",)" : ")";
 }
@@ -124,12 +123,11 @@ bool omu_PrimTuple::operator==(const omu_Primitive& other) const
         return false;
     }
     // Equality of shared items is asked for too: a NaN does not equal itself.
-    for (int i = 0; i < m_size; ++i) {
-        if (ItemOrNone(i) != tuple.ItemOrNone(i)) {
-            return false;
-        }
-    }
-    return true;
+    return std::equal(begin(), end(), tuple.begin(), [](const omu_PrimHolder& left, const omu_PrimHolder& right) {
+        const omu_PrimNumber* const number = left.NumberInPlace();
+        const omu_PrimNumber* const peer = number != nullptr ? right.NumberInPlace() : nullptr;
+        return peer != nullptr ? number->Equals(*peer) : OrNone(left) == OrNone(right);
+    });
 }
 
 void omu_PrimTuple::Accept(omu_PrimVisitor* visitor) const
@@ -169,8 +167,7 @@ const omu_PrimHolder& omu_PrimTuple::operator[](int index) const
 
 const omu_Primitive& omu_PrimTuple::ItemOrNone(int index) const noexcept
 {
-    const omu_Primitive* const item = m_items[index].ConstGet();
-    return item != nullptr ? *item : omu_SharedNone();
+    return OrNone(m_items[index]);
 }
 
 omu_PrimSequence* omu_PrimTuple::Slice(int low, int high) const
@@ -194,33 +191,47 @@ void omu_PrimTuple::PutCopy(const omu_Primitive* item)
         VEXCRT::_assert("Tuple Index returned NULL", SOURCE, __LINE__);
         return;
     }
-    Store(item->Copy());
+    Put(omu_PrimHolder::CopyOf(*item));
 }
 
-void omu_PrimTuple::StoreItem(omu_PrimHolder item)
+omu_PrimHolder* omu_PrimTuple::NextSlot()
 {
     if (m_cursor >= m_size) {
         VEXCRT::_assert("cursor < size", SOURCE, __LINE__);
-        return;
+        return nullptr;
     }
-    m_items.Write()[m_cursor] = std::move(item);
-    ++m_cursor;
+    return m_items.Write() + m_cursor;
+}
+
+template <omu_HeldInPlace V, class... Args> void omu_PrimTuple::Emplace(const Args&... args)
+{
+    if (omu_PrimHolder* const slot = NextSlot()) {
+        slot->Emplace<V>(args...);
+        ++m_cursor;
+    }
+}
+
+void omu_PrimTuple::Put(omu_PrimHolder item)
+{
+    if (item) {
+        NoteItem(*item);
+    }
+    if (omu_PrimHolder* const slot = NextSlot()) {
+        *slot = std::move(item);
+        ++m_cursor;
+    }
 }
 
 void omu_PrimTuple::Store(omu_Primitive* value)
 {
-    omu_PrimHolder item(value);
-    if (value != nullptr) {
-        NoteItem(*value);
-    }
-    StoreItem(std::move(item));
+    Put(omu_PrimHolder(value));
 }
 
 void omu_PrimTuple::Put(const cow_1DArray<int>& values)
 {
     auto tuple = std::make_unique<omu_PrimTuple>(values.Length());
     for (const int value : values) {
-        tuple->StoreItem(omu_PrimHolder(new omu_PrimNumber(value)));
+        tuple->Emplace<omu_PrimNumber>(value);
     }
     Store(tuple.release());
 }
@@ -235,9 +246,9 @@ void omu_PrimTuple::Put(const omu_PrimType& value)
     Store(value.Copy());
 }
 
-void omu_PrimTuple::Put(const omu_PrimNone& value)
+void omu_PrimTuple::Put(const omu_PrimNone&)
 {
-    Store(value.Copy());
+    Emplace<omu_PrimNone>();
 }
 
 void omu_PrimTuple::Put(const omu_PrimEnumBase& value)
@@ -287,47 +298,47 @@ void omu_PrimTuple::Put(const omu_PrimExpr& value)
 
 void omu_PrimTuple::Put(float value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value)));
+    Emplace<omu_PrimNumber>(value);
 }
 
 void omu_PrimTuple::Put(double value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value)));
+    Emplace<omu_PrimNumber>(value);
 }
 
 void omu_PrimTuple::Put(const utl_FilePath& value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimString(value.PathName())));
+    Emplace<omu_PrimString>(value.PathName());
 }
 
 void omu_PrimTuple::Put(const omi_complex& value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimComplex(value)));
+    Store(new omu_PrimComplex(value));
 }
 
 void omu_PrimTuple::Put(const cow_String& value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimString(value)));
+    Emplace<omu_PrimString>(value);
 }
 
 void omu_PrimTuple::Put(unsigned int value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value)));
+    Emplace<omu_PrimNumber>(value);
 }
 
 void omu_PrimTuple::Put(int value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value)));
+    Emplace<omu_PrimNumber>(value);
 }
 
 void omu_PrimTuple::Put(short value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value, omu_PrimNumber::INT16)));
+    Emplace<omu_PrimNumber>(value, omu_PrimNumber::INT16);
 }
 
 void omu_PrimTuple::Put(char value)
 {
-    StoreItem(omu_PrimHolder(new omu_PrimNumber(value, omu_PrimNumber::INT8)));
+    Emplace<omu_PrimNumber>(value, omu_PrimNumber::INT8);
 }
 
 const omu_InterfaceObj* omu_PrimTuple::Get(const char* typeName, const omu_InterfaceObj* prototype)
@@ -621,19 +632,17 @@ void omu_PrimTuple::ReadData(bio_Ifilter& in, void* object)
     omu_PrimTuple read;
     ReadTypeCode(in, read, "(");
     const std::uint32_t count = in.ReadCount(/*minItemBytes=*/sizeof(std::uint32_t));
-    read.m_items.Clear();
+    read.m_items.Reserve(static_cast<int>(in.SafeReserve(count, sizeof(omu_PrimHolder))));
     for (std::uint32_t i = 0; i < count; ++i) {
-        omu_Primitive* value = nullptr;
-        in >> value;
-        omu_PrimHolder item(value);
-        if (value != nullptr) {
-            read.NoteItem(*value);
+        omu_PrimHolder item;
+        in >> item;
+        if (item) {
+            read.NoteItem(*item);
             read.m_cursor = static_cast<int>(i) + 1; // as after the last Put
         }
         read.m_items.Append(std::move(item));
     }
     read.m_size = static_cast<int>(count);
-    read.m_items.Resize(SlotsFor(read.m_size));
     in >> read.m_defaultName;
     *static_cast<omu_PrimTuple*>(object) = read;
 }

@@ -66,17 +66,33 @@ void AppendNumber(std::string& text, const omu_PrimNumber& number)
 
 void omu_AppendText(std::string& text, const omu_Primitive& value, int depth)
 {
-    // Exactly these classes: one derived from them may have another text.
+    // Exactly these classes: one derived from them may have another text. The code is asked first because classes that
+    // differ are told apart by their names, character by character.
     const std::type_info& type = typeid(value);
-    if (type == typeid(omu_PrimNumber)) {
-        AppendNumber(text, static_cast<const omu_PrimNumber&>(value));
-    } else if (type == typeid(omu_PrimString)) {
-        omu_AppendQuoted(text, static_cast<const omu_PrimString&>(value).GetString());
-    } else if (type == typeid(omu_PrimTuple) || type == typeid(omu_PrimList)) {
-        static_cast<const omu_PrimTuple&>(value).AppendItems(text, depth);
-    } else {
-        text += value.AsString(depth).view();
+    switch (value.TypeCode()) {
+    case 'i':
+    case 'f':
+        if (type == typeid(omu_PrimNumber)) {
+            AppendNumber(text, static_cast<const omu_PrimNumber&>(value));
+            return;
+        }
+        break;
+    case 's':
+        if (type == typeid(omu_PrimString)) {
+            omu_AppendQuoted(text, static_cast<const omu_PrimString&>(value).GetString());
+            return;
+        }
+        break;
+    case '(':
+        if (type == typeid(omu_PrimTuple) || type == typeid(omu_PrimList)) {
+            static_cast<const omu_PrimTuple&>(value).AppendItems(text, depth);
+            return;
+        }
+        break;
+    default:
+        break;
     }
+    text += value.AsString(depth).view();
 }
 
 void omu_AppendQuoted(std::string& text, std::string_view characters)

@@ -1,6 +1,8 @@
 #include "omu_TypeLevels_detail.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <mutex>
 
 namespace
@@ -21,12 +23,20 @@ bool IsSameLevel(const omu_InterfaceObj::TypeDesc& a, const omu_InterfaceObj::Ty
 
 template <class Entry> std::uint32_t omu_NameIndex<Entry>::Hash(std::string_view name) noexcept
 {
-    // FNV-1a: names are short, and the index is built from the program's own tables.
-    std::uint32_t hash = 2166136261U;
-    for (const char character : name) {
-        hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+    // The first and last eight bytes and the length tell the names of a program apart well enough; the index is built
+    // from its own tables, so nobody can choose names that meet.
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    if (name.size() >= sizeof first) {
+        std::memcpy(&first, name.data(), sizeof first);
+        std::memcpy(&last, name.data() + name.size() - sizeof last, sizeof last);
+    } else {
+        for (const char character : name) {
+            first = first << 8 | static_cast<unsigned char>(character);
+        }
     }
-    return hash;
+    const std::uint64_t mixed = (first ^ std::rotl(last, 29) ^ name.size()) * 0x9E3779B97F4A7C15U;
+    return static_cast<std::uint32_t>(mixed >> 32);
 }
 
 template <class Entry> const Entry* omu_NameIndex<Entry>::Find(std::string_view name) const noexcept
@@ -35,9 +45,12 @@ template <class Entry> const Entry* omu_NameIndex<Entry>::Find(std::string_view 
         return nullptr;
     }
     const std::size_t mask = m_slots.size() - 1;
-    for (std::size_t slot = Hash(name) & mask; m_slots[slot] != nullptr; slot = (slot + 1) & mask) {
-        if (name == m_slots[slot]->name) {
-            return m_slots[slot];
+    const std::uint32_t hash = Hash(name);
+    for (std::size_t place = hash & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
+        const Slot& slot = m_slots[place];
+        if (slot.hash == hash && slot.length == name.size() &&
+            std::memcmp(slot.row->name, name.data(), name.size()) == 0) {
+            return slot.row;
         }
     }
     return nullptr;
@@ -60,7 +73,7 @@ template <class Entry> void omu_NameIndex<Entry>::Add(const Entry* table)
 
 template <class Entry> void omu_NameIndex<Entry>::Rehash(std::size_t slots)
 {
-    m_slots.assign(slots, nullptr);
+    m_slots.assign(slots, Slot());
     for (const Entry* row : m_rows) {
         Place(row);
     }
@@ -69,11 +82,13 @@ template <class Entry> void omu_NameIndex<Entry>::Rehash(std::size_t slots)
 template <class Entry> void omu_NameIndex<Entry>::Place(const Entry* row) noexcept
 {
     const std::size_t mask = m_slots.size() - 1;
-    std::size_t slot = Hash(row->name) & mask;
-    while (m_slots[slot] != nullptr) {
-        slot = (slot + 1) & mask;
+    const std::string_view name(row->name);
+    const std::uint32_t hash = Hash(name);
+    std::size_t place = hash & mask;
+    while (m_slots[place].row != nullptr) {
+        place = (place + 1) & mask;
     }
-    m_slots[slot] = row;
+    m_slots[place] = {row, hash, static_cast<std::uint32_t>(name.size())};
 }
 
 template class omu_NameIndex<omu_MethodEntry>;

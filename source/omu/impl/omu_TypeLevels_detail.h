@@ -19,13 +19,20 @@ public:
     const std::vector<const Entry*>& Rows() const noexcept { return m_rows; }
 
 private:
+    struct Slot
+    {
+        const Entry* row = nullptr; // null: free
+        std::uint32_t hash = 0;
+        std::uint32_t length = 0; // of the name
+    };
+
     static std::uint32_t Hash(std::string_view name) noexcept;
     void Rehash(std::size_t slots);
     void Place(const Entry* row) noexcept;
 
     std::vector<const Entry*> m_rows;
     // Open addressing with linear probing; the size is a power of two and at most half of the slots are taken.
-    std::vector<const Entry*> m_slots;
+    std::vector<Slot> m_slots;
 };
 
 /// What one chain of DescribeType calls describes: the levels, base first, and an index over their names. Every distinct
