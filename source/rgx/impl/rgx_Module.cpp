@@ -1,5 +1,7 @@
 #include "rgx_Module.h"
 
+#include "rgx_ReCompileCache.h"
+
 namespace
 {
 
@@ -11,6 +13,7 @@ void rgx_initialize(int& count)
 {
     if (users++ == 0) {
         ++count;
+        omi_Singleton<rgx_ReCompileCache>::Instance();
     }
 }
 
@@ -18,5 +21,6 @@ void rgx_finalize(int& count)
 {
     if (users != 0 && --users == 0) {
         --count;
+        omi_SingletonBase<rgx_ReCompileCache>::Finalize();
     }
 }

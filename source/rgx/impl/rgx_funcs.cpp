@@ -1,0 +1,195 @@
+#include "rgx_funcs.h"
+
+#include "nex_TextException.h"
+#include "rgx_ReCompileCache.h"
+#include "rgx_pcre_detail.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace
+{
+
+constexpr const char* SOURCE = "source/rgx/impl/rgx_funcs";
+constexpr const char* REFERENCE_PATTERN = "\\$([1-9]+|&|`|')";
+
+const real_pcre& Compiled(const cow_String& pattern)
+{
+    return *static_cast<const real_pcre*>(omi_Singleton<rgx_ReCompileCache>::Instance().Get(pattern));
+}
+
+[[noreturn]] void ThrowExecError(int result)
+{
+    nex_TextException("rgx_match: exec error: " + cow_String(result)).Throw(SOURCE, 72);
+}
+
+/// Number of pairs of the match in `text`, 0 for none.
+int Match(const real_pcre& compiled, std::string_view text)
+{
+    const int result = compiled.Match(text.data(), text.size());
+    if (result < PCRE2_ERROR_NOMATCH) {
+        ThrowExecError(result);
+    }
+    return std::max(result, 0);
+}
+
+std::string_view UpToZeroByte(std::string_view text)
+{
+    const void* const zero = std::memchr(text.data(), '\0', text.size());
+    return zero != nullptr ? text.substr(0, static_cast<std::size_t>(static_cast<const char*>(zero) - text.data()))
+                           : text;
+}
+
+cow_1DArrayList<int, int> Offsets(const real_pcre& compiled, int pairs)
+{
+    cow_1DArrayList<int, int> offsets(2 * pairs);
+    std::transform(compiled.offsets, compiled.offsets + 2 * pairs, offsets.Write(),
+                   [](PCRE2_SIZE offset) { return static_cast<int>(offset); }); // unset ones become -1
+    return offsets;
+}
+
+/// What is left of a subject, from whose front matches are taken.
+class Rest
+{
+public:
+    explicit Rest(std::string_view subject) : m_text(subject), m_searched(UpToZeroByte(subject)) {}
+    /// After its first match.
+    Rest(std::string_view subject, const rgx_ReIterator& match) : Rest(subject)
+    {
+        SetMatch(static_cast<std::size_t>(match.Start(0)), static_cast<std::size_t>(match.End(0)));
+    }
+
+    /// Matches the pattern against what is left.
+    bool Find(const real_pcre& compiled)
+    {
+        if (Match(compiled, m_searched) == 0) {
+            return false;
+        }
+        SetMatch(compiled.offsets[0], compiled.offsets[1]);
+        return true;
+    }
+    std::size_t Start() const noexcept { return m_start; }
+    std::size_t End() const noexcept { return m_end; }
+
+    std::string_view Text() const noexcept { return m_text; }
+    std::string_view BeforeMatch() const noexcept { return m_text.substr(0, m_start); }
+    std::string_view Matched() const noexcept { return m_text.substr(m_start, m_end - m_start); }
+
+    void Drop(std::size_t count)
+    {
+        m_text.remove_prefix(count);
+        if (count <= m_searched.size()) {
+            m_searched.remove_prefix(count);
+        } else {
+            m_searched = UpToZeroByte(m_text); // a zero byte was dropped
+        }
+    }
+
+private:
+    void SetMatch(std::size_t start, std::size_t end) noexcept
+    {
+        m_start = start;
+        m_end = std::max(start, end); // a group that a lookahead calls may move the start behind the end
+    }
+
+    std::string_view m_text;
+    std::string_view m_searched; // m_text up to its first zero byte
+    std::size_t m_start = 0;     // of the last match
+    std::size_t m_end = 0;
+};
+
+/// The replacement with its references replaced by texts of `match`.
+cow_String Expanded(const cow_String& replacement, const rgx_ReIterator& match)
+{
+    Rest rest(replacement);
+    cow_String expanded;
+    for (const real_pcre& reference = Compiled(REFERENCE_PATTERN); rest.Find(reference); rest.Drop(rest.End())) {
+        const cow_String text = rest.Matched();
+        rgx_ReIterator number(text, {0, text.Length(), 1, text.Length()});
+        number.Next();
+        expanded += rest.BeforeMatch();
+        expanded += match.NthString(number.StringAsGroupNum());
+    }
+    expanded += rest.Text();
+    return expanded;
+}
+
+} // namespace
+
+rgx_ReIterator rgx_match(const cow_String& pattern, const cow_String& subject)
+{
+    const real_pcre& compiled = Compiled(pattern);
+    const std::string_view text = UpToZeroByte(subject);
+    const int pairs = Match(compiled, text);
+    if (pairs == 0) {
+        return {};
+    }
+    return {text.size() == subject.size() ? subject : cow_String(text), Offsets(compiled, pairs)};
+}
+
+rgx_ReIterator rgx_match(const cow_String& pattern, const char* subject)
+{
+    return rgx_match(pattern, cow_String(subject));
+}
+
+cow_1DArrayList<cow_String, cow_String> rgx_split(const cow_String& pattern, const cow_String& subject)
+{
+    const real_pcre& compiled = Compiled(pattern);
+    cow_1DArrayList<cow_String, cow_String> pieces;
+    Rest rest(subject);
+    while (rest.Find(compiled)) {
+        if (rest.Start() > 0) {
+            pieces.Append(rest.BeforeMatch());
+        }
+        if (rest.End() == 0) {
+            nex_TextException("rgx_split: pattern matches the empty string").Throw(SOURCE, __LINE__);
+        }
+        rest.Drop(rest.End());
+    }
+    pieces.Append(rest.Text().size() == subject.size() ? subject : cow_String(rest.Text()));
+    return pieces;
+}
+
+cow_String rgx_join(const cow_1DArrayList<cow_String, cow_String>& parts, const cow_String& separator)
+{
+    std::size_t length = parts.IsEmpty() ? 0 : (parts.size() - 1) * separator.size();
+    for (const cow_String& part : parts) {
+        length += part.size();
+    }
+    cow_String joined;
+    joined.Reserve(length);
+    for (int i = 0; i < parts.Length(); ++i) {
+        joined += i != 0 ? separator.view() : std::string_view();
+        joined += parts[i];
+    }
+    return joined;
+}
+
+cow_String rgx_subn(const cow_String& pattern, const cow_String& subject, const cow_String& replacement, int count)
+{
+    const rgx_ReIterator first = rgx_match(pattern, subject);
+    if (!first.IsMatched() || count < 1) {
+        return subject;
+    }
+    const cow_String expanded = Expanded(replacement, first);
+    const real_pcre& compiled = Compiled(pattern); // again: the references' pattern may have pushed it out
+    cow_String result;
+    Rest rest(subject, first);
+    for (int n = 1; !rest.Text().empty(); ++n) {
+        result += rest.BeforeMatch();
+        result += expanded;
+        if (rest.End() == 0) {
+            result.Append(rest.Text().front());
+        }
+        rest.Drop(std::max<std::size_t>(rest.End(), 1));
+        if (n == count || !rest.Find(compiled)) {
+            result += rest.Text();
+            return result;
+        }
+    }
+    result += expanded; // for the empty match at the very end
+    return result;
+}

@@ -1,0 +1,180 @@
+#include "rgx_pcre.h"
+
+#include "rgx_pcre_detail.h"
+
+#include <algorithm>
+#include <new>
+
+namespace
+{
+
+// What a match may cost before it ends in an error: steps, nested choices and memory of the interpreter.
+constexpr std::uint32_t MATCH_LIMIT = 10'000'000;
+constexpr std::uint32_t DEPTH_LIMIT = 1'000'000;
+constexpr std::uint32_t HEAP_LIMIT_KIB = 256 * 1024;
+// Stack of the machine code; the second is only reserved, not used, until a match needs it.
+constexpr std::size_t START_STACK_BYTES = 32 * 1024;
+constexpr std::size_t MAX_STACK_BYTES = 2 * 1024 * 1024;
+
+constexpr std::uint32_t EXEC_OPTIONS =
+    PCRE2_ANCHORED | PCRE2_ENDANCHORED | PCRE2_NOTBOL | PCRE2_NOTEOL | PCRE2_NOTEMPTY | PCRE2_NOTEMPTY_ATSTART;
+
+const char* ErrorText(int error) noexcept
+{
+    thread_local char text[256];
+    pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(text), sizeof text);
+    return text;
+}
+
+template <class T> void Tell(T* place, T value) noexcept
+{
+    if (place != nullptr) {
+        *place = value;
+    }
+}
+
+/// Gives the pattern what its matches need; false when memory is short.
+bool Equip(real_pcre& pattern) noexcept
+{
+    pattern.data.reset(pcre2_match_data_create_from_pattern(pattern.code.get(), nullptr));
+    pattern.context.reset(pcre2_match_context_create(nullptr));
+    if (!pattern.data || !pattern.context) {
+        return false;
+    }
+    pcre2_set_match_limit(pattern.context.get(), MATCH_LIMIT);
+    pcre2_set_depth_limit(pattern.context.get(), DEPTH_LIMIT);
+    pcre2_set_heap_limit(pattern.context.get(), HEAP_LIMIT_KIB);
+    pattern.offsets = pcre2_get_ovector_pointer(pattern.data.get());
+    pattern.pairs = static_cast<int>(pcre2_get_ovector_count(pattern.data.get()));
+    return true;
+}
+
+template <class T> T Info(const real_pcre& pattern, std::uint32_t what) noexcept
+{
+    T value{};
+    pcre2_pattern_info(pattern.code.get(), what, &value);
+    return value;
+}
+
+} // namespace
+
+int real_pcre::MatchWithMoreStack(const char* subject, std::size_t length, std::uint32_t matchOptions) const
+{
+    if (!stack) {
+        stack.reset(pcre2_jit_stack_create(START_STACK_BYTES, MAX_STACK_BYTES, nullptr));
+        if (stack) {
+            pcre2_jit_stack_assign(context.get(), nullptr, stack.get());
+            return Match(subject, length, matchOptions);
+        }
+    }
+    return MatchInterpreted(subject, length, matchOptions);
+}
+
+int real_pcre::MatchInterpreted(const char* subject, std::size_t length, std::uint32_t matchOptions) const
+{
+    // Match data of its own: the interpreter's memory, which may be much, would stay with the pattern's.
+    const rgx_detail::Owned<pcre2_match_data> own(pcre2_match_data_create_from_pattern(code.get(), nullptr));
+    if (!own) {
+        return PCRE2_ERROR_NOMEMORY;
+    }
+    const int result = pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject), length, 0,
+                                   matchOptions | PCRE2_NO_JIT, own.get(), context.get());
+    std::copy_n(pcre2_get_ovector_pointer(own.get()), 2 * pairs, pcre2_get_ovector_pointer(data.get()));
+    return result;
+}
+
+real_pcre* rgx_pcre_compile(const char* pattern, int options, const char** error, int* errorOffset) noexcept
+{
+    int failure = PCRE2_ERROR_NOMEMORY;
+    PCRE2_SIZE offset = 0;
+    std::unique_ptr<real_pcre> compiled(new (std::nothrow) real_pcre);
+    if (compiled) {
+        compiled->code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern != nullptr ? pattern : ""),
+                                           PCRE2_ZERO_TERMINATED, static_cast<std::uint32_t>(options) | PCRE2_NEVER_UTF,
+                                           &failure, &offset, nullptr));
+    }
+    if (compiled && compiled->code) {
+        if (Equip(*compiled)) {
+            return compiled.release();
+        }
+        failure = PCRE2_ERROR_NOMEMORY;
+    }
+    Tell(error, ErrorText(failure));
+    Tell(errorOffset, static_cast<int>(offset));
+    return nullptr;
+}
+
+void rgx_pcre_free(real_pcre* code) noexcept
+{
+    delete code;
+}
+
+real_pcre_extra* rgx_pcre_study(const real_pcre* code, int options, const char** error) noexcept
+{
+    int result = PCRE2_ERROR_NULL;
+    if (options != 0) {
+        result = PCRE2_ERROR_BADOPTION;
+    } else if (code != nullptr) {
+        result = pcre2_jit_compile(code->code.get(), PCRE2_JIT_COMPLETE);
+        // The pattern may forbid machine code, or use what has none.
+        code->extra.isTranslated = result == 0 && Info<std::size_t>(*code, PCRE2_INFO_JITSIZE) != 0;
+    }
+    const bool isFailure = code == nullptr || options != 0 || result == PCRE2_ERROR_NOMEMORY;
+    Tell(error, isFailure ? ErrorText(result) : nullptr);
+    return !isFailure && code->extra.isTranslated ? &code->extra : nullptr;
+}
+
+int rgx_pcre_exec(const real_pcre* code, const real_pcre_extra*, const char* subject, int length, int options,
+                  int* offsets, int offsetCount) noexcept
+{
+    if (code == nullptr || subject == nullptr || (offsets == nullptr && offsetCount != 0)) {
+        return PCRE2_ERROR_NULL;
+    }
+    if (length < 0 || offsetCount < 0) {
+        return PCRE2_ERROR_BADDATA;
+    }
+    const auto matchOptions = static_cast<std::uint32_t>(options);
+    if ((matchOptions & ~EXEC_OPTIONS) != 0) {
+        return PCRE2_ERROR_BADOPTION;
+    }
+    const int result = code->Match(subject, static_cast<std::size_t>(length), matchOptions);
+    if (result < 0) {
+        return result;
+    }
+    const int room = offsetCount / 2;
+    const int count = 2 * std::min(code->pairs, room);
+    for (int i = 0; i < count; ++i) {
+        offsets[i] = static_cast<int>(code->offsets[i]); // unset ones become -1
+    }
+    return result <= room ? result : 0;
+}
+
+int rgx_pcre_info(const real_pcre* code, int* options, int* firstByte) noexcept
+{
+    if (code == nullptr) {
+        return PCRE2_ERROR_NULL;
+    }
+    const auto all = Info<std::uint32_t>(*code, PCRE2_INFO_ALLOPTIONS);
+    Tell(options, static_cast<int>(all & ~PCRE2_NEVER_UTF));
+    switch (Info<std::uint32_t>(*code, PCRE2_INFO_FIRSTCODETYPE)) {
+    case 1:
+        Tell(firstByte, static_cast<int>(Info<std::uint32_t>(*code, PCRE2_INFO_FIRSTCODEUNIT)));
+        break;
+    case 2:
+        Tell(firstByte, -1);
+        break;
+    default:
+        Tell(firstByte, -2);
+    }
+    return static_cast<int>(Info<std::uint32_t>(*code, PCRE2_INFO_CAPTURECOUNT));
+}
+
+const char* rgx_pcre_version() noexcept
+{
+    static const struct Version
+    {
+        Version() noexcept { pcre2_config(PCRE2_CONFIG_VERSION, text); }
+        char text[64] = {};
+    } version;
+    return version.text;
+}
