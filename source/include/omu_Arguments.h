@@ -139,6 +139,12 @@ private:
     int m_optionalMiss = 0;                // parameter number of the last optional one not supplied, else 0
 };
 
+// What the member Get with a keyword does, for targets that it does not have, and for two that it has.
+VEXOMU_API void omu_Get(omu_Arguments& arguments, cow_1DArray<double>& values, const cow_String& keyword);
+VEXOMU_API void omu_Get(omu_Arguments& arguments, cow_1DArray<int>& values, const cow_String& keyword);
+VEXOMU_API void omu_Get(omu_Arguments& arguments, cow_1DArray<cow_String>& values, const cow_String& keyword);
+VEXOMU_API void omu_Get(omu_Arguments& arguments, cow_2DArray<double>& values, const cow_String& keyword);
+
 template <class T> void omu_Arguments::DeprecatedGet(T& value, const cow_String& keyword, cow_String feature)
 {
     if (!DeprecatedCheck(feature) || !Alternative()) {

@@ -29,6 +29,15 @@ constexpr const char* UNDETERMINED = "Undetermined";
 
 constexpr const char* SEQUENCE_OF_INTEGERS = "sequence of Integers";
 
+/// Fetches the items of `values` as an array list, with which they share their memory.
+template <class T> void GetAsArrayList(omu_Arguments& arguments, cow_1DArray<T>& values, const cow_String& keyword)
+{
+    cow_1DArrayList<T, T> items;
+    static_cast<cow_Sequence<T>&>(items) = values;
+    arguments.Get(items, keyword);
+    static_cast<cow_Sequence<T>&>(values) = items;
+}
+
 /// Room made for the first keyword, and how many are looked through one by one.
 constexpr int FIRST_KEYWORDS = 4;
 constexpr int FEW_KEYWORDS = 8;
@@ -351,4 +360,24 @@ void omu_Arguments::AddDeprecatedArgUsed(const cow_String& keyword)
     if (!m_deprecatedUsed.IsMember(keyword)) {
         m_deprecatedUsed.Append(keyword);
     }
+}
+
+void omu_Get(omu_Arguments& arguments, cow_1DArray<double>& values, const cow_String& keyword)
+{
+    GetAsArrayList(arguments, values, keyword);
+}
+
+void omu_Get(omu_Arguments& arguments, cow_1DArray<int>& values, const cow_String& keyword)
+{
+    arguments.Get(values, keyword);
+}
+
+void omu_Get(omu_Arguments& arguments, cow_1DArray<cow_String>& values, const cow_String& keyword)
+{
+    GetAsArrayList(arguments, values, keyword);
+}
+
+void omu_Get(omu_Arguments& arguments, cow_2DArray<double>& values, const cow_String& keyword)
+{
+    arguments.Get(values, keyword);
 }
