@@ -15,7 +15,8 @@ class pnt_PrettyPrint;
 ///
 /// Ownership:  shares its text as cow_String does.
 /// Threads:    one thread at a time; distinct copies may live on distinct threads.
-/// Errors:     only AbsolutePathName() asks the system, and throws nex_TextException when it gives no answer.
+/// Errors:     AbsolutePathName() throws nex_TextException when the system gives no answer; only it and
+///             IsExecutable() ask.
 /// Example:    utl_FilePath("jobs").Join("beam.inp").Extension()
 class VEXUTL_API utl_FilePath
 {
@@ -28,6 +29,8 @@ public:
     bool IsEmpty() const noexcept { return m_path.IsEmpty(); }
     /// True when the path does not depend on the current directory (nor, on Windows, on the current drive).
     bool IsAbsolute() const;
+    /// True when the path leads to a file that may be run.
+    bool IsExecutable() const;
 
     /// All before the last name, without the separators between ("/" for "/f"); empty when there is no
     /// separator. Separators at the end of the path do not count.

@@ -1,5 +1,6 @@
 #include "utl_FilePath.h"
 
+#include "VEXcrt_File.h"
 #include "bio_Ifilter.h"
 #include "bio_Ofilter.h"
 #include "nex_TextException.h"
@@ -68,6 +69,11 @@ bool utl_FilePath::IsAbsolute() const
                (path.size() > 2 && IsSeparator(path[0]) && IsSeparator(path[1]));
     }
     return path.starts_with('/');
+}
+
+bool utl_FilePath::IsExecutable() const
+{
+    return VEXCRT::IsExecutable(m_path.AsCharPtr());
 }
 
 utl_FilePath utl_FilePath::Directory() const

@@ -1,0 +1,119 @@
+#include "uti_Redirection.h"
+
+#include "VEXcrt_Process.h"
+#include "nex_TextException.h"
+#include "uti_SystemException.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <string>
+
+namespace
+{
+template <class Action> std::string Refusal(Action action)
+{
+    try {
+        action();
+    } catch (const nex_Exception& exception) {
+        return std::string(exception.AsString().view());
+    }
+    return "none";
+}
+
+TEST(Redirection, What_cannot_be_meant_is_refused)
+{
+    const struct
+    {
+        std::initializer_list<const char*> arguments;
+        const char* refusal;
+    } rows[] = {
+        {{"<", "a", ">", "b", "2>>", "c"}, "none"},
+        {{"<", "a", ">", "b", "2>", "c", "<"}, "Two many redirection arguments"},
+        {{"<", "a", ">"}, "Redirection arguments must be paired"},
+        {{"1>", "a"}, "Unrecognized redirector symbol"},
+        {{"<", "a", "<", "b"}, "Stream stdin has already redirected."},
+        {{">>", "a", ">&", "b"}, "Stream stdout has already redirected."},
+        {{">&", "a", "2>", "b"}, "Stream stderr has already redirected."},
+        {{"2>>", "a", ">>&", "b"}, "Stream stderr has already redirected."},
+    };
+    for (const auto& row : rows) {
+        cow_String text;
+        cow_1DArrayList<cow_String, cow_String> arguments;
+        for (const char* argument : row.arguments) {
+            arguments.Append(argument);
+            text += cow_String(argument) + " ";
+        }
+        EXPECT_EQ(Refusal([&] { uti_Redirection from(arguments); }), row.refusal) << text;
+        if (row.arguments.size() < 7) {
+            EXPECT_EQ(Refusal([&] { uti_Redirection from(text); }), row.refusal) << text;
+        }
+    }
+    EXPECT_EQ(Refusal([] { uti_Redirection from("> a b"); }), "Unrecognized redirector symbol");
+    EXPECT_EQ(Refusal([] {
+                  uti_Redirection from("<", "a");
+                  from.CreateSink();
+              }),
+              "Stream stdin has already redirected.");
+    EXPECT_EQ(Refusal([] {
+                  uti_Redirection from(">>&", "a");
+                  from.CreateSource();
+              }),
+              "Stream stdout has already redirected.");
+    EXPECT_EQ(Refusal([] {
+                  uti_Redirection from("<", "no/such/file");
+                  from.OpenAll();
+              }).substr(0, 11),
+              "IOError: : ");
+}
+
+TEST(Redirection, A_descriptor_that_is_not_open_is_reported_by_the_result_of_the_call)
+{
+    try {
+        uti_Redirection("2>", 1000);
+        ADD_FAILURE();
+    } catch (const uti_SystemException& exception) {
+        EXPECT_EQ(exception.Function(), "fstat");
+        EXPECT_EQ(exception.ErrorNumber(), -1);
+        EXPECT_EQ(exception.Line(), 206);
+    }
+}
+
+TEST(Redirection, Owns_descriptors_above_the_standard_streams)
+{
+    VEXCRT::Pipe pipe;
+    ASSERT_TRUE(VEXCRT::MakePipe(pipe, /*isText=*/false));
+    {
+        uti_Redirection both("<", pipe.readEnd, ">&", pipe.writeEnd);
+        both.Nullify();
+    }
+    EXPECT_FALSE(VEXCRT::IsOpenDescriptor(pipe.readEnd));
+    EXPECT_FALSE(VEXCRT::IsOpenDescriptor(pipe.writeEnd));
+    EXPECT_TRUE(VEXCRT::IsOpenDescriptor(1));
+}
+
+TEST(Redirection, Files_are_those_of_the_directory_at_construction)
+{
+    namespace fs = std::filesystem;
+    const fs::path start = fs::current_path();
+    const fs::path folder = fs::path(testing::TempDir()) / "redirection";
+    fs::create_directories(folder / "below");
+    fs::current_path(folder);
+    std::ofstream("old") << "12345";
+    std::ofstream("longer") << "12345";
+    {
+        uti_Redirection files(">>&", "longer", "<", "old");
+        uti_Redirection emptied(">", "old");
+        fs::current_path(folder / "below");
+        files.OpenAll();
+        emptied.OpenAll();
+    }
+    EXPECT_EQ(fs::file_size(folder / "old"), 0u);
+    EXPECT_EQ(fs::file_size(folder / "longer"), 5u);
+    EXPECT_TRUE(fs::is_empty(folder / "below"));
+    fs::current_path(start);
+    fs::remove_all(folder);
+}
+} // namespace
