@@ -216,6 +216,7 @@ TEST_F(ObjectStream, Descent_follows_the_parents_across_components)
     EXPECT_TRUE(typ_ArchCompTable::IsParent(CRATE, CRATE));
     EXPECT_TRUE(typ_ArchCompTable::IsParent(CRATE, SHAPE));
     EXPECT_FALSE(typ_ArchCompTable::IsParent(SHAPE, BOX));
+    EXPECT_FALSE(typ_ArchCompTable::IsParent(CRATE, typ_ROOT));
     EXPECT_FALSE(typ_ArchCompTable::IsParent(CRATE, 0x1F0001));
     EXPECT_FALSE(typ_ArchCompTable::IsParent(0xFFFF0003, SHAPE));
     RecordedAssertions assertions;

@@ -49,7 +49,7 @@ bool typ_ArchCompTable::IsParent(std::uint32_t typeId, std::uint32_t ancestorId)
             return true;
         }
         const typ_Entry* const row = Find(typeId);
-        if (row == nullptr) {
+        if (row == nullptr || row->parent == typ_ROOT) { // which is no type, so nothing derives from it
             return false;
         }
         typeId = row->parent;
