@@ -1,4 +1,5 @@
 #include "omu_DictIntObj.h"
+#include "omu_IdSeqIntObj.h"
 #include "omu_MemberIntObj.h"
 #include "omu_SeqIntObj.h"
 
@@ -21,6 +22,7 @@
 #include <random>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace
@@ -85,6 +87,15 @@ struct Ids final : omu_SeqIntObj
     int Remove(const int&) override { return 0; }
     int RemoveSlice(const int&, const int&) override { return 0; }
     std::vector<int> Content() const { return {m_ids.begin(), m_ids.begin() + m_length}; }
+};
+
+struct InstanceIds final : omu_IdSeqIntObj
+{
+    explicit InstanceIds(std::initializer_list<omu_IntAndArrayInt> runs)
+    {
+        m_subscripts = omu_ListArrayInt(omu_ListArrayInt::Runs(runs));
+    }
+    omu_Primitive* Copy() const override { return new InstanceIds(*this); }
 };
 
 /// The position, or the error's text.
@@ -212,6 +223,32 @@ TEST(SequenceOfIds, The_first_of_equal_ids_stays)
     Ids fresh;
     fresh.RemoveDuplicates();
     EXPECT_EQ(fresh.Length(), -1);
+}
+
+TEST(InstanceSequence, Finds_ids_and_their_instances)
+{
+    InstanceIds ids{{9, {5, 2}}, {7, {1}}, {9, {2, 3}}};
+    const auto convert = [&](int index, bool allowEnd) {
+        return Position([&] { return ids.ConvertIndex(index, allowEnd); });
+    };
+    EXPECT_EQ(convert(5, true) + convert(-1, false) + convert(-9, true), "540");
+    EXPECT_EQ(convert(5, false), "sequence index 5 out of range");
+    EXPECT_EQ(convert(6, true), "sequence index 6 out of range");
+    int id = 0;
+    int instance = 0;
+    ids.ConvertSubscrIndex(-3, id, instance);
+    EXPECT_EQ(std::pair(id, instance), std::pair(1, 7));
+    omu_ListArrayInt part;
+    ids.Subscripts(part, 1, 3);
+    EXPECT_EQ(part, omu_ListArrayInt({{9, {2}}, {7, {1}}}));
+    EXPECT_FALSE(ids.GetSingleInstanceId(instance));
+    ids.RemoveDuplicates();
+    ids.Subscripts(part);
+    EXPECT_EQ(part, omu_ListArrayInt({{9, {2, 3, 5}}, {7, {1}}}));
+    EXPECT_TRUE((InstanceIds{{4, {1}}, {4, {2}}}).GetSingleInstanceId(instance));
+    EXPECT_EQ(instance, 4);
+    EXPECT_EQ(ids.AsString(0), "<InstanceSequence object>");
+    EXPECT_TRUE(ids.IsA("Sequence"));
 }
 
 TEST(MemberObject, Copies_share_the_shortcut)

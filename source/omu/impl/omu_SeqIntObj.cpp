@@ -1,6 +1,6 @@
 #include "omu_SeqIntObj.h"
 
-#include "omu_IndexErrorException.h"
+#include "omu_IndexError_detail.h"
 #include "omu_PrimVisitor.h"
 #include "omu_TextLimits_detail.h"
 
@@ -12,11 +12,7 @@
 namespace
 {
 
-[[noreturn]] void ThrowIndexError(int index, int line)
-{
-    omu_IndexErrorException("sequence index " + cow_String(index) + " out of range")
-        .Throw("source/omu/impl/omu_SeqIntObj", line);
-}
+constexpr const char* SOURCE = "source/omu/impl/omu_SeqIntObj";
 
 } // namespace
 
@@ -53,7 +49,7 @@ int omu_SeqIntObj::ConvertIndex(const int& index) const
     const int length = Length();
     const int position = index >= 0 ? index : static_cast<int>(std::max<std::int64_t>(std::int64_t{index} + length, 0));
     if (position > length) {
-        ThrowIndexError(index, __LINE__);
+        omu_ThrowIndexError(index, SOURCE, __LINE__);
     }
     return position;
 }
@@ -62,7 +58,7 @@ int omu_SeqIntObj::ConvertSubscrIndex(const int& index) const
 {
     const int position = ConvertIndex(index);
     if (position == Length()) {
-        ThrowIndexError(index, __LINE__);
+        omu_ThrowIndexError(index, SOURCE, __LINE__);
     }
     return position;
 }
