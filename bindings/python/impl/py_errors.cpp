@@ -153,3 +153,14 @@ void pySetErrorFromCurrentException() noexcept
     PyException_SetContext(value, earlier); // takes over the reference
     PyErr_Restore(newType, value, newTraceback);
 }
+
+void pySetKeyError(PyObject* object, PyObject* key)
+{
+    PyObject* const type = TypeOfCategory("KeyError");
+    const PyRef text(PyUnicode_FromFormat("no key %R", key));
+    const PyRef error(text ? PyObject_CallOneArg(type, text.Get()) : nullptr);
+    if (error && PyObject_SetAttrString(error.Get(), "name", key) == 0 &&
+        PyObject_SetAttrString(error.Get(), "obj", object) == 0) {
+        PyErr_SetObject(type, error.Get());
+    }
+}

@@ -10,6 +10,9 @@ bool pyAddErrors(PyObject* module);
 /// clause. A Python error that is already set becomes the new one's context.
 void pySetErrorFromCurrentException() noexcept;
 
+/// KeyError for a key that `object` does not have; it carries both.
+void pySetKeyError(PyObject* object, PyObject* key);
+
 /// Runs `body` and returns its result; when it throws, sets the Python error and returns `failed`. Every entry from
 /// Python goes through it: no C++ exception may reach the interpreter.
 template <class Body, class Result> Result pyGuard(Result failed, Body body) noexcept

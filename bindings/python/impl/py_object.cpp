@@ -1,5 +1,6 @@
 #include "py_object.h"
 
+#include "py_containers.h"
 #include "py_errors.h"
 #include "py_values.h"
 
@@ -117,21 +118,6 @@ bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t
     return true;
 }
 
-/// The Python value of a result that the caller owns; null stands for None.
-PyObject* TakeResult(omu_Primitive* result)
-{
-    const std::unique_ptr<omu_Primitive> value(result);
-    if (value != nullptr && value->IsType('<') && value->DynTypeId() == omu_InterfaceObj::TypeId()) {
-        auto& object = static_cast<omu_InterfaceObj&>(*value);
-        if (&object.Resolve() == &object) {
-            // A fresh object, not a reference to one of the kernel's: Python keeps it.
-            static_cast<void>(const_cast<std::unique_ptr<omu_Primitive>&>(value).release());
-            return pyWrapObject(object, /*owned=*/true);
-        }
-    }
-    return pyToPython(value.get());
-}
-
 /// The one place through which every method call from Python goes.
 PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const* values, Py_ssize_t positional,
                      PyObject* keywordNames)
@@ -149,7 +135,7 @@ PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const
     if (deprecated && !WarnDeprecated(method)) {
         return nullptr;
     }
-    PyRef result(TakeResult(object.CallMethod("", method.info.name, arguments, deprecated)));
+    PyRef result(pyTakeResult(object.CallMethod("", method.info.name, arguments, deprecated)));
     if (!result || !WarnDeprecatedKeywords(arguments)) {
         return nullptr;
     }
@@ -200,7 +186,7 @@ PyObject* GetMember(PyObject* handle, const Descriptor& member)
         SetNoAttribute(handle, member);
         return nullptr;
     }
-    value = PyRef(TakeResult(result));
+    value = PyRef(pyTakeResult(result));
     return !value || (deprecated && !WarnDeprecated(member)) ? nullptr : value.Release();
 }
 
@@ -433,7 +419,8 @@ PyTypeObject* ClassOf(const omu_InterfaceObj& object)
     if (known != nullptr) {
         return known;
     }
-    PyTypeObject* pythonClass = objectType;
+    PyTypeObject* const container = pyContainerTypeOf(object);
+    PyTypeObject* pythonClass = container != nullptr ? container : objectType;
     for (int level = 0; level < object.HierarchyDepth() && pythonClass != nullptr; ++level) {
         pythonClass = ClassOfLevel(object.Level(level), pythonClass);
     }
@@ -494,7 +481,7 @@ bool pyAddObjectType(PyObject* module)
     PyType_Spec spec{"vexomu.Object", sizeof(Handle), 0,
                      Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
     objectType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
-    return objectType != nullptr && MakeDescriptorTypes() &&
+    return objectType != nullptr && MakeDescriptorTypes() && pyAddContainerTypes(module, objectType) &&
            PyModule_AddObjectRef(module, "Object", reinterpret_cast<PyObject*>(objectType)) == 0;
 }
 
@@ -521,4 +508,18 @@ PyObject* pyWrapObject(omu_InterfaceObj& object, bool owned)
 omu_InterfaceObj* pyUnwrapObject(PyObject* value)
 {
     return PyObject_TypeCheck(value, objectType) ? &ReferenceOf(value).Target() : nullptr;
+}
+
+PyObject* pyTakeResult(omu_Primitive* result)
+{
+    const std::unique_ptr<omu_Primitive> value(result);
+    if (value != nullptr && value->IsType('<') && value->DynTypeId() == omu_InterfaceObj::TypeId()) {
+        auto& object = static_cast<omu_InterfaceObj&>(*value);
+        if (&object.Resolve() == &object) {
+            // A fresh object, not a reference to one of the kernel's: Python keeps it.
+            static_cast<void>(const_cast<std::unique_ptr<omu_Primitive>&>(value).release());
+            return pyWrapObject(object, /*owned=*/true);
+        }
+    }
+    return pyToPython(value.get());
 }

@@ -15,3 +15,6 @@ PyObject* pyWrapObject(omu_InterfaceObj& object, bool owned);
 /// The kernel object behind a Python object: null without a Python error when `value` is none of ours. Throws
 /// omu_AccessErrorException when the kernel object is gone.
 omu_InterfaceObj* pyUnwrapObject(PyObject* value);
+
+/// The Python value of a result that the caller owns (null: None); null with a Python error set.
+PyObject* pyTakeResult(omu_Primitive* result);

@@ -2,6 +2,7 @@
 
 #include "vexomu_python.h"
 
+#include "containers.h"
 #include "cow_List.h"
 #include "nex_TextException.h"
 #include "omu_AccessErrorException.h"
@@ -252,5 +253,10 @@ private:
 
 PyMODINIT_FUNC PyInit_probe()
 {
-    return vexomu_NewModule("probe", "A kernel for tests.", {{"shelf", new Shelf}});
+    return vexomu_NewModule("probe", "A kernel for tests.",
+                            {{"shelf", new Shelf},
+                             {"names", NewNameRack()},
+                             {"numbers", NewNumberRack()},
+                             {"shapes", NewShapeRack()},
+                             {"row", NewRow()}});
 }
