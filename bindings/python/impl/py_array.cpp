@@ -3,6 +3,9 @@
 #include "omu_PrimArray.h"
 #include "omu_PrimNumber.h"
 #include "py_errors.h"
+#include "py_values.h"
+
+#include "nex_TextException.h"
 
 #include <cstring>
 #include <limits>
@@ -280,6 +283,62 @@ PyObject* NumpyAsArray()
     return asArray;
 }
 
+/// The elements as the array of their own type; throws nex_TextException when they have no shape.
+omu_PrimArray ArrayOf(const omu_Primitive& values)
+{
+    if (values.IsType('(')) {
+        return omu_PrimArray(static_cast<const omu_PrimSequence&>(values));
+    }
+    // The text of an array without dimensions has its number alone.
+    const double number = static_cast<const omu_PrimNumber&>(values).GetValue();
+    return omu_PrimArray(0, nullptr, &number);
+}
+
+/// array(values, kind): what the text of a numeric array makes when it is run.
+PyObject* NewArray(PyObject*, PyObject* arguments)
+{
+    PyObject* values = nullptr;
+    const char* kind = nullptr;
+    if (PyArg_ParseTuple(arguments, "Os:array", &values, &kind) == 0) {
+        return nullptr;
+    }
+    return pyGuard(static_cast<PyObject*>(nullptr), [&]() -> PyObject* {
+        const std::string_view code(kind);
+        const auto type = code == "i"   ? omu_PrimNumber::INT32
+                          : code == "f" ? omu_PrimNumber::REAL32
+                                        : omu_PrimNumber::REAL64;
+        const omu_PrimHolder held = pyFromPython(values);
+        if (!held) {
+            return nullptr;
+        }
+        if ((code != "d" && type == omu_PrimNumber::REAL64) ||
+            (!held->IsType('(') && held.NumberInPlace() == nullptr)) {
+            PyErr_SetString(PyExc_TypeError, "array needs numbers in a sequence, and 'i', 'f' or 'd'");
+            return nullptr;
+        }
+        const omu_PrimArray source = ArrayOf(*held);
+        std::vector<int> dimensions;
+        for (int i = 0; i < source.ConstGetNumDimensions(); ++i) {
+            dimensions.push_back(source.ConstGetDimension(i));
+        }
+        std::vector<char> elements(static_cast<std::size_t>(source.ConstGetNumElements()) * sizeof(double));
+        cow_String message;
+        if (!held->IsType('(')) {
+            putPrimNumberAtPtr(*held.NumberInPlace(), type, elements.data());
+        } else if (!copyValuesFromSequence(static_cast<const omu_PrimSequence&>(*held), dimensions, type,
+                                           elements.data(), message)) {
+            nex_TextException(message).Throw("bindings/python/impl/py_array", __LINE__);
+        }
+        return pyToArray(omu_PrimArray(static_cast<int>(dimensions.size()), dimensions.data(), type, elements.data()));
+    });
+}
+
+PyMethodDef functions[] = {
+    {"array", NewArray, METH_VARARGS,
+     "array(values, kind)\n--\n\nNumbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."},
+    {},
+};
+
 } // namespace
 
 bool pyAddArrayType(PyObject* module)
@@ -293,7 +352,8 @@ bool pyAddArrayType(PyObject* module)
     PyType_Spec spec{"vexomu.Array", sizeof(ArrayObject), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION,
                      slots};
     arrayType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
-    return arrayType != nullptr && PyModule_AddObjectRef(module, "Array", reinterpret_cast<PyObject*>(arrayType)) == 0;
+    return arrayType != nullptr && PyModule_AddFunctions(module, functions) == 0 &&
+           PyModule_AddObjectRef(module, "Array", reinterpret_cast<PyObject*>(arrayType)) == 0;
 }
 
 std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)

@@ -2,6 +2,8 @@
 
 #include "py_containers.h"
 #include "py_errors.h"
+#include "py_journal.h"
+#include "py_operators.h"
 #include "py_values.h"
 
 #include "omu_Arguments.h"
@@ -17,6 +19,7 @@
 #include <string>
 #include <tuple>
 #include <unordered_map>
+#include <vector>
 
 namespace
 {
@@ -26,7 +29,8 @@ struct Handle
 {
     PyObject ob_base;
     PyObject* weakReferences;
-    omu_InterfaceObj* owned; // deleted with the handle; null: the kernel owns the object
+    omu_InterfaceObj* owned;    // deleted with the handle; null: the kernel owns the object
+    PyJournalName* journalName; // owned; what the journal calls an object that only scripts have, or null
     alignas(omu_ObjectRef) std::byte reference[sizeof(omu_ObjectRef)];
 };
 
@@ -57,6 +61,11 @@ PyTypeObject* memberType = nullptr;
 omu_ObjectRef& ReferenceOf(PyObject* handle)
 {
     return *std::launder(reinterpret_cast<omu_ObjectRef*>(reinterpret_cast<Handle*>(handle)->reference));
+}
+
+PyJournalName* JournalNameOf(PyObject* handle)
+{
+    return reinterpret_cast<Handle*>(handle)->journalName;
 }
 
 bool WarnDeprecated(const Descriptor& descriptor)
@@ -118,6 +127,16 @@ bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t
     return true;
 }
 
+/// Writes what is done into the journal; false with a Python error set.
+bool CommitEntry(PyJournalEntry& entry, PyObject* result)
+{
+    if (!PyObject_TypeCheck(result, objectType)) {
+        return entry.Commit(nullptr, nullptr);
+    }
+    auto& handle = *reinterpret_cast<Handle*>(result);
+    return entry.Commit(handle.owned, handle.owned != nullptr ? &handle.journalName : nullptr);
+}
+
 /// The one place through which every method call from Python goes.
 PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const* values, Py_ssize_t positional,
                      PyObject* keywordNames)
@@ -126,6 +145,16 @@ PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const
     omu_Arguments arguments(static_cast<int>(positional));
     if (!FillArguments(arguments, values, positional, keywordNames)) {
         return nullptr;
+    }
+    PyJournalEntry entry;
+    if (entry.IsWanted(object, method.info.name)) {
+        // Before the call: it may change what paths lead to.
+        const PyJournalRendering rendering;
+        omu_Arguments shown(static_cast<int>(positional));
+        if (!FillArguments(shown, values, positional, keywordNames)) {
+            return nullptr;
+        }
+        entry.DescribeCall(object, JournalNameOf(handle), method.info.name, shown);
     }
     bool deprecated = false;
     if (method.info.deprecated && !object.IsMethod(method.info.name, deprecated)) {
@@ -136,7 +165,7 @@ PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const
         return nullptr;
     }
     PyRef result(pyTakeResult(object.CallMethod("", method.info.name, arguments, deprecated)));
-    if (!result || !WarnDeprecatedKeywords(arguments)) {
+    if (!result || !CommitEntry(entry, result.Get()) || !WarnDeprecatedKeywords(arguments)) {
         return nullptr;
     }
     return result.Release();
@@ -204,6 +233,15 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
     if (!converted) {
         return -1;
     }
+    PyJournalEntry entry;
+    if (entry.IsWanted(object, member.info.name)) {
+        const PyJournalRendering rendering;
+        omu_PrimHolder shown = pyFromPython(value);
+        if (!shown) {
+            return -1;
+        }
+        entry.DescribeAssignment(object, JournalNameOf(handle), member.info.name, std::move(shown));
+    }
     omu_Arguments arguments(1);
     arguments.Put(std::move(converted));
     bool deprecated = false;
@@ -218,7 +256,7 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
             omu_AttributeErrorException(omu_AttributeErrorException::READ_ONLY, member.info.name).JournalMessage());
         return -1;
     }
-    return deprecated && !WarnDeprecated(member) ? -1 : 0;
+    return !entry.Commit(nullptr, nullptr) || (deprecated && !WarnDeprecated(member)) ? -1 : 0;
 }
 
 PyObject* MemberGet(PyObject* self, PyObject* object, PyObject*)
@@ -436,6 +474,7 @@ void HandleDealloc(PyObject* self)
         PyObject_ClearWeakRefs(self);
     }
     delete handle->owned;
+    pyDropJournalName(handle->journalName);
     ReferenceOf(self).~omu_ObjectRef();
     type->tp_free(self);
     Py_DECREF(type);
@@ -467,19 +506,25 @@ PyMemberDef handleMembers[] = {
 
 } // namespace
 
+PyJournalName* pyJournalNameOf(PyObject* handle)
+{
+    return JournalNameOf(handle);
+}
+
 bool pyAddObjectType(PyObject* module)
 {
-    PyType_Slot slots[] = {
-        Slot(Py_tp_dealloc, HandleDealloc),
-        Slot(Py_tp_repr, HandleRepr),
-        Slot(Py_tp_hash, HandleHash),
-        Slot(Py_tp_richcompare, HandleCompare),
-        {Py_tp_members, handleMembers},
-        {Py_tp_doc, const_cast<char*>("An object of the kernel. Equality is identity.")},
-        {0, nullptr},
-    };
+    std::vector<PyType_Slot> slots = pyOperatorSlots();
+    slots.insert(slots.end(), {
+                                  Slot(Py_tp_dealloc, HandleDealloc),
+                                  Slot(Py_tp_repr, HandleRepr),
+                                  Slot(Py_tp_hash, HandleHash),
+                                  Slot(Py_tp_richcompare, HandleCompare),
+                                  {Py_tp_members, handleMembers},
+                                  {Py_tp_doc, const_cast<char*>("An object of the kernel. Equality is identity.")},
+                                  {0, nullptr},
+                              });
     PyType_Spec spec{"vexomu.Object", sizeof(Handle), 0,
-                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots.data()};
     objectType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
     return objectType != nullptr && MakeDescriptorTypes() && pyAddContainerTypes(module, objectType) &&
            PyModule_AddObjectRef(module, "Object", reinterpret_cast<PyObject*>(objectType)) == 0;
@@ -505,9 +550,14 @@ PyObject* pyWrapObject(omu_InterfaceObj& object, bool owned)
     return self;
 }
 
+bool pyUnwrapsToObject(PyObject* value)
+{
+    return PyObject_TypeCheck(value, objectType);
+}
+
 omu_InterfaceObj* pyUnwrapObject(PyObject* value)
 {
-    return PyObject_TypeCheck(value, objectType) ? &ReferenceOf(value).Target() : nullptr;
+    return pyUnwrapsToObject(value) ? &ReferenceOf(value).Target() : nullptr;
 }
 
 PyObject* pyTakeResult(omu_Primitive* result)

@@ -1,6 +1,7 @@
 #include "py_values.h"
 
 #include "py_array.h"
+#include "py_journal.h"
 #include "py_object.h"
 #include "py_text_types.h"
 
@@ -86,6 +87,11 @@ omu_PrimHolder FromText(PyObject* value)
     const cow_String text(utf8.view());
     if (PyUnicode_CheckExact(value)) {
         return omu_PrimHolder(std::in_place_type<omu_PrimString>, text);
+    }
+    if (PyJournalRendering::IsOn()) {
+        if (omu_PrimHolder shown = PyJournalRendering::ForText(value, text)) {
+            return shown;
+        }
     }
     switch (pyTextKindOf(value)) {
     case PyTextKind::PATH:
@@ -223,6 +229,11 @@ omu_PrimHolder FromOther(PyObject* value, int depth)
         return FromDict(value, depth);
     }
     if (omu_InterfaceObj* const object = pyUnwrapObject(value)) {
+        if (PyJournalRendering::IsOn()) {
+            if (omu_PrimHolder shown = PyJournalRendering::ForObject(*object, pyJournalNameOf(value))) {
+                return shown;
+            }
+        }
         return NewValue<omu_ObjectRef>(*object);
     }
     if (PyObject_CheckBuffer(value) != 0 && !PyBytes_Check(value) && !PyByteArray_Check(value)) {

@@ -1,5 +1,6 @@
 #include "py_array.h"
 #include "py_errors.h"
+#include "py_journal.h"
 #include "py_object.h"
 #include "py_text_types.h"
 #include "py_values.h"
@@ -27,7 +28,12 @@ omu_Primitive* FromPython(PyObject* value)
     return pyGuard(static_cast<omu_Primitive*>(nullptr), [&] { return pyFromPython(value).Release(); });
 }
 
-vexomu_Api api{.wrap = Wrap, .toPython = ToPython, .fromPython = FromPython};
+int AnnounceRoot(const char* module, const char* name)
+{
+    return pyGuard(-1, [&] { return pyAnnounceRoot(module, name) ? 0 : -1; });
+}
+
+vexomu_Api api{.wrap = Wrap, .toPython = ToPython, .fromPython = FromPython, .announceRoot = AnnounceRoot};
 
 PyModuleDef definition = {
     PyModuleDef_HEAD_INIT,
@@ -43,7 +49,8 @@ PyModuleDef definition = {
 
 bool Fill(PyObject* module)
 {
-    if (!pyAddErrors(module) || !pyAddTextTypes(module) || !pyAddArrayType(module) || !pyAddObjectType(module)) {
+    if (!pyAddErrors(module) || !pyAddTextTypes(module) || !pyAddArrayType(module) || !pyAddObjectType(module) ||
+        !pyAddJournal(module)) {
         return false;
     }
     const PyRef capsule(PyCapsule_New(&api, vexomu_Api::CAPSULE, nullptr));

@@ -19,7 +19,7 @@
 struct vexomu_Api
 {
     static constexpr const char* CAPSULE = "vexomu._api";
-    static constexpr int VERSION = 1;
+    static constexpr int VERSION = 2;
 
     int version = VERSION;
     /// A Python object that owns `object`; null with a Python error set. Takes ownership in every case.
@@ -28,6 +28,8 @@ struct vexomu_Api
     PyObject* (*toPython)(const omu_Primitive* value) = nullptr;
     /// A value that the caller owns; null with a Python error set.
     omu_Primitive* (*fromPython)(PyObject* value) = nullptr;
+    /// Tells the journal that scripts find a kernel object by importing `name` from `module`; -1 with a Python error set.
+    int (*announceRoot)(const char* module, const char* name) = nullptr;
 };
 
 /// The functions of module `vexomu`, which is imported by the first call; null with a Python error set.
@@ -69,7 +71,8 @@ inline PyObject* vexomu_NewModule(const char* name, const char* description,
             continue;
         }
         PyObject* const wrapped = api->wrap(object.release());
-        failed = wrapped == nullptr || PyModule_AddObjectRef(module, named.name, wrapped) < 0;
+        failed = wrapped == nullptr || PyModule_AddObjectRef(module, named.name, wrapped) < 0 ||
+                 api->announceRoot(name, named.name) < 0;
         Py_XDECREF(wrapped);
     }
     if (failed) {

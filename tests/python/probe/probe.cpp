@@ -4,6 +4,7 @@
 
 #include "containers.h"
 #include "cow_List.h"
+#include "ledger.h"
 #include "nex_TextException.h"
 #include "omu_AccessErrorException.h"
 #include "omu_Arguments.h"
@@ -255,6 +256,7 @@ PyMODINIT_FUNC PyInit_probe()
 {
     return vexomu_NewModule("probe", "A kernel for tests.",
                             {{"shelf", new Shelf},
+                             {"ledger", NewLedger()},
                              {"names", NewNameRack()},
                              {"numbers", NewNumberRack()},
                              {"shapes", NewShapeRack()},
