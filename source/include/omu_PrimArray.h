@@ -3,8 +3,8 @@
 #include "cow_1DArray.h"
 #include "cow_CountedHld.h"
 #include "omu_PrimArrayData.h"
-#include "omu_PrimNumber.h"
 #include "omu_PrimHolder.h"
+#include "omu_PrimNumber.h"
 #include "omu_PrimSequence.h"
 
 #include <array>
