@@ -18,6 +18,13 @@ GOALS = [
     ("text of ten mixed values", "text_kernel", ["text_variant", "text_python"], 0.90),
     ("100,000 values written, beside cereal", "write_kernel", ["write_cereal"], 0.15),
     ("100,000 values read, beside cereal", "read_kernel", ["read_cereal"], 0.20),
+    ("20-character name matched, beside PCRE2's machine code", "match_kernel", ["match_jit"], 1.10),
+    ("the same with the pattern looked up", "match_cache_kernel", ["match_jit"], 2.00),
+    ("the same, beside RE2 and std::regex", "match_cache_kernel", ["match_re2", "match_std"], 1.00),
+    ("10 kB line split, beside a loop around machine code", "split_kernel", ["split_jit"], 1.00),
+    ("the same, beside RE2 and std::regex", "split_kernel", ["split_re2", "split_std"], 1.00),
+    ("substitution in it, beside a loop around machine code", "substitute_kernel", ["substitute_jit"], 1.00),
+    ("the same, beside RE2 and std::regex", "substitute_kernel", ["substitute_re2", "substitute_std"], 1.00),
 ]
 
 
