@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -176,20 +177,20 @@ cow_String rgx_subn(const cow_String& pattern, const cow_String& subject, const 
     }
     const cow_String expanded = Expanded(replacement, first);
     const real_pcre& compiled = Compiled(pattern); // again: the references' pattern may have pushed it out
-    cow_String result;
+    std::string result;                            // whose appending is inlined
     Rest rest(subject, first);
     for (int n = 1; !rest.Text().empty(); ++n) {
         result += rest.BeforeMatch();
         result += expanded;
         if (rest.End() == 0) {
-            result.Append(rest.Text().front());
+            result += rest.Text().front();
         }
         rest.Drop(std::max<std::size_t>(rest.End(), 1));
         if (n == count || !rest.Find(compiled)) {
             result += rest.Text();
-            return result;
+            return std::string_view(result);
         }
     }
     result += expanded; // for the empty match at the very end
-    return result;
+    return std::string_view(result);
 }
