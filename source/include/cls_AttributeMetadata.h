@@ -3,6 +3,7 @@
 #include "VEXomu_export.h"
 #include "cls_CollectionType.h"
 #include "cls_FieldHandle.h"
+#include "omi_Btree.h"
 
 #include <cstdint>
 
@@ -27,3 +28,6 @@ private:
     std::uint32_t m_count;
     cls_CollectionType m_collection;
 };
+
+/// A field without a number and a name, of no type, with a count of 1 and no collection.
+template <> VEXOMU_API cls_AttributeMetadata omi_Btree<cow_String, cls_AttributeMetadata>::GetNullValue();

@@ -4,9 +4,9 @@
 #include "cls_AttributeMetadata.h"
 #include "cls_PayloadHolder.h"
 #include "cow_String.h"
+#include "omi_Btree.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -53,7 +53,7 @@ public:
     int Version() const noexcept { return m_version; }
 
     /// The largest field id among the attributes, -1 when there are none.
-    int MaxFieldID() const noexcept;
+    int MaxFieldID() const;
     /// The attribute of that name, or null.
     const cls_AttributeMetadata* FindAttribute(const cow_String& name) const;
     /// The attributes in the order of their names, compared by unsigned bytes.
@@ -69,6 +69,6 @@ private:
     DtorFn m_dtor = nullptr;
     int m_tableExtentQuantum = DEFAULT_TABLE_EXTENT_QUANTUM;
     int m_version;
-    std::map<cow_String, cls_AttributeMetadata> m_attributes;
+    omi_Btree<cow_String, cls_AttributeMetadata> m_attributes; // by field name
     std::unique_ptr<cls_ClassMetadata> m_replaced; // an earlier description of the same version, still referred to
 };

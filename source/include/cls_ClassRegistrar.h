@@ -3,6 +3,7 @@
 #include "VEXomu_export.h"
 #include "cls_ClassMetadata.h"
 #include "cow_String.h"
+#include "omi_UintTable.h"
 
 #include <cstdint>
 #include <map>
@@ -11,7 +12,7 @@
 ///
 /// Ownership:  owns the metadata it creates, also that replaced by a later registration of the same class and version.
 /// Threads:    filled by one thread at start-up; read from any thread after that.
-/// Complexity: look-ups O(log classes).
+/// Complexity: ConstGet O(1), the other look-ups O(log classes).
 /// Errors:     a look-up that fails throws nex_TextException; nothing changes.
 /// References: metadata lives as long as its registrar.
 /// Example:    const auto& md = registrar.GetClassMetadata(id, version); void* object = md.Ctor()(visitor);
@@ -42,7 +43,7 @@ public:
 private:
     using Versions = std::map<int, std::unique_ptr<cls_ClassMetadata>>;
 
-    std::map<std::uint32_t, cls_ClassMetadata*> m_current; // owned by m_versions, some as replaced metadata
+    omi_UintTable<cls_ClassMetadata*> m_current; // owned by m_versions, some as replaced metadata
     std::map<std::uint32_t, Versions> m_versions;
     std::map<cow_String, std::uint32_t> m_names;
 };

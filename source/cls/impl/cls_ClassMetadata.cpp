@@ -1,5 +1,7 @@
 #include "cls_ClassMetadata.h"
 
+#include "omi_BtreeIterator.h"
+
 #include <algorithm>
 
 cls_ClassMetadata::cls_ClassMetadata(const cow_String& name, std::uint32_t classId, int version, CtorFn ctor,
@@ -12,7 +14,7 @@ cls_ClassMetadata::~cls_ClassMetadata() = default;
 cls_ClassMetadata& cls_ClassMetadata::AddAttribute(const cls_FieldHandle& field, cls_AttributeType type,
                                                    std::uint32_t count, cls_CollectionType collection)
 {
-    m_attributes.try_emplace(field.FieldName(), field, type, count, collection);
+    m_attributes.Insert(field.FieldName(), cls_AttributeMetadata(field, type, count, collection));
     return *this;
 }
 
@@ -28,27 +30,28 @@ cls_ClassMetadata& cls_ClassMetadata::AddTableExtentQuantum(int quantum) noexcep
     return *this;
 }
 
-int cls_ClassMetadata::MaxFieldID() const noexcept
+int cls_ClassMetadata::MaxFieldID() const
 {
     int largest = cls_FieldHandle::NOT_NUMBERED;
-    for (const auto& [name, attribute] : m_attributes) {
-        largest = std::max(largest, attribute.FieldID());
+    omi_BtreeIterator<cow_String, cls_AttributeMetadata> attribute(m_attributes);
+    for (attribute.First(); !attribute.IsDone(); attribute.Next()) {
+        largest = std::max(largest, attribute.Value().FieldID());
     }
     return largest;
 }
 
 const cls_AttributeMetadata* cls_ClassMetadata::FindAttribute(const cow_String& name) const
 {
-    const auto found = m_attributes.find(name);
-    return found != m_attributes.end() ? &found->second : nullptr;
+    return m_attributes.Find(name);
 }
 
 std::vector<const cls_AttributeMetadata*> cls_ClassMetadata::Attributes() const
 {
     std::vector<const cls_AttributeMetadata*> attributes;
-    attributes.reserve(m_attributes.size());
-    for (const auto& [name, attribute] : m_attributes) {
-        attributes.push_back(&attribute);
+    attributes.reserve(static_cast<std::size_t>(m_attributes.Count()));
+    omi_BtreeIterator<cow_String, cls_AttributeMetadata> attribute(m_attributes);
+    for (attribute.First(); !attribute.IsDone(); attribute.Next()) {
+        attributes.push_back(&attribute.Value());
     }
     return attributes;
 }

@@ -29,7 +29,8 @@ cls_ClassMetadata& cls_ClassRegistrar::CreateClassMD(const cow_String& name, std
     std::unique_ptr<cls_ClassMetadata>& slot = m_versions[classId][version];
     created->m_replaced = std::exchange(slot, nullptr);
     slot = std::move(created);
-    if (m_current.try_emplace(classId, &metadata).second) {
+    if (m_current.Find(classId) == nullptr) {
+        m_current.Insert(classId, &metadata);
         m_names.try_emplace(name, classId);
     }
     return metadata;
@@ -42,13 +43,13 @@ void cls_ClassRegistrar::DeleteClass(const cow_String& name, std::uint32_t class
 
 const cls_ClassMetadata& cls_ClassRegistrar::ConstGet(std::uint32_t classId) const
 {
-    const auto found = m_current.find(classId);
-    if (found == m_current.end()) {
+    cls_ClassMetadata* const* const found = m_current.Find(classId);
+    if (found == nullptr) {
         pnt_debugPrint() << "class Name=" << typ_ArchCompTable::GetName(classId) << '\n';
         Fail(__LINE__, "cls_ClassRegistrar::ConstGet failed: Class ID %d is not declared in metadata.",
              static_cast<int>(classId));
     }
-    return *found->second;
+    return **found;
 }
 
 const cls_ClassMetadata& cls_ClassRegistrar::GetClassMetadata(std::uint32_t classId, int version) const

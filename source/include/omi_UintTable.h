@@ -1,0 +1,121 @@
+#pragma once
+
+#include "omi_UintTableBlock.h"
+
+/// Map from unsigned 32-bit keys to small values, for keys that come in clusters, such as class ids. The high bits of a
+/// key tell its block, the low ones its cell there; cells are allocated in chunks.
+///
+/// Ownership:  owns its blocks, not what a pointer value points to; a copy is deep.
+/// Threads:    one thread at a time; any number may read while none writes.
+/// Complexity: Find O(1), three loads that depend on each other; Insert O(1) once the chunk is there, Remove O(1).
+/// Errors:     std::bad_alloc; the table is then as it was.
+/// References: what Find gives dies with its block, when the last key there is removed.
+/// Example:    omi_UintTable<const char*> names; names.Insert(id, "wing"); const char* const* name = names.Find(id);
+/// Avoid for:  keys spread over the whole range; each then costs a whole chunk. A hash table is smaller.
+template <class T> class omi_UintTable
+{
+public:
+    using Block = omi_UintTableBlock<T>;
+
+    /// As omi_UintTable(12, 10, 24): 4096 blocks, chunks of 1024 cells.
+    omi_UintTable() : omi_UintTable(12, 10, 24) {}
+    /// 2^highBits blocks of up to 2^chunkIndexBits chunks, whose slots come `chunkSlotStep` at a time; highBits is 1 to
+    /// 31, and both together at most 32: what is outside is brought inside.
+    omi_UintTable(unsigned int highBits, unsigned int chunkIndexBits, unsigned int chunkSlotStep)
+        : m_blocks(INITIAL_SLOTS), m_shift(KEY_BITS - std::clamp(highBits, 1U, KEY_BITS - 1)),
+          m_lowMask((1U << m_shift) - 1), m_chunkBits(m_shift - std::min(chunkIndexBits, m_shift)),
+          m_chunkSlotStep(chunkSlotStep)
+    {}
+    omi_UintTable(const omi_UintTable& other)
+        : m_blocks(other.m_blocks.size()), m_shift(other.m_shift), m_lowMask(other.m_lowMask),
+          m_chunkBits(other.m_chunkBits), m_chunkSlotStep(other.m_chunkSlotStep), m_count(other.m_count)
+    {
+        for (std::size_t b = 0; b < m_blocks.size(); ++b) {
+            if (other.m_blocks[b] != nullptr) {
+                m_blocks[b] = std::make_unique<Block>(*other.m_blocks[b]);
+            }
+        }
+    }
+    omi_UintTable(omi_UintTable&&) noexcept = default;
+    omi_UintTable& operator=(omi_UintTable other) noexcept
+    {
+        m_blocks.swap(other.m_blocks);
+        std::swap(m_shift, other.m_shift);
+        std::swap(m_lowMask, other.m_lowMask);
+        std::swap(m_chunkBits, other.m_chunkBits);
+        std::swap(m_chunkSlotStep, other.m_chunkSlotStep);
+        std::swap(m_count, other.m_count);
+        return *this;
+    }
+    /// A deep copy; the caller owns it.
+    omi_UintTable* Copy() const { return new omi_UintTable(*this); }
+
+    /// Number of keys.
+    unsigned int Count() const noexcept { return m_count; }
+    unsigned int BlockSlots() const noexcept { return static_cast<unsigned int>(m_blocks.size()); }
+    /// The block that holds the key, or null when no key falls there.
+    Block* FindTableBlock(unsigned int key) const noexcept
+    {
+        const unsigned int b = key >> m_shift;
+        return b < m_blocks.size() ? m_blocks[b].get() : nullptr;
+    }
+    /// The value of `key`, or null.
+    const T* Find(unsigned int key) const noexcept
+    {
+        const Block* const block = FindTableBlock(key);
+        return block != nullptr ? block->Find(key & m_lowMask) : nullptr;
+    }
+
+    /// True when the key is new. The value is set all the same when it is not, which is promised.
+    bool Insert(unsigned int key, const T& value)
+    {
+        const unsigned int b = key >> m_shift;
+        if (b >= m_blocks.size()) {
+            m_blocks.resize((b / SLOT_STEP + 1) * SLOT_STEP);
+        }
+        if (m_blocks[b] == nullptr) {
+            auto block = std::make_unique<Block>(m_chunkSlotStep, m_chunkBits);
+            block->Insert(key & m_lowMask, value);
+            m_blocks[b] = std::move(block);
+        } else if (!m_blocks[b]->Insert(key & m_lowMask, value)) {
+            return false;
+        }
+        ++m_count;
+        return true;
+    }
+    /// False when the key is absent.
+    bool Remove(unsigned int key) noexcept
+    {
+        Block* const block = FindTableBlock(key);
+        if (block == nullptr || !block->Remove(key & m_lowMask)) {
+            return false;
+        }
+        if (block->Population() == 0) {
+            m_blocks[key >> m_shift].reset();
+        }
+        --m_count;
+        return true;
+    }
+    /// Removes all keys; the slots of the blocks stay.
+    void Clear() noexcept
+    {
+        for (auto& block : m_blocks) {
+            block.reset();
+        }
+        m_count = 0;
+    }
+
+private:
+    template <class Value> friend class omi_UintTableIterator;
+
+    static constexpr unsigned int KEY_BITS = 32;
+    static constexpr unsigned int INITIAL_SLOTS = 2;
+    static constexpr unsigned int SLOT_STEP = 64;
+
+    std::vector<std::unique_ptr<Block>> m_blocks; // null where no key falls; otherwise of at least one key
+    unsigned int m_shift;                         // key >> m_shift is the block
+    unsigned int m_lowMask;                       // key & m_lowMask is the cell there
+    unsigned int m_chunkBits;
+    unsigned int m_chunkSlotStep;
+    unsigned int m_count = 0;
+};

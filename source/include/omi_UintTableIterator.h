@@ -1,0 +1,248 @@
+#pragma once
+
+#include "VEXCRT.h"
+#include "omi_UintTable.h"
+
+#include <cstdlib>
+#include <iterator>
+
+/// Walks over an omi_UintTable, both ways: in the order of the keys, or in that of a comparison.
+///
+/// Ownership:  refers to the table; any insertion or removal there invalidates it. Owns the sorted entries.
+/// Threads:    one thread at a time.
+/// Complexity: Next, Previous a few instructions within 64 keys, else O(empty cells / 64); First and Last O(blocks), in
+///             sorted mode O(keys log keys).
+/// Errors:     std::bad_alloc. Use before First or Last is an assertion: done, key 0, the zero value. Past the end it
+///             stays done until First or Last.
+/// Example:    for (it.First(); !it.IsDone(); it.Next()) { use(it.CurrentKey(), it.CurrentValue()); }
+template <class T> class omi_UintTableIterator
+{
+public:
+    /// What a comparison gets two pointers to pointers to, as std::qsort hands them over.
+    struct Entry
+    {
+        unsigned int key;
+        T value;
+    };
+    using Compare = int (*)(const void* left, const void* right);
+
+    explicit omi_UintTableIterator(const omi_UintTable<T>& table) : m_table(&table) {}
+    omi_UintTableIterator(const omi_UintTable<T>& table, Compare compare) : m_table(&table), m_compare(compare) {}
+
+    bool IsDone() const
+    {
+        if (m_current == UNSTARTED) {
+            Report("currentIndex != -2", 154);
+        }
+        return m_isDone;
+    }
+    unsigned int CurrentKey() const
+    {
+        if (m_current == UNSTARTED) {
+            Report("currentIndex > -2", 204);
+        }
+        return m_key;
+    }
+    const T& CurrentValue() const
+    {
+        if (m_current == UNSTARTED) {
+            Report("currentIndex > -2", 251);
+        }
+        return m_isDone ? m_noValue : *m_value;
+    }
+
+    void First();
+    void Last();
+    void Next();
+    void Previous();
+
+private:
+    using Block = omi_UintTableBlock<T>;
+
+    static constexpr std::int64_t UNSTARTED = -2;
+
+    static void Report(const char* condition, int line)
+    {
+        VEXCRT::_assert(condition, "source/include/omi_UintTable", line);
+    }
+    void Finish() noexcept
+    {
+        m_isDone = true;
+        m_key = 0;
+    }
+    void Sort();
+    void MoveToEntry(std::int64_t index) noexcept;
+    void NextBlock() noexcept;
+    void PreviousBlock() noexcept;
+    /// The block to walk over next; false when there is none at that index.
+    bool EnterBlock(std::int64_t index) noexcept;
+    /// To the first occupied cell at or behind `cell`, the start of a word; false when there is none in the block.
+    bool SearchUp(unsigned int cell) noexcept;
+    /// To the last occupied cell in the words before `cell`, the start of a word; false when there is none.
+    bool SearchDown(unsigned int cell) noexcept;
+    /// The word that starts at `cell`; false when none of its cells is occupied.
+    bool EnterWord(unsigned int cell) noexcept
+    {
+        m_wordCell = cell;
+        m_wordKey = (static_cast<unsigned int>(m_current) << m_table->m_shift) + cell;
+        m_word = m_block->Occupied(cell, &m_cells);
+        return m_word != 0;
+    }
+    void MoveToBit(int bit) noexcept
+    {
+        m_bit = bit;
+        m_key = m_wordKey + static_cast<unsigned int>(bit);
+        m_value = m_cells + bit;
+    }
+
+    const omi_UintTable<T>* m_table;
+    Compare m_compare = nullptr;        // null: in the order of the keys
+    std::int64_t m_current = UNSTARTED; // index of the block, or of the entry
+    bool m_isDone = true;
+    T m_noValue{};
+    unsigned int m_key = 0;
+    const T* m_value = nullptr;
+    // In the order of the keys: the word of up to 64 cells that holds the current one.
+    const Block* m_block = nullptr;
+    unsigned int m_wordCell = 0; // its first cell in the block
+    unsigned int m_wordKey = 0;  // the key of that cell
+    std::uint64_t m_word = 0;    // which of its cells are occupied
+    const T* m_cells = nullptr;
+    int m_bit = 0;
+    // In the order of a comparison.
+    std::vector<Entry> m_entries;
+    std::vector<const Entry*> m_sorted;
+};
+
+template <class T> void omi_UintTableIterator<T>::First()
+{
+    m_isDone = false;
+    if (m_compare != nullptr) {
+        Sort();
+        MoveToEntry(0);
+        return;
+    }
+    m_current = -1;
+    NextBlock();
+}
+
+template <class T> void omi_UintTableIterator<T>::Last()
+{
+    m_isDone = false;
+    if (m_compare != nullptr) {
+        Sort();
+        MoveToEntry(std::ssize(m_sorted) - 1);
+        return;
+    }
+    m_current = m_table->BlockSlots();
+    PreviousBlock();
+}
+
+template <class T> void omi_UintTableIterator<T>::Next()
+{
+    if (m_current == UNSTARTED) {
+        Report("currentIndex != -2", 236);
+    }
+    if (m_isDone) {
+        return;
+    }
+    if (m_compare != nullptr) {
+        MoveToEntry(m_current + 1);
+    } else if (const std::uint64_t above = m_word & (~std::uint64_t{1} << m_bit)) {
+        MoveToBit(std::countr_zero(above));
+    } else if (!SearchUp(m_wordCell + m_block->CellsPerWord())) {
+        NextBlock();
+    }
+}
+
+template <class T> void omi_UintTableIterator<T>::Previous()
+{
+    if (m_isDone) {
+        return;
+    }
+    if (m_compare != nullptr) {
+        MoveToEntry(m_current - 1);
+    } else if (const std::uint64_t below = m_word & ~(~std::uint64_t{0} << m_bit)) {
+        MoveToBit(static_cast<int>(std::bit_width(below)) - 1);
+    } else if (!SearchDown(m_wordCell)) {
+        PreviousBlock();
+    }
+}
+
+template <class T> void omi_UintTableIterator<T>::Sort()
+{
+    m_entries.clear();
+    m_sorted.clear();
+    m_entries.reserve(m_table->Count());
+    m_sorted.reserve(m_table->Count());
+    omi_UintTableIterator each(*m_table);
+    for (each.First(); !each.IsDone(); each.Next()) {
+        m_entries.push_back({each.CurrentKey(), each.CurrentValue()});
+        m_sorted.push_back(&m_entries.back());
+    }
+    if (!m_sorted.empty()) {
+        std::qsort(m_sorted.data(), m_sorted.size(), sizeof m_sorted[0], m_compare);
+    }
+}
+
+template <class T> void omi_UintTableIterator<T>::MoveToEntry(std::int64_t index) noexcept
+{
+    m_current = std::max<std::int64_t>(index, -1);
+    if (index < 0 || index >= std::ssize(m_sorted)) {
+        return Finish();
+    }
+    const Entry& entry = *m_sorted[static_cast<std::size_t>(index)];
+    m_key = entry.key;
+    m_value = &entry.value;
+}
+
+template <class T> void omi_UintTableIterator<T>::NextBlock() noexcept
+{
+    for (std::int64_t b = m_current + 1; b < m_table->BlockSlots(); ++b) {
+        if (EnterBlock(b) && SearchUp(0)) {
+            return;
+        }
+    }
+    Finish();
+}
+
+template <class T> void omi_UintTableIterator<T>::PreviousBlock() noexcept
+{
+    for (std::int64_t b = m_current - 1; b >= 0; --b) {
+        if (EnterBlock(b) && SearchDown(m_block->CellCount())) {
+            return;
+        }
+    }
+    Finish();
+}
+
+template <class T> bool omi_UintTableIterator<T>::EnterBlock(std::int64_t index) noexcept
+{
+    m_current = index;
+    m_block = m_table->m_blocks[static_cast<std::size_t>(index)].get();
+    return m_block != nullptr;
+}
+
+template <class T> bool omi_UintTableIterator<T>::SearchUp(unsigned int cell) noexcept
+{
+    while (cell < m_block->CellCount()) {
+        if (EnterWord(cell)) {
+            MoveToBit(std::countr_zero(m_word));
+            return true;
+        }
+        cell = m_cells != nullptr ? cell + m_block->CellsPerWord() : (cell | (m_block->ChunkSize() - 1)) + 1;
+    }
+    return false;
+}
+
+template <class T> bool omi_UintTableIterator<T>::SearchDown(unsigned int cell) noexcept
+{
+    while (cell != 0) {
+        cell -= m_block->CellsPerWord();
+        if (EnterWord(cell)) {
+            MoveToBit(static_cast<int>(std::bit_width(m_word)) - 1);
+            return true;
+        }
+    }
+    return false;
+}
