@@ -136,6 +136,11 @@ bool IsCurrent(const PyJournalName* variable)
     return variable != nullptr && variable->journal == journal;
 }
 
+cow_String PathOf(const omu_InterfaceObj& object, const PyJournalName* variable)
+{
+    return IsCurrent(variable) ? cow_String(variable->variable) : object.Repr();
+}
+
 /// False for what only a script has, which is in no model.
 bool HasPath(const omu_InterfaceObj& object, const PyJournalName* variable)
 {
@@ -227,19 +232,24 @@ void PyJournalEntry::Describe(const omu_InterfaceObj& object, const PyJournalNam
 void PyJournalEntry::DescribeCall(const omu_InterfaceObj& object, const PyJournalName* variable, const char* method,
                                   omu_Arguments& arguments)
 {
-    const cow_String path = IsCurrent(variable) ? cow_String(variable->variable) : object.Repr();
-    Describe(object, variable, object.CommandPath(path, method, arguments));
+    Describe(object, variable, object.CommandPath(PathOf(object, variable), method, arguments));
 }
 
 void PyJournalEntry::DescribeAssignment(const omu_InterfaceObj& object, const PyJournalName* variable,
                                         const char* member, omu_PrimHolder value)
 {
-    const cow_String path = IsCurrent(variable) ? cow_String(variable->variable) : object.Repr();
     omu_Arguments one(1);
     one.Put(std::move(value));
     const cow_String inParentheses = one.AsRepr();
-    const omu_Assignment assignment(path + "." + member, inParentheses.Substring(1, inParentheses.Length() - 1));
+    const omu_Assignment assignment(PathOf(object, variable) + "." + member,
+                                    inParentheses.Substring(1, inParentheses.Length() - 1));
     Describe(object, variable, assignment.CommandText());
+}
+
+void PyJournalEntry::DescribeDeletion(const omu_InterfaceObj& object, const PyJournalName* variable, const char* member)
+{
+    const PyJournalRendering rendering;
+    Describe(object, variable, "del " + PathOf(object, variable) + "." + member);
 }
 
 bool PyJournalEntry::Commit(const omu_InterfaceObj* result, PyJournalName** resultVariable)

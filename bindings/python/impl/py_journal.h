@@ -64,6 +64,8 @@ public:
     void DescribeAssignment(const omu_InterfaceObj& object, const PyJournalName* variable, const char* member,
                             omu_PrimHolder value);
 
+    void DescribeDeletion(const omu_InterfaceObj& object, const PyJournalName* variable, const char* member);
+
     /// Writes what was described, if anything was. A result that only the script has gets a variable, which goes to
     /// `resultVariable`; for any other result that is null. A journal that can no longer be written is closed with a
     /// warning. False with a Python error set, when that warning was made an error.

@@ -223,8 +223,12 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
 {
     omu_InterfaceObj& object = ReferenceOf(handle).Target();
     if (value == nullptr) {
+        PyJournalEntry entry;
+        if (entry.IsWanted(object, member.info.name)) {
+            entry.DescribeDeletion(object, JournalNameOf(handle), member.info.name);
+        }
         if (object.DeleteMember(cow_String(member.info.name))) {
-            return 0;
+            return entry.Commit(nullptr, nullptr) ? 0 : -1;
         }
         SetAttributeError(handle, member, cow_String(member.info.name) + " cannot be deleted");
         return -1;
@@ -285,10 +289,46 @@ void DescriptorDealloc(PyObject* self)
     Py_DECREF(type);
 }
 
-PyObject* DescriptorDoc(PyObject* self, void*)
+std::string_view DescriptionOf(PyObject* self)
 {
     const char* const description = reinterpret_cast<Descriptor*>(self)->info.description;
-    return pyText(description != nullptr ? description : "");
+    return description != nullptr ? description : "";
+}
+
+/// Length of the parameters with which the description of a method may begin, "name(a, b=0) -> int: What it does.",
+/// from the opening parenthesis to behind the closing one; 0 for a description that is text alone.
+std::size_t ParametersLength(std::string_view description, std::string_view name)
+{
+    if (!description.starts_with(name) || description.substr(name.size(), 1) != "(") {
+        return 0;
+    }
+    int open = 0;
+    for (std::size_t i = name.size(); i < description.size(); ++i) {
+        const char character = description[i];
+        open += character == '(' ? 1 : character == ')' ? -1 : 0;
+        if (open == 0) {
+            return i + 1 - name.size();
+        }
+    }
+    return 0;
+}
+
+/// The words of a description, behind the signature or the "-> type" that may stand before them.
+PyObject* DescriptorDoc(PyObject* self, void*)
+{
+    const std::string_view description = DescriptionOf(self);
+    const std::string_view name = reinterpret_cast<Descriptor*>(self)->info.name;
+    const std::size_t parameters = ParametersLength(description, name);
+    if (parameters == 0 && !description.starts_with("-> ")) {
+        return pyText(description);
+    }
+    const std::size_t colon = description.find(": ", parameters != 0 ? name.size() + parameters : 0);
+    return pyText(colon != std::string_view::npos ? description.substr(colon + 2) : std::string_view());
+}
+
+PyObject* DescriptorDescription(PyObject* self, void*)
+{
+    return pyText(DescriptionOf(self));
 }
 
 PyObject* DescriptorName(PyObject* self, void*)
@@ -296,9 +336,28 @@ PyObject* DescriptorName(PyObject* self, void*)
     return Py_NewRef(reinterpret_cast<Descriptor*>(self)->name);
 }
 
-PyObject* MethodSignature(PyObject*, void*)
+PyObject* MethodSignature(PyObject* self, void*)
 {
-    return PyUnicode_FromString("($self, /, *args, **kwargs)");
+    const std::string_view description = DescriptionOf(self);
+    const std::string_view name = reinterpret_cast<Descriptor*>(self)->info.name;
+    const std::size_t length = ParametersLength(description, name);
+    const std::string_view parameters =
+        length != 0 ? description.substr(name.size() + 1, length - 2) : std::string_view("*args, **kwargs");
+    std::string signature("($self");
+    signature += parameters.empty() ? "" : ", ";
+    signature += parameters;
+    signature += ")";
+    return pyText(signature);
+}
+
+PyObject* DescriptorDeprecated(PyObject* self, void*)
+{
+    return PyBool_FromLong(reinterpret_cast<Descriptor*>(self)->info.deprecated ? 1 : 0);
+}
+
+PyObject* MemberReadOnly(PyObject* self, void*)
+{
+    return PyBool_FromLong(reinterpret_cast<Descriptor*>(self)->info.readOnly ? 1 : 0);
 }
 
 PyObject* DescriptorRepr(PyObject* self)
@@ -316,12 +375,17 @@ PyGetSetDef methodAttributes[] = {
     {"__name__", DescriptorName, nullptr, nullptr, nullptr},
     {"__qualname__", DescriptorName, nullptr, nullptr, nullptr},
     {"__text_signature__", MethodSignature, nullptr, nullptr, nullptr},
+    {"description", DescriptorDescription, nullptr, "The line of the kernel's table.", nullptr},
+    {"deprecated", DescriptorDeprecated, nullptr, "Whether something else replaces it.", nullptr},
     {},
 };
 
 PyGetSetDef memberAttributes[] = {
     {"__doc__", DescriptorDoc, nullptr, nullptr, nullptr},
     {"__name__", DescriptorName, nullptr, nullptr, nullptr},
+    {"description", DescriptorDescription, nullptr, "The line of the kernel's table.", nullptr},
+    {"deprecated", DescriptorDeprecated, nullptr, "Whether something else replaces it.", nullptr},
+    {"readOnly", MemberReadOnly, nullptr, "Whether it cannot be set.", nullptr},
     {},
 };
 
