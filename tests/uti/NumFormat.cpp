@@ -1,0 +1,146 @@
+#include "uti_NumFormat.h"
+
+#include "../RecordedAssertions.h"
+#include "uti_FormatMap.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace
+{
+constexpr double INF = std::numeric_limits<double>::infinity();
+constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+constexpr double LARGEST = std::numeric_limits<double>::max();
+constexpr double SMALLEST = std::numeric_limits<double>::denorm_min();
+
+std::string Text(const uti_NumFormat& format, double value)
+{
+    return std::string(format.Format(value).view());
+}
+
+TEST(NumFormat, Texts)
+{
+    const struct
+    {
+        int notation, precision;
+        double value;
+        const char* text;
+    } rows[] = {
+        {0, 6, 100, "         100."},
+        {0, 6, 1e20, "       1.E+20"},
+        {0, 0, 5e-7, " 5.E-07"},
+        {0, 6, -0.0, "          -0."},
+        {0, 3, 999.9, "    1.E+03"},
+        {0, 6, INF, "         INF"},
+        {1, 6, 12345.678, "  12.3457E+03 "},
+        {1, 6, 0.000123, " 123.E-06     "},
+        {1, 6, 0, "   0.         "},
+        {1, 6, -0.0, "  -0.         "},
+        {1, 3, 999.9999, " 1000.     "},
+        {1, 3, 0.9999999, " 1000.E-03 "},
+        {1, 0, 7.6, "   8.    "},
+        {1, -2, 1e-12, "   1.E-12"},
+        {1, 17, 0.5, " 500.E-03                "},
+        {1, 4, -LARGEST, "-179.8E+306 "},
+        {1, 4, SMALLEST, "   4.941E-324"},
+        {1, 3, -INF, "-inf       "},
+        {1, 3, NOT_A_NUMBER, " nan       "},
+        {2, 6, 1, " 1.000000E+00"},
+        {2, 0, 5, " 5E+00."},
+        {2, 1, -9.99, "-1.0E+01"},
+        {2, 17, 0.1, " 1.00000000000000006E-01"},
+        {2, 6, NOT_A_NUMBER, "         NAN"},
+        {7, 6, 1, "Format Error"},
+        {-1, 6, INF, "Format Error"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Text({row.notation, row.precision}, row.value), row.text)
+            << row.notation << " " << row.precision << " " << row.value;
+        cow_String trimmed(row.text);
+        trimmed.Trim(" ");
+        EXPECT_EQ(Text({row.notation, row.precision, 0, false}, row.value), trimmed.view());
+    }
+}
+
+TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
+{
+    std::setlocale(LC_ALL, "de_DE.UTF-8");
+    std::mt19937_64 random(7);
+    for (int round = 0; round < 20000; ++round) {
+        const double value = round % 2 ? std::bit_cast<double>(random()) : std::ldexp(double(random() % 4096), -6);
+        const int precision = static_cast<int>(random() % 19);
+        if (!std::isfinite(value)) {
+            continue;
+        }
+        char expected[64];
+        std::setlocale(LC_NUMERIC, "C");
+        std::snprintf(expected, sizeof expected, "% *.*E", precision + 6, precision, value);
+        std::setlocale(LC_ALL, "de_DE.UTF-8");
+        ASSERT_EQ(Text({2, precision}, value), std::string(expected) + (precision ? "" : "."));
+        std::setlocale(LC_NUMERIC, "C");
+        std::snprintf(expected, sizeof expected, "% *.*G", precision + 6, precision, value);
+        std::setlocale(LC_ALL, "de_DE.UTF-8");
+        std::string general = Text({0, precision}, value);
+        ASSERT_NE(general.find('.'), std::string::npos);
+        if (std::string(expected).find('.') == std::string::npos) {
+            general.erase(general.find('.'), 1);
+        }
+        ASSERT_EQ(general, expected);
+        const uti_NumFormat engineering(1, 17);
+        ASSERT_NEAR(engineering.FormatDigits(value) / (value == 0 ? 1 : value), value != 0, 1e-13) << value;
+    }
+    std::setlocale(LC_ALL, "C");
+}
+
+TEST(NumFormat, What_rounds_to_zero_is_zero_and_anything_else_is_left_as_it_is)
+{
+    const uti_NumFormat six(1, 6, 6, false);
+    const std::pair<double, const char*> rows[] = {{1e-9, "0."},    {-1e-9, "0."},         {1e-5, "10.E-06"},
+                                                   {4.99e-7, "0."}, {5.01e-7, "501.E-09"}, {SMALLEST, "0."}};
+    for (const auto& [value, text] : rows) {
+        EXPECT_EQ(Text(six, value), text);
+    }
+    EXPECT_EQ(Text({0, 6, 2000, false}, SMALLEST), "4.94066E-324");
+    EXPECT_EQ(Text({0, 6, -3, false}, 1e-9), "1.E-09") << "no number of decimals";
+    RecordedAssertions assertions;
+    EXPECT_EQ(six.Format(1e-9f), "0.");
+    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"\"Precision computation not implemented for float\" == 0"});
+}
+
+TEST(NumFormat, Digits_are_those_that_are_shown_within_limits)
+{
+    const uti_NumFormat three(1, 3);
+    EXPECT_EQ(three.FormatDigits(-12345.678), -12.3e3);
+    EXPECT_EQ(three.FormatDigits(0.1f), 0.1f);
+    EXPECT_EQ(three.FormatDigits(LARGEST), INF) << "rounded up";
+    EXPECT_EQ(three.FormatDigits(-INF), -INF);
+    EXPECT_EQ(three.FormatDigits(1.5, 0.0, 1.0), 1.0);
+    EXPECT_EQ(three.FormatDigits(-0.0, 0.5, 1.0), 0.5);
+    EXPECT_EQ(uti_NumFormat(9, 3).FormatDigits(1.5), 0.0);
+}
+
+TEST(FormatMap, Default_settings_reset_four_formats_and_leave_others)
+{
+    auto& formats = thr_ThreadSingleton<uti_FormatMap>::Instance();
+    formats.Get("defaultFormat")->SetPrecision(2);
+    formats.Remove("geometryFormat");
+    formats.Insert("mine", {2, 3});
+    formats.DefaultSettings();
+    EXPECT_EQ(*formats.Find("defaultFormat"), uti_NumFormat(1, 6));
+    EXPECT_EQ(*formats.Find("floatStepFormat"), uti_NumFormat(2, 1, 6));
+    EXPECT_EQ(*formats.Find("geometryFormat"), uti_NumFormat(1, 12, 6, false));
+    EXPECT_EQ(*formats.Find("fieldReportFormat"), uti_NumFormat());
+    EXPECT_EQ(*formats.Find("mine"), uti_NumFormat(2, 3));
+    EXPECT_EQ(formats.Find("other"), nullptr);
+    uti_NumFormat format;
+    format.RestoreDefaults();
+    EXPECT_EQ(format, uti_NumFormat(0, 6, 0, true));
+}
+} // namespace
