@@ -1,0 +1,127 @@
+#include "uti_FileUtils.h"
+
+#include "uti_SystemException.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+class FileUtils : public testing::Test
+{
+protected:
+    FileUtils()
+    {
+        fs::create_directories(m_folder / "folder");
+        Write("source", "new contents");
+        Write("target", "old");
+    }
+    ~FileUtils() override { fs::remove_all(m_folder); }
+
+    std::string Path(const char* name) const { return (m_folder / name).string(); }
+    void Write(const char* name, const std::string& contents) const { std::ofstream(Path(name)) << contents; }
+    std::string Contents(const char* name) const
+    {
+        std::ifstream file(Path(name));
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    bool Copy(const char* from, const char* to) const { return uti_fileCopy(Path(from).c_str(), Path(to).c_str()); }
+    std::ptrdiff_t Files() const { return std::distance(fs::directory_iterator(m_folder), {}); }
+
+    const fs::path m_folder = fs::path(testing::TempDir()) / "file_utils";
+};
+
+TEST_F(FileUtils, A_copy_replaces_the_target_and_a_failed_one_leaves_it)
+{
+    EXPECT_FALSE(Copy("source", "target"));
+    EXPECT_EQ(Contents("target"), "new contents");
+    EXPECT_FALSE(Copy("target", "target"));
+    EXPECT_EQ(Contents("target"), "new contents");
+
+    const std::pair<const char*, const char*> failing[] = {
+        {"none", "target"}, {"folder", "target"}, {"source", "folder"}, {"source", "none/x"}};
+    for (const auto& [from, to] : failing) {
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(Copy(from, to)) << from << " " << to;
+        const std::string report = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(report.starts_with("Copy file failed: ")) << report;
+        EXPECT_EQ(report.find('\n'), report.size() - 1);
+    }
+    EXPECT_EQ(Contents("target"), "new contents");
+    EXPECT_EQ(Files(), 3) << "something was left behind";
+}
+
+#if !defined(_WIN32)
+TEST_F(FileUtils, A_copy_keeps_permissions_and_holes_and_follows_links)
+{
+    const auto odd = fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_write;
+    fs::permissions(Path("source"), odd);
+    EXPECT_FALSE(Copy("source", "other"));
+    EXPECT_EQ(fs::status(Path("other")).permissions(), odd);
+
+    std::fstream sparse(Path("sparse"), std::ios::out);
+    constexpr std::streamoff FAR = std::streamoff{5} << 30; // past 32 bits
+    sparse.seekp(FAR) << "end";
+    sparse.close();
+    fs::resize_file(Path("sparse"), FAR + 100000);
+    fs::create_symlink("target", Path("link"));
+    EXPECT_FALSE(Copy("sparse", "link"));
+    EXPECT_TRUE(fs::is_symlink(Path("link")));
+    EXPECT_EQ(fs::file_size(Path("target")), std::uintmax_t{FAR} + 100000);
+    char bytes[4] = {};
+    std::ifstream(Path("target")).seekg(FAR - 1).read(bytes, 4);
+    EXPECT_EQ(std::string(bytes, 4), std::string("\0end", 4));
+
+    EXPECT_FALSE(uti_fileCopy("/proc/self/status", Path("other").c_str()));
+    EXPECT_NE(Contents("other").find("Pid:"), std::string::npos) << "the system says it has no bytes";
+    EXPECT_FALSE(uti_fileCopy(Path("source").c_str(), "/dev/null"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+#endif
+
+TEST_F(FileUtils, A_file_is_checked_before_it_is_opened)
+{
+    const struct
+    {
+        const char* name;
+        uti_AccessModeEnm mode;
+        int error;
+    } rows[] = {
+        {"source", uti_ACCESS_READ_WRITE, 0}, {"none", uti_ACCESS_WRITE, 0},
+        {"folder", uti_ACCESS_EXISTS, 0},     {"none", uti_ACCESS_EXISTS, ENOENT},
+        {"none", uti_ACCESS_READ, ENOENT},    {"none", uti_ACCESS_READ_WRITE, ENOENT},
+        {"none/x", uti_ACCESS_WRITE, ENOENT}, {"folder", uti_ACCESS_READ, EISDIR},
+        {"folder", uti_ACCESS_WRITE, EISDIR},
+    };
+    for (const auto& row : rows) {
+        const cow_String path = Path(row.name).c_str();
+        try {
+            EXPECT_EQ(uti_PreCheckFile(path, row.mode, "the mesh"), path);
+            EXPECT_EQ(row.error, 0) << row.name << " " << row.mode;
+        } catch (const uti_SystemException& exception) {
+            EXPECT_EQ(exception.ErrorNumber(), row.error) << row.name << " " << row.mode;
+            EXPECT_EQ(exception.Function(), "PreCheckFile");
+            EXPECT_EQ(exception.FileName(), "the mesh");
+        }
+    }
+}
+
+TEST(SplitPath, The_last_separator_splits)
+{
+    const char* const rows[][3] = {{"a/b/c", "a/b", "c"}, {"a/b//", "a", "b"}, {"f", "", "f"},   {"/f", "/", "f"},
+                                   {"/", "/", ""},        {"", "", ""},        {"./f", ".", "f"}};
+    for (const auto& [path, directory, name] : rows) {
+        cow_String first = path, second;
+        uti_SplitPath(first, first, second);
+        EXPECT_EQ(first, directory) << path;
+        EXPECT_EQ(second, name) << path;
+    }
+}
+} // namespace
