@@ -204,7 +204,7 @@ TEST(Regex, Failures_say_what_and_where)
     }
 }
 
-TEST(Regex, Deep_matches_get_more_stack_and_then_the_interpreter)
+TEST(Regex, Deep_matches_get_more_stack_or_the_interpreter)
 {
     for (const int length : {1000, 30000, 300000}) {
         const cow_String text = std::string_view(std::string(static_cast<std::size_t>(length), 'a'));

@@ -46,9 +46,11 @@ std::string_view UpToZeroByte(std::string_view text)
 
 cow_1DArrayList<int, int> Offsets(const real_pcre& compiled, int pairs)
 {
-    cow_1DArrayList<int, int> offsets(2 * pairs);
-    std::transform(compiled.offsets, compiled.offsets + 2 * pairs, offsets.Write(),
-                   [](PCRE2_SIZE offset) { return static_cast<int>(offset); }); // unset ones become -1
+    cow_1DArrayList<int, int> offsets;
+    offsets.Reserve(2 * pairs);
+    for (int i = 0; i < 2 * pairs; ++i) {
+        offsets.Append(static_cast<int>(compiled.offsets[i])); // unset ones become -1
+    }
     return offsets;
 }
 

@@ -12,9 +12,9 @@ namespace
 constexpr std::uint32_t MATCH_LIMIT = 10'000'000;
 constexpr std::uint32_t DEPTH_LIMIT = 1'000'000;
 constexpr std::uint32_t HEAP_LIMIT_KIB = 256 * 1024;
-// Stack of the machine code; the second is only reserved, not used, until a match needs it.
+// Stack of the machine code: what is there at first, and what is only reserved until a match needs it.
 constexpr std::size_t START_STACK_BYTES = 32 * 1024;
-constexpr std::size_t MAX_STACK_BYTES = 2 * 1024 * 1024;
+constexpr std::size_t MAX_STACK_BYTES = 1024 * 1024;
 
 constexpr std::uint32_t EXEC_OPTIONS =
     PCRE2_ANCHORED | PCRE2_ENDANCHORED | PCRE2_NOTBOL | PCRE2_NOTEOL | PCRE2_NOTEMPTY | PCRE2_NOTEMPTY_ATSTART;
@@ -44,6 +44,8 @@ bool Equip(real_pcre& pattern) noexcept
     pcre2_set_match_limit(pattern.context.get(), MATCH_LIMIT);
     pcre2_set_depth_limit(pattern.context.get(), DEPTH_LIMIT);
     pcre2_set_heap_limit(pattern.context.get(), HEAP_LIMIT_KIB);
+    pattern.stack.reset(pcre2_jit_stack_create(START_STACK_BYTES, MAX_STACK_BYTES, nullptr));
+    pcre2_jit_stack_assign(pattern.context.get(), nullptr, pattern.stack.get());
     pattern.offsets = pcre2_get_ovector_pointer(pattern.data.get());
     pattern.pairs = static_cast<int>(pcre2_get_ovector_count(pattern.data.get()));
     return true;
@@ -57,18 +59,6 @@ template <class T> T Info(const real_pcre& pattern, std::uint32_t what) noexcept
 }
 
 } // namespace
-
-int real_pcre::MatchWithMoreStack(const char* subject, std::size_t length, std::uint32_t matchOptions) const
-{
-    if (!stack) {
-        stack.reset(pcre2_jit_stack_create(START_STACK_BYTES, MAX_STACK_BYTES, nullptr));
-        if (stack) {
-            pcre2_jit_stack_assign(context.get(), nullptr, stack.get());
-            return Match(subject, length, matchOptions);
-        }
-    }
-    return MatchInterpreted(subject, length, matchOptions);
-}
 
 int real_pcre::MatchInterpreted(const char* subject, std::size_t length, std::uint32_t matchOptions) const
 {
@@ -130,7 +120,7 @@ int rgx_pcre_exec(const real_pcre* code, const real_pcre_extra*, const char* sub
     if (code == nullptr || subject == nullptr || (offsets == nullptr && offsetCount != 0)) {
         return PCRE2_ERROR_NULL;
     }
-    if (length < 0 || offsetCount < 0) {
+    if ((length | offsetCount) < 0) {
         return PCRE2_ERROR_BADDATA;
     }
     const auto matchOptions = static_cast<std::uint32_t>(options);

@@ -37,18 +37,17 @@ struct real_pcre
         const int result = matchOptions == 0 && extra.isTranslated
                                ? pcre2_jit_match(code.get(), bytes, length, 0, 0, data.get(), context.get())
                                : pcre2_match(code.get(), bytes, length, 0, matchOptions, data.get(), context.get());
-        return result != PCRE2_ERROR_JIT_STACKLIMIT ? result : MatchWithMoreStack(subject, length, matchOptions);
+        return result != PCRE2_ERROR_JIT_STACKLIMIT ? result : MatchInterpreted(subject, length, matchOptions);
     }
 
     rgx_detail::Owned<pcre2_code> code;
     rgx_detail::Owned<pcre2_match_data> data; // room for every group of the pattern
     rgx_detail::Owned<pcre2_match_context> context;
-    mutable rgx_detail::Owned<pcre2_jit_stack> stack; // null until the machine stack was too small once
-    const PCRE2_SIZE* offsets = nullptr;              // of the last match; in `data`
-    int pairs = 0;                                    // pairs of offsets
-    mutable real_pcre_extra extra;                    // studying and matching leave the pattern as it is to its users
+    rgx_detail::Owned<pcre2_jit_stack> stack; // for machine code; null: the machine's own
+    const PCRE2_SIZE* offsets = nullptr;      // of the last match; in `data`
+    int pairs = 0;                            // pairs of offsets
+    mutable real_pcre_extra extra;            // studying and matching leave the pattern as it is to its users
 
 private:
-    int MatchWithMoreStack(const char* subject, std::size_t length, std::uint32_t matchOptions) const;
     int MatchInterpreted(const char* subject, std::size_t length, std::uint32_t matchOptions) const;
 };
