@@ -1,10 +1,12 @@
 #pragma once
 
 #include "cow_List.h"
+#include "omu_BrenowName.h"
 #include "omu_PrimDictionary.h"
 #include "omu_PrimTuple.h"
 
 #include <concepts>
+#include <exception>
 
 /// The types that a keyword parameter can be fetched as; constants and interface objects have forms of their own.
 template <class T>
@@ -33,8 +35,9 @@ concept omu_KeywordTarget =
 /// Threads:    one thread at a time.
 /// Complexity: Put and Get O(1) for scalars plus O(log K) for keywords, Begin O(K), K keywords; the first keyword Put makes room for four.
 /// Errors:     fetching never throws an argument error and after the first failure writes to no target; End throws one
-///             exception: omu_KeywordErrorException, omu_ArgTypeErrorException, omu_KeywordTypeErrorException or
-///             omu_ArgNumberErrorException, in this order of checks.
+///             exception: omu_KeywordErrorException, omu_ArgTypeErrorException, omu_KeywordTypeErrorException (or in
+///             their place omu_BreNameErrorException for a string that is no legal name) or omu_ArgNumberErrorException,
+///             in this order of checks.
 class VEXOMU_API omu_Arguments : public omu_PrimTuple
 {
 public:
@@ -66,6 +69,8 @@ public:
     {
         PutKeyword(omu_Hold(value), keyword);
     }
+    void Put(const omu_BrenowName& name) { Put(name.AsString()); }
+    void Put(const omu_BrenowName& name, const cow_String& keyword) { Put(name.AsString(), keyword); }
     void Put(omu_PrimHolder value, const cow_String& keyword) { PutKeyword(omu_Hold(std::move(value)), keyword); }
 
     // Checking, in this order.
@@ -75,6 +80,9 @@ public:
     void Get(cow_1DArray<int>& values) override;
     template <omu_KeywordTarget T> void Get(T& value, const cow_String& keyword);
     void Get(omu_PrimEnumBase& value, const cow_String& keyword);
+    /// A string that obeys the rules for the kind of name that the target is.
+    void Get(omu_BrenowName& name);
+    void Get(omu_BrenowName& name, const cow_String& keyword);
     /// The supplied interface object when it is of class `typeName` or derived from it, else `fallback`.
     const omu_InterfaceObj* Get(const char* typeName, const cow_String& keyword, const omu_InterfaceObj* fallback);
 
@@ -124,6 +132,8 @@ private:
     const cow_String& FirstUnfetched() const noexcept;
     void SetKeywordTypeError(const cow_String& keyword, const cow_String& expected, const omu_Primitive& found);
     void SetMissingKeyword(const cow_String& keyword);
+    /// Takes the string as a name; one that is none is recorded as the failure of the parameter `position`.
+    bool ConvertName(const omu_Primitive& supplied, omu_BrenowName& name, int position);
     bool DeprecatedCheck(const cow_String& feature) const;
     void AddDeprecatedArgUsed(const cow_String& keyword);
 
@@ -137,6 +147,7 @@ private:
     int m_keywordFailure = 0;              // parameter number of the last keyword fetch that failed, else 0
     cow_String m_currentKeyword;           // of the last failing keyword fetch, else empty
     int m_optionalMiss = 0;                // parameter number of the last optional one not supplied, else 0
+    std::exception_ptr m_nameError;        // of the failed fetch, when it was that of an illegal name
 };
 
 // What the member Get with a keyword does, for targets that it does not have, and for two that it has.

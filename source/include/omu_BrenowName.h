@@ -27,14 +27,20 @@ public:
         STEP_NAME = 6 // anything
     };
 
+    /// Empty and not checked; as the target of a call's parameter it asks for a KER_NAME.
     omu_BrenowName() = default;
     /// A kind that is not one of the enumerators is not checked.
     omu_BrenowName(const cow_String& name, omu_BrenowNameEnum kind);
     omu_BrenowName(const char* name, omu_BrenowNameEnum kind);
 
     cow_String AsString() const { return m_name; }
+    /// Whose rules it was checked against, and will be when a call's parameter is fetched into it.
+    omu_BrenowNameEnum Kind() const noexcept { return m_kind; }
 
-    friend bool operator==(const omu_BrenowName& left, const omu_BrenowName& right) noexcept = default;
+    friend bool operator==(const omu_BrenowName& left, const omu_BrenowName& right) noexcept
+    {
+        return left.m_name == right.m_name;
+    }
 
     /// Repairs `name` until it obeys the rules of GUI_NAME, at most 38 characters long; true when that changed it. It may
     /// come out empty. The six replacements are, in order, what is put before a leading digit, and what takes the place of
@@ -57,4 +63,5 @@ private:
     void TestStepName() const noexcept {}
 
     cow_String m_name;
+    omu_BrenowNameEnum m_kind = KER_NAME;
 };

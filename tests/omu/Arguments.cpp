@@ -3,6 +3,7 @@
 #include "cow_List.h"
 #include "omu_ArgNumberErrorException.h"
 #include "omu_ArgTypeErrorException.h"
+#include "omu_BreNameErrorException.h"
 #include "omu_KeywordErrorException.h"
 #include "omu_KeywordTypeErrorException.h"
 #include "omu_PrimBool.h"
@@ -240,6 +241,54 @@ TEST(Arguments, Constants_are_fetched_by_name_or_as_a_truth_value)
     } catch (const omu_KeywordTypeErrorException& error) {
         EXPECT_EQ(error.JournalMessage(), "f['third']; found MAYBE, expecting ON or OFF");
     }
+}
+
+TEST(Arguments, A_name_is_checked_by_the_rules_of_its_target_when_the_call_ends)
+{
+    const struct
+    {
+        const char* name;
+        const char* supplied;
+        omu_BrenowName target;
+        int line; // of the rule that is broken; 0: none
+    } rows[] = {
+        {"an object's", "Part-1", omu_BrenowName(), 0},
+        {"an object's with a dot", "Part.1", omu_BrenowName(), 193},
+        {"a job's with a blank", "my job", omu_BrenowName("preset", omu_BrenowName::GUI_JOB_NAME), 255},
+        {"a step's", "a.b \\", omu_BrenowName("preset", omu_BrenowName::STEP_NAME), 0},
+    };
+    for (const auto& row : rows) {
+        for (const bool byKeyword : {false, true}) {
+            SCOPED_TRACE(row.name);
+            omu_Arguments arguments(byKeyword ? 0 : 1);
+            byKeyword ? arguments.Put(row.supplied, "name") : arguments.Put(cow_String(row.supplied));
+            omu_BrenowName name = row.target;
+            int count = 5;
+            arguments.Begin();
+            arguments.Get(name, "name");
+            arguments.Optional();
+            arguments.Get(count, "count");
+            EXPECT_EQ(arguments.Error(), row.line != 0);
+            int line = 0;
+            try {
+                arguments.End("f");
+            } catch (const omu_BreNameErrorException& error) {
+                line = error.Line();
+            }
+            EXPECT_EQ(line, row.line);
+            EXPECT_EQ(name.AsString(), row.line != 0 ? row.target.AsString() : cow_String(row.supplied));
+            // A failed name can be tried as something else, like any other value.
+            arguments.Begin();
+            arguments.Get(name, "name");
+            EXPECT_EQ(arguments.Alternative(), row.line != 0);
+        }
+    }
+    omu_Arguments arguments(1);
+    arguments.Put(5);
+    omu_BrenowName name;
+    arguments.Begin();
+    arguments.Get(name, "name");
+    EXPECT_THROW(arguments.End("f"), omu_ArgTypeErrorException);
 }
 
 TEST(Arguments, A_copy_keeps_its_values_and_reads_on_its_own)

@@ -5,6 +5,7 @@
 #include "omu_ArgNumberErrorException.h"
 #include "omu_ArgTypeErrorException.h"
 #include "omu_BackwardCompat.h"
+#include "omu_BreNameErrorException.h"
 #include "omu_CommandText_detail.h"
 #include "omu_Convert_detail.h"
 #include "omu_InterfaceObj.h"
@@ -141,6 +142,7 @@ void omu_Arguments::Begin()
     m_keywordFailure = 0;
     m_currentKeyword.Clear();
     m_optionalMiss = 0;
+    m_nameError = nullptr;
 }
 
 // The tuple's own name of these targets is "sequence of Ints"; both texts are promised.
@@ -225,6 +227,49 @@ void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
         [&] { return value.TypeString(); });
 }
 
+bool omu_Arguments::ConvertName(const omu_Primitive& supplied, omu_BrenowName& name, int position)
+{
+    if (!supplied.IsType('s')) {
+        return false;
+    }
+    try {
+        name = omu_BrenowName(static_cast<const omu_PrimString&>(supplied).GetString(), name.Kind());
+    } catch (const omu_BreNameErrorException&) {
+        m_nameError = std::current_exception();
+        m_typeErrorPosition = position;
+        m_expectedType = m_actualType = UNDETERMINED;
+    }
+    return true;
+}
+
+void omu_Arguments::Get(omu_BrenowName& name)
+{
+    const omu_Primitive* const item = ItemToTest();
+    if (item != nullptr && !ConvertName(*item, name, m_cursor + 1)) {
+        SetTypeError(omu_typeNames<cow_String>.positional);
+    }
+    IncrementCursor();
+}
+
+void omu_Arguments::Get(omu_BrenowName& name, const cow_String& keyword)
+{
+    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+        Get(name);
+        return;
+    }
+    Fetch(
+        keyword,
+        [&](const omu_Primitive& supplied) {
+            const bool isText = ConvertName(supplied, name, m_gets + 1);
+            if (m_nameError != nullptr) {
+                m_keywordFailure = m_gets + 1;
+                m_currentKeyword = keyword;
+            }
+            return isText;
+        },
+        [] { return cow_String(omu_KeywordTypeName<cow_String>()); });
+}
+
 const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_String& keyword,
                                            const omu_InterfaceObj* fallback)
 {
@@ -244,8 +289,13 @@ bool omu_Arguments::Alternative()
         if (m_keywordFailure != 0 || m_gets > m_size) {
             return false;
         }
-        return omu_PrimTuple::Alternative();
+        if (!omu_PrimTuple::Alternative()) {
+            return false;
+        }
+        m_nameError = nullptr;
+        return true;
     }
+    m_nameError = nullptr;
     const int required = m_optional ? 0 : 1;
     m_minimum -= required;
     m_optionalMiss = 0;
@@ -293,6 +343,9 @@ void omu_Arguments::End(cow_String methodName)
         omu_KeywordErrorException(FirstUnfetched(), methodName).Throw(SOURCE, 256);
     }
     if (m_typeErrorPosition != 0) {
+        if (m_nameError != nullptr) {
+            std::rethrow_exception(m_nameError);
+        }
         if (m_currentKeyword.IsEmpty()) {
             omu_ArgTypeErrorException(m_typeErrorPosition, m_expectedType, m_actualType, methodName).Throw(SOURCE, 262);
         }

@@ -112,7 +112,7 @@ bool IsReserved(std::string_view name)
 
 } // namespace
 
-omu_BrenowName::omu_BrenowName(const cow_String& name, omu_BrenowNameEnum kind) : m_name(name)
+omu_BrenowName::omu_BrenowName(const cow_String& name, omu_BrenowNameEnum kind) : m_name(name), m_kind(kind)
 {
     Test(kind);
 }
