@@ -29,6 +29,8 @@ public:
     /// As the script language writes a dictionary, in the order of the keys, within the limits of the text settings:
     /// {'wing': 'Part object', ...}. An element whose text cannot be made is named in the exception that says so.
     cow_String AsString(int depth) const override;
+    /// "<Repository object>", which a repository that scripts can reach replaces by its path.
+    cow_String Repr() const override;
     cow_String FullRepr() const override;
     void Accept(omu_PrimVisitor* visitor) const override;
 

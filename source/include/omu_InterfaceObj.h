@@ -107,7 +107,8 @@ public:
 
     /// The exposed type name.
     cow_String TypeString() const override;
-    /// "<Part object>"; at and below the maximum recursion of the text settings what these let stand for it.
+    /// "<Part object>"; within another object, from the maximum recursion of the text settings on, what these let stand
+    /// for it.
     cow_String AsString(int depth) const override;
     /// Always true, whatever the other value: promised, and it must stay.
     bool operator==(const omu_Primitive& other) const override;

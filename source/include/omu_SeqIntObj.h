@@ -18,6 +18,10 @@ public:
     /// As the script language writes a list, within the limits of the text settings. Where elements are not offered, as
     /// that of any kernel object.
     cow_String AsString(int depth) const override;
+    /// "<Sequence object>", which a sequence that scripts can reach replaces by its path.
+    cow_String Repr() const override;
+    /// The elements.
+    cow_String FullRepr() const override;
     void Accept(omu_PrimVisitor* visitor) const override;
 
     // The order of these operations is promised. A null value, or 0 of Remove and RemoveSlice: not offered.

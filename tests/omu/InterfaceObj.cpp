@@ -249,6 +249,7 @@ TEST(InterfaceObj, The_text_settings_limit_how_it_is_shown)
     EXPECT_EQ(loop.FullRepr(), "Loop(...)");
     settings.SetMaxRecursion(-1);
     EXPECT_EQ(loop.FullRepr(), "'Loop object'");
+    EXPECT_EQ(loop.Repr(), "<Loop object>");
     omi_SingletonBase<omu_TextRepr>::Finalize();
 }
 

@@ -29,12 +29,13 @@ def test_a_repository_is_a_mapping_of_its_kind_of_keys():
             assert type(caught.value) is vexomu.KeyError
             assert str(caught.value) == f"no key {absent!r}"
             assert caught.value.name is absent and caught.value.obj is repository
-    assert repr(names) == "{'a': 'Crate object', 'b': 'Crate object'}"
+    assert repr(names) == "names" and str(names) == "{'a': 'Crate object', 'b': 'Crate object'}"
     assert names.has_key("a") == 1 and names.changeKey("a", "c") == "ChangeKey NOT IMPLEMENTED"
     assert names.summary() == "UseKey"
 
 
-def test_items_are_set_and_deleted_where_the_repository_lets_them():
+def test_items_are_set_and_deleted_where_the_repository_lets_them(tmp_path):
+    vexomu.startJournal(tmp_path / "journal.py")
     numbers[9] = 30
     assert numbers[9].size == 30 and list(numbers) == [7, -1, 9]
     crate = numbers[9]
@@ -48,6 +49,13 @@ def test_items_are_set_and_deleted_where_the_repository_lets_them():
     for refuse in (lambda: shapes.__setitem__(QUAD, 1), lambda: shapes.__delitem__(QUAD), lambda: numbers.__setitem__(1, "x")):
         with pytest.raises(TypeError, match="'vexomu.Repository' object does not support item"):
             refuse()
+    rest = row[1:4]
+    del rest[-1]
+    del rest[1:]
+    vexomu.stopJournal()
+    assert (tmp_path / "journal.py").read_text().splitlines()[-4:] == [
+        "numbers.__setitem__(9, 30)", "numbers.__delitem__(9)",
+        "# <Sequence object>.__delitem__(2)", "# <Sequence object>.__delitem__(slice(1, 2))"]
 
 
 def test_a_sequence_is_indexed_sliced_and_joined():

@@ -1,17 +1,21 @@
 #include "py_containers.h"
 
 #include "py_errors.h"
+#include "py_journal.h"
 #include "py_object.h"
 #include "py_values.h"
 
+#include "omu_Arguments.h"
 #include "omu_DictIntObj.h"
-#include "omu_IndexErrorException.h"
 #include "omu_PrimEnumBase.h"
+#include "omu_PrimExpr.h"
+#include "omu_PrimNumber.h"
 #include "omu_SeqIntObj.h"
 
 #include <algorithm>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 namespace
 {
@@ -33,9 +37,38 @@ PyObject* TakeOffered(PyObject* self, omu_Primitive* value, const char* what)
     return value != nullptr ? pyTakeResult(value) : NotOffered(self, what);
 }
 
-int SetOffered(PyObject* self, bool done, const char* what)
+/// Does what changes an item, `change()`, which says whether that is offered, and writes it into the journal as a call
+/// that does it again. `makeKey()` gives the key as the journal shows it; a null `value` stands for a deletion.
+template <class MakeKey, class Change>
+int ChangeItem(PyObject* self, MakeKey makeKey, PyObject* value, const char* what, Change change)
 {
-    return done || NotOffered(self, what) != nullptr ? 0 : -1;
+    const omu_InterfaceObj& object = *pyUnwrapObject(self);
+    const char* const method = value != nullptr ? "__setitem__" : "__delitem__";
+    PyJournalEntry entry;
+    if (entry.IsWanted(object, method)) {
+        const PyJournalRendering rendering;
+        omu_PrimHolder key = makeKey();
+        omu_PrimHolder shown = key && value != nullptr ? pyFromPython(value) : omu_PrimHolder();
+        if (!key || (value != nullptr && !shown)) {
+            return -1;
+        }
+        omu_Arguments arguments(value != nullptr ? 2 : 1);
+        arguments.Put(std::move(key));
+        if (value != nullptr) {
+            arguments.Put(std::move(shown));
+        }
+        entry.DescribeCall(object, pyJournalNameOf(self), method, arguments);
+    }
+    if (!change()) {
+        NotOffered(self, what);
+        return -1;
+    }
+    return entry.Commit(nullptr, nullptr) ? 0 : -1;
+}
+
+PyObject* ContainerText(PyObject* self)
+{
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return pyText(pyUnwrapObject(self)->AsString(0).view()); });
 }
 
 // ---- repositories
@@ -176,20 +209,23 @@ int MappingContains(PyObject* self, PyObject* key)
 
 int MappingAssign(PyObject* self, PyObject* key, PyObject* value)
 {
+    const auto makeKey = [&] { return pyFromPython(key); };
     return WithKey(self, key, -1, [&](auto& repository, const auto& converted, bool fits) {
         if (value == nullptr) {
             if (!fits || !repository.HasKey(converted)) {
                 SetNoKey(self, key);
                 return -1;
             }
-            return SetOffered(self, repository.Remove(converted), "item deletion");
+            return ChangeItem(self, makeKey, value, "item deletion", [&] { return repository.Remove(converted); });
         }
         if (!fits) {
             PyErr_Format(PyExc_TypeError, "'%s' object has no keys like %R", Py_TYPE(self)->tp_name, key);
             return -1;
         }
         const omu_PrimHolder held = pyFromPython(value);
-        return held ? SetOffered(self, repository.SetValue(converted, *held), "item assignment") : -1;
+        return held ? ChangeItem(self, makeKey, value, "item assignment",
+                                 [&] { return repository.SetValue(converted, *held); })
+                    : -1;
     });
 }
 
@@ -307,26 +343,42 @@ PyObject* SequenceSubscript(PyObject* self, PyObject* key)
     });
 }
 
+int DeleteElement(PyObject* self, omu_SeqIntObj& sequence, PyObject* key)
+{
+    int index = 0;
+    if (!ReadIndex(key, index)) {
+        return -1;
+    }
+    const int position = sequence.ConvertSubscrIndex(index);
+    return ChangeItem(
+        self, [&] { return omu_PrimHolder(new omu_PrimNumber(position)); }, nullptr, "item deletion",
+        [&] { return sequence.Remove(position) != 0; });
+}
+
+int DeleteSlice(PyObject* self, omu_SeqIntObj& sequence, PyObject* key)
+{
+    Range range{};
+    if (!ReadSlice(key, sequence, range)) {
+        return -1;
+    }
+    const auto low = static_cast<int>(range.start);
+    const auto high = static_cast<int>(range.stop);
+    const auto makeKey = [&] {
+        return omu_PrimHolder(new omu_PrimExpr("slice(" + cow_String(low) + ", " + cow_String(high) + ")"));
+    };
+    return ChangeItem(self, makeKey, nullptr, "deletion of such a slice",
+                      [&] { return range.step == 1 && sequence.RemoveSlice(low, high) != 0; });
+}
+
 int SequenceAssign(PyObject* self, PyObject* key, PyObject* value)
 {
     return pyGuard(-1, [&] {
-        omu_SeqIntObj& sequence = SequenceOf(self);
-        Range range{};
-        int index = 0;
         if (value != nullptr) {
-            return SetOffered(self, false, "item assignment");
-        }
-        if (!PySlice_Check(key)) {
-            return ReadIndex(key, index)
-                       ? SetOffered(self, sequence.Remove(sequence.ConvertSubscrIndex(index)) != 0, "item deletion")
-                       : -1;
-        }
-        if (!ReadSlice(key, sequence, range)) {
+            NotOffered(self, "item assignment");
             return -1;
         }
-        const bool isDone =
-            range.step == 1 && sequence.RemoveSlice(static_cast<int>(range.start), static_cast<int>(range.stop)) != 0;
-        return SetOffered(self, isDone, "deletion of such a slice");
+        omu_SeqIntObj& sequence = SequenceOf(self);
+        return PySlice_Check(key) ? DeleteSlice(self, sequence, key) : DeleteElement(self, sequence, key);
     });
 }
 
@@ -368,6 +420,7 @@ PyMethodDef mappingMethods[] = {
 PyType_Slot mappingSlots[] = {
     {Py_tp_doc, const_cast<char*>("A repository of kernel objects.")},
     {Py_tp_methods, mappingMethods},
+    Slot(Py_tp_str, ContainerText),
     Slot(Py_tp_iter, MappingIterate),
     Slot(Py_mp_length, MappingLength),
     Slot(Py_mp_subscript, MappingSubscript),
@@ -378,6 +431,7 @@ PyType_Slot mappingSlots[] = {
 
 PyType_Slot sequenceSlots[] = {
     {Py_tp_doc, const_cast<char*>("A sequence of kernel objects.")},
+    Slot(Py_tp_str, ContainerText),
     Slot(Py_mp_length, SequenceLength),
     Slot(Py_mp_subscript, SequenceSubscript),
     Slot(Py_mp_ass_subscript, SequenceAssign),

@@ -112,6 +112,11 @@ template <class K> cow_String omu_DictIntObjABC<K>::AsString(int depth) const
     return std::string_view(text);
 }
 
+template <class K> cow_String omu_DictIntObjABC<K>::Repr() const
+{
+    return omu_InterfaceObj::AsString(0);
+}
+
 template <class K> cow_String omu_DictIntObjABC<K>::FullRepr() const
 {
     return AsString(0);

@@ -143,8 +143,9 @@ cow_String omu_InterfaceObj::TypeString() const
 
 cow_String omu_InterfaceObj::AsString(int depth) const
 {
-    return omu_IsCutOff(depth) ? omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursionString(this)
-                               : "<" + ExposedTypeName() + " object>";
+    // On its own an object is never cut off: nothing of it is expanded, and texts that name it hold whatever the settings.
+    return depth > 0 && omu_IsCutOff(depth) ? omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursionString(this)
+                                            : "<" + ExposedTypeName() + " object>";
 }
 
 bool omu_InterfaceObj::operator==(const omu_Primitive&) const

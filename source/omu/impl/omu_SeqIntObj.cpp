@@ -39,6 +39,16 @@ cow_String omu_SeqIntObj::AsString(int depth) const
     return isOffered ? cow_String(std::string_view(text)) : omu_InterfaceObj::AsString(depth);
 }
 
+cow_String omu_SeqIntObj::Repr() const
+{
+    return omu_InterfaceObj::AsString(0);
+}
+
+cow_String omu_SeqIntObj::FullRepr() const
+{
+    return AsString(0);
+}
+
 void omu_SeqIntObj::Accept(omu_PrimVisitor* visitor) const
 {
     visitor->VisitSequenceObj(*this);

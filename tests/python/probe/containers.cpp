@@ -37,12 +37,13 @@ private:
 template <class K> class Rack final : public omu_DictIntObjABC<K>
 {
 public:
-    explicit Rack(std::initializer_list<K> keys)
+    Rack(const char* path, std::initializer_list<K> keys) : m_path(path)
     {
         for (const K& key : keys) {
             m_crates.emplace_back(key, std::make_unique<Crate>(static_cast<int>(m_crates.size())));
         }
     }
+    cow_String Repr() const override { return m_path; }
     omu_Primitive* Copy() const override { return nullptr; }
     int Length() const override { return static_cast<int>(m_crates.size()); }
     omu_Primitive* Value(const K& key) const override
@@ -76,6 +77,7 @@ private:
         return [&key](const auto& entry) { return entry.first == key; };
     }
 
+    cow_String m_path;
     std::vector<std::pair<K, std::unique_ptr<Crate>>> m_crates;
 };
 
@@ -118,17 +120,17 @@ public:
 
 omu_InterfaceObj* NewNameRack()
 {
-    return new Rack<cow_String>({"a", "b"});
+    return new Rack<cow_String>("names", {"a", "b"});
 }
 
 omu_InterfaceObj* NewNumberRack()
 {
-    return new Rack<int>({7, -1});
+    return new Rack<int>("numbers", {7, -1});
 }
 
 omu_InterfaceObj* NewShapeRack()
 {
-    return new Rack<omu_PrimEnumBase>({omu_PrimEnumBase("QUAD")});
+    return new Rack<omu_PrimEnumBase>("shapes", {omu_PrimEnumBase("QUAD")});
 }
 
 omu_InterfaceObj* NewRow()
