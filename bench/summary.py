@@ -25,6 +25,23 @@ GOALS = [
     ("the same, beside RE2 and std::regex", "split_kernel", ["split_re2", "split_std"], 1.00),
     ("substitution in it, beside a loop around machine code", "substitute_kernel", ["substitute_jit"], 1.00),
     ("the same, beside RE2 and std::regex", "substitute_kernel", ["substitute_re2", "substitute_std"], 1.00),
+    *(
+        (f"a label found, {keys}, {order}", f"table_find/{row}/kernel", [f"table_find/{row}/flat_hash_map"], goal)
+        for keys in ("consecutive", "gaps")
+        for order, goal in (("in_order", 0.10), ("random", 0.20))
+        for row in [f"{keys}/{order}"]
+    ),
+    ("labels appended to a table", "table_append/kernel", ["table_append/flat_map"], 0.90),
+    ("class id found", "uint_find/class_ids/random/kernel", ["uint_find/class_ids/random/unordered_map"], 0.80),
+    ("uint found, consecutive", "uint_find/consecutive/random/kernel", ["uint_find/consecutive/random/flat_hash_map"], 0.50),
+    ("uint found, one in 16", "uint_find/one_in_16/random/kernel", ["uint_find/one_in_16/random/flat_hash_map"], 0.90),
+    ("uints walked over", "uint_iterate/consecutive/kernel", ["uint_iterate/consecutive/btree_map"], 0.50),
+    *(
+        (f"{count:,} names, tree {what}", f"tree_{what}/{count}/kernel", [f"tree_{what}/{count}/map"], 1.00)
+        for what in ("find", "insert")
+        for count in (8, 64, 10000, 1000000)
+    ),
+    *((f"runs compressed, {keys}", f"compress/{keys}/kernel", [f"compress/{keys}/map"], None) for keys in ("gaps", "sparse")),
 ]
 
 

@@ -53,7 +53,17 @@ public:
 
     void First();
     void Last();
-    void Next();
+    void Next()
+    {
+        if (m_ahead == 0) {
+            NextElsewhere();
+            return;
+        }
+        const int skipped = std::countr_zero(m_ahead);
+        m_ahead = m_ahead >> skipped >> 1;
+        m_key += static_cast<unsigned int>(skipped) + 1;
+        m_value += skipped + 1;
+    }
     void Previous();
 
 private:
@@ -69,7 +79,10 @@ private:
     {
         m_isDone = true;
         m_key = 0;
+        m_ahead = 0;
     }
+    /// Next when no occupied cell of the word is ahead.
+    void NextElsewhere();
     void Sort();
     void MoveToEntry(std::int64_t index) noexcept;
     void NextBlock() noexcept;
@@ -90,9 +103,9 @@ private:
     }
     void MoveToBit(int bit) noexcept
     {
-        m_bit = bit;
         m_key = m_wordKey + static_cast<unsigned int>(bit);
         m_value = m_cells + bit;
+        m_ahead = m_word >> bit >> 1;
     }
 
     const omi_UintTable<T>* m_table;
@@ -108,7 +121,7 @@ private:
     unsigned int m_wordKey = 0;  // the key of that cell
     std::uint64_t m_word = 0;    // which of its cells are occupied
     const T* m_cells = nullptr;
-    int m_bit = 0;
+    std::uint64_t m_ahead = 0; // those behind the current one: bit 0 is the next cell
     // In the order of a comparison.
     std::vector<Entry> m_entries;
     std::vector<const Entry*> m_sorted;
@@ -138,7 +151,7 @@ template <class T> void omi_UintTableIterator<T>::Last()
     PreviousBlock();
 }
 
-template <class T> void omi_UintTableIterator<T>::Next()
+template <class T> void omi_UintTableIterator<T>::NextElsewhere()
 {
     if (m_current == UNSTARTED) {
         Report("currentIndex != -2", 236);
@@ -148,8 +161,6 @@ template <class T> void omi_UintTableIterator<T>::Next()
     }
     if (m_compare != nullptr) {
         MoveToEntry(m_current + 1);
-    } else if (const std::uint64_t above = m_word & (~std::uint64_t{1} << m_bit)) {
-        MoveToBit(std::countr_zero(above));
     } else if (!SearchUp(m_wordCell + m_block->CellsPerWord())) {
         NextBlock();
     }
@@ -162,7 +173,7 @@ template <class T> void omi_UintTableIterator<T>::Previous()
     }
     if (m_compare != nullptr) {
         MoveToEntry(m_current - 1);
-    } else if (const std::uint64_t below = m_word & ~(~std::uint64_t{0} << m_bit)) {
+    } else if (const std::uint64_t below = m_word & ~(~std::uint64_t{0} << (m_key - m_wordKey))) {
         MoveToBit(static_cast<int>(std::bit_width(below)) - 1);
     } else if (!SearchDown(m_wordCell)) {
         PreviousBlock();

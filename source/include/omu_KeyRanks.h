@@ -32,6 +32,16 @@ public:
         return (block.keys & bit) != 0;
     }
 
+    /// Notes a key behind all others; false, and nothing done, unless it falls into the last block.
+    bool Append(std::uint32_t key) noexcept
+    {
+        const bool fits = IsOn() && (key - m_base) / BLOCK_KEYS + 1 == m_blocks.size();
+        if (fits) {
+            m_blocks.back().keys |= BitOf(key);
+            ++m_count;
+        }
+        return fits;
+    }
     /// A key was added as one of `length` keys.
     void Insert(std::uint32_t key, std::size_t length) noexcept;
     /// A key was removed, `length` are left.

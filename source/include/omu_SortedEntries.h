@@ -60,6 +60,16 @@ protected:
     omu_SortedEntries(unsigned int size, double growth) noexcept : m_initialSize(size), m_growthFactor(growth) {}
     ~omu_SortedEntries() = default;
 
+    /// Adds an entry behind all others when that needs no memory; false, and nothing done, otherwise.
+    bool Append(unsigned int key, T value) noexcept
+    {
+        const bool fits =
+            m_length != 0 && m_length + 1 < m_capacity && key > m_entries[m_length - 1].index_ && m_ranks.Append(key);
+        if (fits) {
+            m_entries[m_length++] = {key, value};
+        }
+        return fits;
+    }
     /// FindEntry for first key <= key <= last key when the ranks are off.
     bool FindSparse(unsigned int key, unsigned int* pos) const;
 

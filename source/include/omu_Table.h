@@ -57,7 +57,10 @@ public:
     /// SetSize(capacity * growth factor).
     bool Grow();
     /// False when the key is there.
-    bool Add(unsigned int key, T value);
+    [[gnu::always_inline]] bool Add(unsigned int key, T value)
+    {
+        return this->Append(key, value) || Insert(key, value);
+    }
     /// Overwrites the value of a key; false when it is missing.
     bool Set(unsigned int key, T value);
     bool Remove(unsigned int key);
@@ -72,6 +75,7 @@ private:
     friend bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table);
     friend bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table);
 
+    bool Insert(unsigned int key, T value);
     void Swap(omu_Table& other) noexcept;
     void ShiftUp(unsigned int pos, Entry entry) noexcept;
 };

@@ -109,7 +109,7 @@ template <omu_Word T> bool omu_Table<T>::InsertEntry(unsigned int pos, Entry ent
     return true;
 }
 
-template <omu_Word T> bool omu_Table<T>::Add(unsigned int key, T value)
+template <omu_Word T> bool omu_Table<T>::Insert(unsigned int key, T value)
 {
     unsigned int pos;
     if (this->FindEntry(key, &pos) || key == 0 || (this->m_length + 1 >= this->m_capacity && !Grow())) {
