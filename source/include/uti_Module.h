@@ -13,5 +13,5 @@ VEXOMU_API void uti_finalize(int& counter);
 /// Does nothing: the utilities have nothing to prepare after start-up.
 VEXOMU_API void uti_formalize();
 
-/// The rows of component 2: the exceptions of the utilities.
+/// The rows of component 2: the exceptions of the utilities, and the coordinates.
 VEXOMU_API typ_ArchCompEntry uti_ArchEntry();

@@ -2,6 +2,8 @@
 
 #include "typ_ArchCompTable.h"
 #include "uti_CmdFailedException.h"
+#include "uti_Coord3D.h"
+#include "uti_CoordCont3D.h"
 #include "uti_InterruptedException.h"
 #include "uti_NotExecutableException.h"
 #include "uti_NotOnPathException.h"
@@ -29,6 +31,8 @@ constexpr typ_Entry ROWS[] = {
     typ_EntryOf<uti_CmdFailedException>(typ_EXCEPTION, "uti_CmdFailedException", PLAIN),
     typ_EntryOf<uti_InterruptedException>(typ_EXCEPTION, "uti_InterruptedException", PLAIN),
     typ_EntryOf<uti_XypException>(typ_EXCEPTION, "uti_XypException", COMMAND),
+    typ_EntryOf<uti_Coord3D>(typ_VALUE, "uti_Coord3D", typ_ROOT),
+    typ_EntryOf<uti_CoordCont3D>(typ_VALUE, "uti_CoordCont3D", typ_ROOT),
 };
 
 int users = 0;
