@@ -3,8 +3,10 @@
 #include "VEXomu_export.h"
 #include "typ_ArchCompEntry.h"
 
-/// Starts the utilities. The calls are counted: the first one raises the caller's `counter` and registers the
-/// utilities' component; later ones only count. Not to be raced with each other or with uti_finalize.
+/// Starts the utilities. The calls are counted: the first one raises the caller's `counter`, registers the utilities'
+/// component, and takes the users' texts from the message file that the environment variable VEXOMU_MESSAGES names, for
+/// this thread and those to come; a broken file is reported on standard error, and the texts stay. Later calls only
+/// count. Not to be raced with each other or with uti_finalize.
 VEXOMU_API void uti_initialize(int& counter);
 
 /// Undoes one uti_initialize; the last one lowers the caller's `counter`. The component stays registered.

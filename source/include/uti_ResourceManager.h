@@ -13,12 +13,13 @@ extern template class VEXOMU_API thr_ThreadSingletonBase<uti_ResourceManager>;
 extern template class VEXOMU_API thr_ThreadSingleton<uti_ResourceManager>;
 
 /// Decides which text a user sees where the program has a label and a default text: the place where
-/// translations come in. Without a lookup of its own the default text is shown.
+/// translations come in. Without a lookup the default text is shown.
 ///
-/// Ownership:  one instance for each thread, made on first use and destroyed when the thread ends; owns its lookup.
+/// Ownership:  one instance for each thread, made on first use and destroyed when the thread ends; owns its lookup,
+///             which starts as a copy of the process's.
 /// Threads:    every thread has its own lookup; install it on each thread that shows texts.
 /// Errors:     Text throws what the lookup throws.
-/// Example:    thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(catalogue);
+/// Example:    thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(uti_MessageFile("messages.de"));
 class VEXOMU_API uti_ResourceManager : public thr_ThreadSingletonBase<uti_ResourceManager>
 {
 public:
@@ -30,6 +31,9 @@ public:
 
     /// Replaces the calling thread's lookup; an empty one shows the default texts again.
     void InstallLookup(Lookup lookup) { m_lookup = std::move(lookup); }
+
+    /// Replaces the lookup that threads start with. Those that have a manager already keep theirs.
+    static void InstallForNewThreads(Lookup lookup);
 
 private:
     friend class thr_ThreadSingleton<uti_ResourceManager>;

@@ -1,16 +1,20 @@
 #include "uti_Module.h"
 
+#include "VEXcrt_System.h"
 #include "typ_ArchCompTable.h"
 #include "uti_CmdFailedException.h"
 #include "uti_Coord3D.h"
 #include "uti_CoordCont3D.h"
 #include "uti_InterruptedException.h"
+#include "uti_MessageFile.h"
 #include "uti_NotExecutableException.h"
 #include "uti_NotOnPathException.h"
+#include "uti_ResourceManager.h"
 #include "uti_SystemException.h"
 #include "uti_XypException.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <iterator>
 
 namespace
@@ -37,6 +41,21 @@ constexpr typ_Entry ROWS[] = {
 
 int users = 0;
 
+void LoadMessages()
+{
+    const auto path = VEXCRT::GetEnvironment("VEXOMU_MESSAGES");
+    if (!path || path->empty()) {
+        return;
+    }
+    try {
+        const uti_MessageFile messages(path->c_str());
+        thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(messages);
+        uti_ResourceManager::InstallForNewThreads(messages);
+    } catch (const nex_Exception& exception) {
+        std::fprintf(stderr, "VEXOMU_MESSAGES: %s\n", exception.what());
+    }
+}
+
 } // namespace
 
 void uti_initialize(int& counter)
@@ -44,6 +63,7 @@ void uti_initialize(int& counter)
     if (users++ == 0) {
         ++counter;
         typ_ArchCompTable::InsertEntry(COMPONENT, uti_ArchEntry());
+        LoadMessages();
     }
 }
 
