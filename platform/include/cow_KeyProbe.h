@@ -17,6 +17,9 @@ public:
 
     /// True when a comparison is a handful of instructions, so that sparing branches matters more than comparisons.
     static constexpr bool IsCheap() noexcept { return std::is_arithmetic_v<K> || std::is_enum_v<K>; }
+    /// True when equality is cheaper to find out than order, so that few keys are looked through one by one.
+    static constexpr bool IsCheaplyEqual() noexcept { return false; }
+    bool Equals(const K& stored) const { return m_key == stored; }
     bool IsAbove(const K& stored) const { return stored < m_key; }
     bool IsBelow(const K& stored) const { return m_key < stored; }
 
@@ -35,6 +38,11 @@ public:
     {}
 
     bool IsCheap() const noexcept { return m_isCheap; }
+    bool IsCheaplyEqual() const noexcept { return m_isCheap; }
+    bool Equals(const cow_String& stored) const noexcept
+    {
+        return m_isCheap ? stored.IsShortText(m_rank) : stored.view() == m_text;
+    }
     bool IsAbove(const cow_String& stored) const noexcept
     {
         if (!m_isCheap) {

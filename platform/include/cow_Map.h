@@ -65,6 +65,11 @@ public:
     /// The value under the key, or null.
     const V* Find(const Probe& key) const
     {
+        if (!m_large && key.IsCheaplyEqual()) {
+            const auto isIt = [&key](const Entry& entry) { return key.Equals(entry.first); };
+            const Entry* const found = std::find_if(m_small.begin(), m_small.end(), isIt);
+            return found != m_small.end() ? &found->second : nullptr;
+        }
         const Chunk& chunk = m_large ? m_large->chunks[LowerBound(m_large->bounds, key)] : m_small;
         const int index = LowerBound(chunk, key);
         return IsAt(chunk, index, key) ? &chunk[index].second : nullptr;

@@ -152,3 +152,27 @@ def test_command_texts_run_again():
     assert values == arguments and keywords == {"flag": 1, "name": "x"}
     assert shelf.text(math.nan, -math.inf) == "(float('nan'), float('-inf'))"
     assert shelf.text(0.1 + 0.2) == "(0.30000000000000004)" and shelf.text() == "()"
+
+
+@pytest.mark.parametrize("values, kind, expected", [
+    ([[1, 2], (3, 4)], "i", numpy.array([[1, 2], [3, 4]], "i4")),
+    ((1, 2.5), "f", numpy.array([1, 2.5], "f4")),
+    ([], "d", numpy.empty(0)),
+    ([[]], "d", numpy.empty((1, 0))),
+    (2.5, "d", numpy.array(2.5)),
+    ([numpy.float32(1.5), 2], "d", numpy.array([1.5, 2])),
+    (numpy.arange(3), "f", numpy.arange(3, dtype="f4")),
+])
+def test_an_array_is_made_of_what_its_text_holds(values, kind, expected):
+    array = vexomu.array(values, kind)
+    assert (array.dtype, array.shape) == (expected.dtype, expected.shape)
+    assert (array == expected).all()
+
+
+@pytest.mark.parametrize("values, kind, error", [
+    ([[1], [2, 3]], "i", RuntimeError), ("x", "d", TypeError), ([1], "q", ValueError), ([1.5], "i", RuntimeError),
+    ([2**31], "i", RuntimeError), ([["a"]], "d", RuntimeError), ([2**70], "d", OverflowError), (None, "d", TypeError),
+])
+def test_no_array_is_made_of_anything_else(values, kind, error):
+    with pytest.raises(error):
+        vexomu.array(values, kind)

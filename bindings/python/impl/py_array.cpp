@@ -7,14 +7,21 @@
 
 #include "nex_TextException.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
+#include <span>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace
 {
+
+constexpr const char* SOURCE = "bindings/python/impl/py_array";
 
 using Kind = omu_PrimNumber::DataTypeEnm;
 
@@ -283,53 +290,132 @@ PyObject* NumpyAsArray()
     return asArray;
 }
 
-/// The elements as the array of their own type; throws nex_TextException when they have no shape.
-omu_PrimArray ArrayOf(const omu_Primitive& values)
+bool IsRow(PyObject* value)
 {
-    if (values.IsType('(')) {
-        return omu_PrimArray(static_cast<const omu_PrimSequence&>(values));
+    return PyList_CheckExact(value) || PyTuple_CheckExact(value);
+}
+
+/// The shape of lists or tuples in each other, found by following the first items down.
+std::vector<int> ShapeOf(PyObject* values)
+{
+    std::vector<int> shape;
+    while (IsRow(values) && shape.size() < bio_MAX_NESTING &&
+           PySequence_Fast_GET_SIZE(values) <= std::numeric_limits<int>::max()) {
+        shape.push_back(static_cast<int>(PySequence_Fast_GET_SIZE(values)));
+        if (shape.back() == 0) {
+            break;
+        }
+        values = PySequence_Fast_GET_ITEM(values, 0);
     }
-    // The text of an array without dimensions has its number alone.
-    const double number = static_cast<const omu_PrimNumber&>(values).GetValue();
-    return omu_PrimArray(0, nullptr, &number);
+    return shape;
+}
+
+/// Appends the number; false when `T` does not hold it exactly, or when it is none of the interpreter's own numbers.
+template <class T> bool AppendNumber(std::vector<T>& elements, PyObject* item)
+{
+    if constexpr (std::is_floating_point_v<T>) {
+        if (PyFloat_CheckExact(item)) {
+            elements.push_back(static_cast<T>(PyFloat_AS_DOUBLE(item)));
+            return true;
+        }
+    }
+    int overflow = 0;
+    const long long number = PyLong_CheckExact(item) ? PyLong_AsLongLongAndOverflow(item, &overflow) : 0;
+    if (!PyLong_CheckExact(item) || overflow != 0 || !std::in_range<std::int32_t>(number)) {
+        return false;
+    }
+    elements.push_back(static_cast<T>(number));
+    return true;
+}
+
+/// Appends the numbers row by row; false when they have not that shape or are not all plain.
+template <class T> bool AppendRows(std::vector<T>& elements, PyObject* row, std::span<const int> shape)
+{
+    if (!IsRow(row) || PySequence_Fast_GET_SIZE(row) != shape[0]) {
+        return false;
+    }
+    PyObject** const items = PySequence_Fast_ITEMS(row);
+    return std::all_of(items, items + shape[0], [&](PyObject* item) {
+        return shape.size() == 1 ? AppendNumber(elements, item) : AppendRows(elements, item, shape.subspan(1));
+    });
+}
+
+/// The array of plain numbers in lists and tuples, made without a value for each; null without a Python error when there
+/// is more to it.
+template <class T> std::unique_ptr<omu_PrimArray> PlainArray(PyObject* values, Kind kind)
+{
+    const std::vector<int> shape = ShapeOf(values);
+    std::vector<T> elements;
+    if (shape.empty() || !AppendRows(elements, values, shape)) {
+        return nullptr;
+    }
+    return std::make_unique<omu_PrimArray>(static_cast<int>(shape.size()), shape.data(), kind, elements.data());
+}
+
+/// The array of numbers in values of any kind; throws nex_TextException when they have no shape.
+std::unique_ptr<omu_PrimArray> ArrayOfValues(const omu_PrimHolder& values, Kind kind)
+{
+    if (const omu_PrimNumber* const number = values.NumberInPlace()) {
+        // The text of an array without dimensions has its number alone.
+        double element = 0; // room for each kind
+        putPrimNumberAtPtr(*number, kind, &element);
+        return std::make_unique<omu_PrimArray>(0, nullptr, kind, &element);
+    }
+    const auto& sequence = static_cast<const omu_PrimSequence&>(*values);
+    const omu_PrimArray source(sequence);
+    if (kind == omu_PrimNumber::INT32 && source.ConstGetPrimNumberType() != kind) {
+        nex_TextException("floats are no elements of an array of kind 'i'").Throw(SOURCE, __LINE__);
+    }
+    std::vector<int> shape;
+    for (int i = 0; i < source.ConstGetNumDimensions(); ++i) {
+        shape.push_back(source.ConstGetDimension(i));
+    }
+    std::vector<double> elements(static_cast<std::size_t>(source.ConstGetNumElements()));
+    cow_String message;
+    if (!copyValuesFromSequence(sequence, shape, kind, elements.data(), message)) {
+        nex_TextException(message).Throw(SOURCE, __LINE__);
+    }
+    return std::make_unique<omu_PrimArray>(static_cast<int>(shape.size()), shape.data(), kind, elements.data());
+}
+
+/// The values as an array of `kind`, whose elements are T; null with a Python error set.
+template <class T> PyObject* NewArrayOf(PyObject* values, Kind kind)
+{
+    if (const std::unique_ptr<omu_PrimArray> array = PlainArray<T>(values, kind)) {
+        return pyToArray(*array);
+    }
+    const omu_PrimHolder held = pyFromPython(values);
+    if (!held) {
+        return nullptr;
+    }
+    if (!held->IsType('(') && !held->IsType('o') && held.NumberInPlace() == nullptr) {
+        PyErr_Format(PyExc_TypeError, "no array can be made of a %s", Py_TYPE(values)->tp_name);
+        return nullptr;
+    }
+    return pyToArray(*ArrayOfValues(held, kind));
 }
 
 /// array(values, kind): what the text of a numeric array makes when it is run.
 PyObject* NewArray(PyObject*, PyObject* arguments)
 {
     PyObject* values = nullptr;
-    const char* kind = nullptr;
-    if (PyArg_ParseTuple(arguments, "Os:array", &values, &kind) == 0) {
+    const char* code = nullptr;
+    if (PyArg_ParseTuple(arguments, "Os:array", &values, &code) == 0) {
         return nullptr;
     }
     return pyGuard(static_cast<PyObject*>(nullptr), [&]() -> PyObject* {
-        const std::string_view code(kind);
-        const auto type = code == "i"   ? omu_PrimNumber::INT32
-                          : code == "f" ? omu_PrimNumber::REAL32
-                                        : omu_PrimNumber::REAL64;
-        const omu_PrimHolder held = pyFromPython(values);
-        if (!held) {
-            return nullptr;
+        const std::string_view text(code);
+        if (text == "i") {
+            return NewArrayOf<std::int32_t>(values, omu_PrimNumber::INT32);
         }
-        if ((code != "d" && type == omu_PrimNumber::REAL64) ||
-            (!held->IsType('(') && held.NumberInPlace() == nullptr)) {
-            PyErr_SetString(PyExc_TypeError, "array needs numbers in a sequence, and 'i', 'f' or 'd'");
-            return nullptr;
+        if (text == "f") {
+            return NewArrayOf<float>(values, omu_PrimNumber::REAL32);
         }
-        const omu_PrimArray source = ArrayOf(*held);
-        std::vector<int> dimensions;
-        for (int i = 0; i < source.ConstGetNumDimensions(); ++i) {
-            dimensions.push_back(source.ConstGetDimension(i));
+        if (text == "d") {
+            return NewArrayOf<double>(values, omu_PrimNumber::REAL64);
         }
-        std::vector<char> elements(static_cast<std::size_t>(source.ConstGetNumElements()) * sizeof(double));
-        cow_String message;
-        if (!held->IsType('(')) {
-            putPrimNumberAtPtr(*held.NumberInPlace(), type, elements.data());
-        } else if (!copyValuesFromSequence(static_cast<const omu_PrimSequence&>(*held), dimensions, type,
-                                           elements.data(), message)) {
-            nex_TextException(message).Throw("bindings/python/impl/py_array", __LINE__);
-        }
-        return pyToArray(omu_PrimArray(static_cast<int>(dimensions.size()), dimensions.data(), type, elements.data()));
+        PyErr_SetString(PyExc_ValueError, "the kind of an array is 'i', 'f' or 'd'");
+        return nullptr;
     });
 }
 
