@@ -1,11 +1,15 @@
 #include "MementoDouble.h"
+#include "VirtualSlots.h"
+#include "cls_AgentListPrim.h"
 #include "cls_AgentRequest.h"
+#include "cls_CollectionReaders.h"
+#include "cls_CollectionWriters.h"
+#include "cls_ObjectAgents.h"
 #include "cls_ReadVisitor.h"
 #include "cls_WriteVisitor.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -171,35 +175,37 @@ TEST(ReadVisitor, Without_a_record_gives_defaults_and_fresh_uids)
     }
 }
 
-/// The position of a virtual operation, the destructor at 0: a member pointer holds 1 + the offset in the virtual table,
-/// where the destructor has two places.
-template <class F> std::size_t Position(F operation)
-{
-    std::uintptr_t word = 0;
-    std::memcpy(&word, &operation, sizeof word);
-    return (word - 1) / sizeof(void*) - 1;
-}
-
-TEST(Mementos, Operations_stand_at_their_promised_positions)
+TEST(Interfaces, Operations_stand_at_their_promised_positions)
 {
     using R = cls_MementoRead;
     using W = cls_MementoWrite;
-    const std::pair<std::size_t, std::size_t> actualAndPromised[] = {
-        {Position(&R::DbId), 1},
-        {Position(&R::DataIsPresent), 4},
-        {Position(&R::MakeFieldReader), 6},
-        {Position(&R::ReadString), 8},
-        {Position(&R::MakeBoolListReader), 28},
-        {Position(&R::MakeObjListReader), 34},
-        {Position(&R::MakeStringMapObjAgent), 50},
-        {Position(&R::MakeIntListAgent), 54},
-        {Position(&R::MakeUnsignedListAgent), 56},
-        {Position(&W::FieldIsPresent), 1},
-        {Position(&W::WriteString), 4},
-        {Position(&W::MakeIntListWriter), 25},
-        {Position(&W::MakeObjListWriter), 28},
-        {Position(&W::MakeIntListAgent), 48},
-        {Position(&W::CheckCollectionType), 51},
+    const std::pair<int, int> actualAndPromised[] = {
+        {SlotOf(&R::DbId), 1},
+        {SlotOf(&R::DataIsPresent), 4},
+        {SlotOf(&R::MakeFieldReader), 6},
+        {SlotOf(&R::ReadString), 8},
+        {SlotOf(&R::MakeBoolListReader), 28},
+        {SlotOf(&R::MakeObjListReader), 34},
+        {SlotOf(&R::MakeStringMapObjAgent), 50},
+        {SlotOf(&R::MakeIntListAgent), 54},
+        {SlotOf(&R::MakeUnsignedListAgent), 56},
+        {SlotOf(&W::FieldIsPresent), 1},
+        {SlotOf(&W::WriteString), 4},
+        {SlotOf(&W::MakeIntListWriter), 25},
+        {SlotOf(&W::MakeObjListWriter), 28},
+        {SlotOf(&W::MakeIntListAgent), 48},
+        {SlotOf(&W::CheckCollectionType), 51},
+        {SlotOf(&cls_AgentListPrim<int>::EndWrite), 3},
+        {SlotOf(&cls_AgentListPrim<int>::Detach), 7},
+        {SlotOf(&cls_AgentListPrim<int>::Register), 10},
+        {SlotOf(&cls_AgentListObj::MakeWriteObj), 7},
+        {SlotOf(&cls_AgentListObj::Register), 13},
+        {SlotOf(&cls_AgentMapKey2Obj<int>::MakeWriteObj), 8},
+        {SlotOf(&cls_AgentMapKey2Obj<int>::Register), 14},
+        {SlotOf(&cls_ReadListPrim<int>::Seek), 5},
+        {SlotOf(&cls_ReadMapString2Prim<int>::Value), 4},
+        {SlotOf(&cls_ReadMapInt2Obj::MakeReader), 4},
+        {SlotOf(&cls_WriteListPrim<int>::AppendArray), 2},
     };
     for (const auto& [actual, promised] : actualAndPromised) {
         EXPECT_EQ(actual, promised);

@@ -1,0 +1,356 @@
+#include "cls_ArrayPrim.h"
+
+#include "VEXCRT.h"
+#include "cls_CollectionType.h"
+#include "cls_Collections_detail.h"
+#include "cls_Module.h"
+#include "cls_ReadVisitor.h"
+#include "cls_WriteVisitor.h"
+#include "nex_TextException.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <utility>
+
+const cls_detail::ArrayTexts cls_detail::ARRAY_TEXTS{
+    .source = "source/include/cls_ArrayPrim",
+    .missingAgent = "In cls_ArrayPrim::GetBuffer() Missing agent.",
+    .constGet = "In cls_ArrayPrim::ConstGet() Index out of range.",
+    .get = "In cls_ArrayPrim::Get() Index out of range.",
+    .append = "In cls_ArrayPrim::Append() Length out of range.",
+    .appendBlock = "cls_ArrayPrim::AppendBlock: Collection must be associated with a database for this method.",
+    .appendBlockCount = "cls_ArrayPrim::AppendBlock: Count out of range."};
+
+namespace
+{
+constexpr int MAX_LENGTH = std::numeric_limits<int>::max();
+
+[[noreturn]] void Fail(const cls_detail::ArrayTexts& texts, const char* text, int line)
+{
+    nex_TextException(text).Throw(texts.source, line);
+}
+
+/// An agent that no array is attached to yet.
+template <class T> struct AgentDeleter
+{
+    void operator()(cls_AgentListPrim<T>* agent) const noexcept
+    {
+        if (!agent->IsOwnedElsewhere()) {
+            delete agent;
+        }
+    }
+};
+template <class T> using AgentPtr = std::unique_ptr<cls_AgentListPrim<T>, AgentDeleter<T>>;
+
+template <class T, class Memento> AgentPtr<T> MakeAgent(Memento* record, const char* missing, int line)
+{
+    AgentPtr<T> agent(record != nullptr ? cls_detail::MakeListAgent<T>(*record) : nullptr);
+    if (!agent) {
+        Fail(cls_detail::ARRAY_TEXTS, missing, line);
+    }
+    return agent;
+}
+} // namespace
+
+template <class T> cls_ArrayPrim<T>::cls_ArrayPrim() = default;
+
+template <class T>
+cls_ArrayPrim<T>::cls_ArrayPrim(const cls_ArrayPrim& other)
+    : cls_PC(other), m_blocks(other.m_blocks), m_agent(other.m_agent), m_length(other.m_length), m_uid(other.m_uid)
+{
+    other.m_current.writable = 0;
+    if (m_agent != nullptr) {
+        m_agent->Attach();
+        m_agent->Register(*this);
+    }
+}
+
+template <class T> cls_ArrayPrim<T>::cls_ArrayPrim(const cls_ReadVisitor& visitor) : cls_ArrayPrim()
+{
+    if (visitor.Memento() != nullptr) {
+        AgentPtr<T> agent =
+            MakeAgent<T>(visitor.Memento(), "In cls_ArrayPrim::cls_ArrayPrim() Missing agent.", __LINE__);
+        m_length = agent->Size();
+        m_uid = visitor.GetUid();
+        agent->Attach();
+        m_agent = agent.release();
+        m_agent->Register(*this);
+    }
+}
+
+template <class T> cls_ArrayPrim<T>& cls_ArrayPrim<T>::operator=(const cls_ArrayPrim& other)
+{
+    if (this != &other) {
+        if (other.m_agent != nullptr) {
+            other.m_agent->Attach(); // before the own one is left: it may be the same, and would go
+        }
+        Leave();
+        m_blocks = other.m_blocks;
+        m_agent = other.m_agent;
+        m_length = other.m_length;
+        m_uid = other.m_uid;
+        m_current = Current();
+        other.m_current.writable = 0;
+        if (m_agent != nullptr) {
+            m_agent->Register(*this);
+        }
+    }
+    return *this;
+}
+
+template <class T> cls_ArrayPrim<T>::~cls_ArrayPrim()
+{
+    Leave();
+}
+
+template <class T> void cls_ArrayPrim<T>::Leave() noexcept
+{
+    if (m_agent == nullptr) {
+        return;
+    }
+    m_agent->Detach(*this);
+    if (!m_agent->IsOwnedElsewhere()) {
+        try {
+            Flush();
+        } catch (...) {
+            VEXCRT::_assert("an agent keeps the failed writes of an array that left it", "source/include/cls_ArrayPrim",
+                            __LINE__);
+        }
+        delete m_agent;
+    }
+    m_agent = nullptr;
+    Unlink();
+}
+
+template <class T> std::uint32_t cls_ArrayPrim<T>::TypeId() noexcept
+{
+    return cls_TypeIdOf(cls_ARRAY_PRIM_ROW);
+}
+
+template <class T> std::uint32_t cls_ArrayPrim<T>::DynTypeId() const
+{
+    return TypeId();
+}
+
+template <class T> void* cls_ArrayPrim<T>::Ctor(cls_ReadVisitor& visitor)
+{
+    return new cls_ArrayPrim(visitor);
+}
+
+template <class T> void cls_ArrayPrim<T>::Flush() const
+{
+    if (m_agent == nullptr || m_agent->IsReadOnly()) {
+        return;
+    }
+    for (const auto& [start, block] : m_blocks) {
+        if (block->dirty != 0) {
+            Store(start, *block);
+        }
+    }
+    m_agent->EndWrite();
+}
+
+template <class T> void cls_ArrayPrim<T>::DBWrite(const cls_WriteVisitor& visitor) const
+{
+    if (visitor.StartWrite(TypeId(), m_uid) != 0) {
+        visitor.CheckCollectionType(cls_CollectionTypeFix(cls_COLLECTION_ARRAY, static_cast<T*>(nullptr)));
+        DBWriteBody(visitor);
+    }
+}
+
+template <class T> void cls_ArrayPrim<T>::DBWriteBody(const cls_WriteVisitor& visitor) const
+{
+    if (m_agent != nullptr) {
+        return;
+    }
+    AgentPtr<T> agent = MakeAgent<T>(visitor.Memento(), "cls_ArrayPrim::DBWrite: Missing agent.", __LINE__);
+    cls_ArrayPrim& self = const_cast<cls_ArrayPrim&>(*this); // flushing is all the agent may do, and that is const
+    agent->Attach();
+    agent->Register(self);
+    try {
+        StoreFirst(*agent);
+    } catch (...) {
+        m_agent = nullptr; // everything is still here, for another try
+        agent->Detach(self);
+        self.Unlink();
+        throw;
+    }
+    agent.release();
+    Evict(m_length);
+}
+
+/// Stores every block, also those that a copy of the array marked as stored - in its own list - and keeps them all.
+template <class T> void cls_ArrayPrim<T>::StoreFirst(Agent& agent) const
+{
+    if (agent.Size() != 0 && m_length > 0) {
+        Fail(cls_detail::ARRAY_TEXTS, "cls_ArrayPrim::DBWrite: Index conflicts(s) in list.", __LINE__);
+    }
+    m_agent = &agent;
+    for (const auto& [start, block] : m_blocks) {
+        block->dirty = 1;
+        if (start != StartOf(m_length)) {
+            Store(start, *block);
+        }
+    }
+    Flush();
+}
+
+template <class T> void cls_ArrayPrim<T>::SetLength(int length) noexcept
+{
+    m_length = length;
+    m_current = Current();
+}
+
+template <class T> void cls_ArrayPrim<T>::AppendSlowly(const T& value, const Texts& texts)
+{
+    if (m_length == MAX_LENGTH) {
+        Fail(texts, texts.append, __LINE__);
+    }
+    T copy(value); // the value may be an element of a block that now goes
+    GetSlowly(m_length, texts) = std::move(copy);
+    ++m_length;
+    m_current.readable = ReachFrom(m_current.start);
+    m_current.writable = m_current.readable;
+}
+
+template <class T> void cls_ArrayPrim<T>::AppendBlock(const T* values, int count)
+{
+    AppendBlockWith(values, count, cls_detail::ARRAY_TEXTS);
+}
+
+template <class T> void cls_ArrayPrim<T>::AppendBlockWith(const T* values, int count, const Texts& texts)
+{
+    if (m_agent == nullptr) {
+        Fail(texts, texts.appendBlock, __LINE__);
+    }
+    if (count < 0 || m_length < 0 || count > MAX_LENGTH - m_length) {
+        Fail(texts, texts.appendBlockCount, __LINE__);
+    }
+    Flush();
+    if (count != 0) {
+        m_agent->WriteRange(m_length, count, values);
+    }
+    Flush();
+    m_blocks.Remove(StartOf(m_length)); // it lacks what was just appended, and must never be stored over that
+    m_length += count;
+    m_current = Current();
+}
+
+template <class T> const T& cls_ArrayPrim<T>::ConstGetSlowly(int index, const Texts& texts) const
+{
+    Buffer* const buffer = GetBuffer(index, texts);
+    if (buffer == nullptr) {
+        Fail(texts, texts.constGet, __LINE__);
+    }
+    SetCurrent(StartOf(index), *buffer, /*writable=*/false);
+    return buffer->elements[index - StartOf(index)];
+}
+
+template <class T> T& cls_ArrayPrim<T>::GetSlowly(int index, const Texts& texts)
+{
+    if (GetBuffer(index, texts) == nullptr) {
+        Fail(texts, texts.get, __LINE__);
+    }
+    Holder& held = *m_blocks.Get(StartOf(index));
+    if (!held.IsUnique()) {
+        held = Holder::Make(*held);
+    }
+    held->dirty = 1;
+    SetCurrent(StartOf(index), *held, /*writable=*/true);
+    return held->elements[index - StartOf(index)];
+}
+
+template <class T> auto cls_ArrayPrim<T>::GetBuffer(int index, const Texts& texts) const -> Buffer*
+{
+    if (index < 0 || index > m_length) {
+        return nullptr;
+    }
+    Prune(index);
+    const int start = StartOf(index);
+    if (const Holder* const held = m_blocks.Find(start)) {
+        return held->get();
+    }
+    const bool isStored = index != start || index != m_length;
+    if (isStored && m_agent == nullptr) {
+        Fail(texts, texts.missingAgent, __LINE__);
+    }
+    Holder block = Holder::Make();
+    if (isStored) {
+        m_agent->ReadRange(start, CountFrom(start), block->elements);
+    }
+    m_blocks.Insert(start, block);
+    return block.get();
+}
+
+template <class T> void cls_ArrayPrim<T>::Prune(int keep) const
+{
+    if (m_agent == nullptr) {
+        return;
+    }
+    for (const auto& [start, block] : m_blocks) {
+        if (block->dirty != 0 && (keep < 0 || start != StartOf(keep))) {
+            Store(start, *block);
+        }
+    }
+    Evict(keep);
+}
+
+template <class T> int cls_ArrayPrim<T>::Snap() const
+{
+    if (m_agent == nullptr || !m_agent->IsChanged()) {
+        return 0;
+    }
+    m_length = m_agent->Size();
+    m_current = Current();
+    Prune(-1);
+    return 1;
+}
+
+/// The number of elements of the block that starts there.
+template <class T> int cls_ArrayPrim<T>::CountFrom(int start) const noexcept
+{
+    return std::min<int>(Buffer::SIZE, m_length - start);
+}
+
+/// As CountFrom, and the free place behind them if the block has one.
+template <class T> unsigned cls_ArrayPrim<T>::ReachFrom(int start) const noexcept
+{
+    return static_cast<unsigned>(std::min(Buffer::SIZE - 1, m_length - start)) + 1;
+}
+
+template <class T> void cls_ArrayPrim<T>::SetCurrent(int start, Buffer& buffer, bool writable) const noexcept
+{
+    const unsigned reach = ReachFrom(start);
+    m_current = {.elements = buffer.elements, .start = start, .readable = reach, .writable = writable ? reach : 0};
+}
+
+/// Stores a block, of which nothing may be left when the array was shortened.
+template <class T> void cls_ArrayPrim<T>::Store(int start, Buffer& buffer) const
+{
+    if (const int count = CountFrom(start); count > 0) {
+        m_agent->WriteRange(start, count, buffer.elements);
+    }
+    buffer.dirty = 0;
+    m_current.writable = 0;
+}
+
+template <class T> void cls_ArrayPrim<T>::Evict(int keep) const
+{
+    cow_Map<int, Holder> kept;
+    if (const Holder* const block = keep >= 0 ? m_blocks.Find(StartOf(keep)) : nullptr) {
+        if (m_blocks.Length() == 1) {
+            return;
+        }
+        kept.Insert(StartOf(keep), *block);
+    }
+    m_blocks = std::move(kept);
+    m_current = Current();
+}
+
+template class cls_ArrayPrim<bool>;
+template class cls_ArrayPrim<double>;
+template class cls_ArrayPrim<float>;
+template class cls_ArrayPrim<int>;
+template class cls_ArrayPrim<cow_String>;
+template class cls_ArrayPrim<std::uint32_t>;

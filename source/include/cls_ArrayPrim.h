@@ -1,0 +1,212 @@
+#pragma once
+
+#include "VEXomu_export.h"
+#include "cls_AgentListPrim.h"
+#include "cls_PC.h"
+#include "cls_Uid.h"
+#include "cow_CountedHld.h"
+#include "cow_Map.h"
+#include "cow_String.h"
+
+#include <concepts>
+#include <cstdint>
+
+class cls_ReadVisitor;
+class cls_WriteVisitor;
+
+namespace cls_detail
+{
+/// The values that a persistent array and the stored list behind it may have.
+template <class T>
+concept ListElement = std::same_as<T, bool> || std::same_as<T, double> || std::same_as<T, float> ||
+                      std::same_as<T, int> || std::same_as<T, cow_String> || std::same_as<T, std::uint32_t>;
+
+/// What an array says when it fails, and where it says so: the words are promised for one dimension and for two.
+struct ArrayTexts
+{
+    const char* source;
+    const char* missingAgent;
+    const char* constGet;
+    const char* get;
+    const char* append;
+    const char* appendBlock;
+    const char* appendBlockCount;
+};
+extern VEXOMU_API const ArrayTexts ARRAY_TEXTS;
+} // namespace cls_detail
+
+/// One block of an array. The members stand in the promised order, without anything before or between them.
+template <class T> struct cls_ArrayPrimBuffer
+{
+    static constexpr int SIZE = 2048;
+
+    std::int32_t dirty = 0; ///< 1 when elements changed since the block was loaded or last written
+    T elements[SIZE]{};
+};
+static_assert(sizeof(cls_ArrayPrimBuffer<int>) == 8196);
+
+/// Growable array of plain values that may live in the store: blocks of 2048 elements come into memory when they are touched
+/// and go back when another one is. Until it is first stored an array has no agent and is all in memory.
+///
+/// Ownership:  copies share blocks until one side writes, and agent and identity for good: they are views of one stored list,
+///             which keeps what was flushed last. The last copy to go deletes the agent, unless that is owned elsewhere.
+/// Threads:    one thread at a time, for all copies together; the identity binds them to it, see cls_Uid.
+/// Complexity: ConstGet, Get, Append O(1) inside a block; a step to another one costs a look-up, with an agent the read of
+///             one block, and a write if the block before was changed. With an agent one block at most is in memory.
+/// Errors:     nex_TextException, and what the agent throws: the array then still holds all that is not stored, and the call
+///             may be tried again. The destructor throws nothing: a failed write is thrown by the next commit.
+/// References: what ConstGet and Get return holds until the next call on the array or a copy of it.
+/// Example:    loads.Append(2.5); loads.Get(0) += 1.0; double sum = loads.ConstGet(0);
+/// Avoid for:  data that is never stored; a cow_1DArray has no blocks.
+template <class T> class cls_ArrayPrim : public cls_PC
+{
+    static_assert(cls_detail::ListElement<T>);
+
+public:
+    using Buffer = cls_ArrayPrimBuffer<T>;
+
+    /// No element, no agent, a fresh identity.
+    cls_ArrayPrim();
+    cls_ArrayPrim(const cls_ArrayPrim& other);
+    /// The array that the record holds; an empty one when the visitor has no record.
+    explicit cls_ArrayPrim(const cls_ReadVisitor& visitor);
+    cls_ArrayPrim& operator=(const cls_ArrayPrim& other);
+    ~cls_ArrayPrim() override;
+
+    /// Stores the changed blocks and ends the write. Nothing without an agent, or with one that is read-only.
+    void Flush() const override;
+    /// Stores the whole array in the visitor's record. An array that has an agent is in the store already: of what changed in it
+    /// Flush takes care, and this writes nothing.
+    virtual void DBWrite(const cls_WriteVisitor& visitor) const;
+    virtual std::uint32_t DynTypeId() const;
+
+    /// The same for every T; what the record holds tells the element type.
+    static std::uint32_t TypeId() noexcept;
+    /// A new array from the record, owned by the caller.
+    static void* Ctor(cls_ReadVisitor& visitor);
+
+    const cls_Uid& Uid() const noexcept { return m_uid; }
+    int Size() const noexcept { return m_length; }
+    /// Sets the length and nothing else: no block is made or dropped. Elements that were never set come from the agent;
+    /// without one, access to a block that is not there throws.
+    void SetLength(int length) noexcept;
+
+    void Append(const T& value);
+    /// Stores `count` values behind the last one at once, past the blocks in memory. Needs an agent.
+    void AppendBlock(const T* values, int count);
+
+    /// The element. The index may equal the length, on purpose: it then means the free place behind the last element.
+    const T& ConstGet(int index) const;
+    /// As ConstGet, for writing.
+    T& Get(int index);
+
+    /// With an agent: drops every block from memory, the changed ones once they are stored, but for the one that holds the
+    /// element `keep`; all of them when that is negative.
+    void Prune(int keep) const;
+    void Release() const { Prune(-1); }
+    /// Follows a change that someone else made to the stored list: 1 when there was one, else 0. Blocks in memory are dropped
+    /// as by Release.
+    int Snap() const;
+
+    /// What DBWrite does once the record is ready.
+    void DBWriteBody(const cls_WriteVisitor& visitor) const;
+
+protected:
+    using Texts = cls_detail::ArrayTexts;
+
+    /// The block with the element, loaded if need be; null when the index is outside 0..length. Another array may share it.
+    Buffer* GetBuffer(int index, const Texts& texts = cls_detail::ARRAY_TEXTS) const;
+
+    const T& ConstGetWith(int index, const Texts& texts) const;
+    T& GetWith(int index, const Texts& texts);
+    void AppendWith(const T& value, const Texts& texts);
+    void AppendBlockWith(const T* values, int count, const Texts& texts);
+
+private:
+    using Agent = cls_AgentListPrim<T>;
+    using Holder = cow_CountedHld<Buffer>;
+
+    // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read and its
+    // first `writable` ones written without further ado; both count the free place behind the last element. `writable` is not 0
+    // only while no other array shares the block and it is marked dirty.
+    struct Current
+    {
+        T* elements = nullptr;
+        int start = 0;
+        unsigned readable = 0;
+        unsigned writable = 0;
+
+        unsigned OffsetOf(int index) const noexcept
+        {
+            return static_cast<unsigned>(index) - static_cast<unsigned>(start);
+        }
+    };
+
+    static int StartOf(int index) noexcept { return index & ~(Buffer::SIZE - 1); }
+
+    const T& ConstGetSlowly(int index, const Texts& texts) const;
+    T& GetSlowly(int index, const Texts& texts);
+    void AppendSlowly(const T& value, const Texts& texts);
+
+    int CountFrom(int start) const noexcept;
+    unsigned ReachFrom(int start) const noexcept;
+    void SetCurrent(int start, Buffer& buffer, bool writable) const noexcept;
+    void Store(int start, Buffer& buffer) const;
+    void Evict(int keep) const;
+    void StoreFirst(Agent& agent) const;
+    void Leave() noexcept;
+
+    // Reading brings blocks in and takes them out, and the first writing brings the agent.
+    mutable cow_Map<int, Holder> m_blocks; // by the index of the first element; with an agent, one block at most
+    mutable Agent* m_agent = nullptr;      // attached
+    mutable int m_length = 0;
+    cls_Uid m_uid = cls_Uid::AllocateUid();
+    mutable Current m_current;
+};
+
+template <class T> inline const T& cls_ArrayPrim<T>::ConstGet(int index) const
+{
+    return ConstGetWith(index, cls_detail::ARRAY_TEXTS);
+}
+
+template <class T> inline T& cls_ArrayPrim<T>::Get(int index)
+{
+    return GetWith(index, cls_detail::ARRAY_TEXTS);
+}
+
+template <class T> inline void cls_ArrayPrim<T>::Append(const T& value)
+{
+    AppendWith(value, cls_detail::ARRAY_TEXTS);
+}
+
+template <class T> inline const T& cls_ArrayPrim<T>::ConstGetWith(int index, const Texts& texts) const
+{
+    const unsigned offset = m_current.OffsetOf(index);
+    return offset < m_current.readable ? m_current.elements[offset] : ConstGetSlowly(index, texts);
+}
+
+template <class T> inline T& cls_ArrayPrim<T>::GetWith(int index, const Texts& texts)
+{
+    const unsigned offset = m_current.OffsetOf(index);
+    return offset < m_current.writable ? m_current.elements[offset] : GetSlowly(index, texts);
+}
+
+template <class T> inline void cls_ArrayPrim<T>::AppendWith(const T& value, const Texts& texts)
+{
+    const unsigned offset = m_current.OffsetOf(m_length);
+    if (offset < m_current.writable && offset < Buffer::SIZE - 1) {
+        m_current.elements[offset] = value;
+        ++m_length;
+        m_current.readable = offset + 2;
+        m_current.writable = offset + 2;
+    } else {
+        AppendSlowly(value, texts);
+    }
+}
+
+extern template class VEXOMU_API cls_ArrayPrim<bool>;
+extern template class VEXOMU_API cls_ArrayPrim<double>;
+extern template class VEXOMU_API cls_ArrayPrim<float>;
+extern template class VEXOMU_API cls_ArrayPrim<int>;
+extern template class VEXOMU_API cls_ArrayPrim<cow_String>;
+extern template class VEXOMU_API cls_ArrayPrim<std::uint32_t>;
