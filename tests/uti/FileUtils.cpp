@@ -1,3 +1,4 @@
+#include "../ScratchFolder.h"
 #include "uti_FileUtils.h"
 
 #include "uti_SystemException.h"
@@ -23,9 +24,8 @@ protected:
         Write("source", "new contents");
         Write("target", "old");
     }
-    ~FileUtils() override { fs::remove_all(m_folder); }
 
-    std::string Path(const char* name) const { return (m_folder / name).string(); }
+    std::string Path(const char* name) const { return m_scratch / name; }
     void Write(const char* name, const std::string& contents) const { std::ofstream(Path(name)) << contents; }
     std::string Contents(const char* name) const
     {
@@ -35,7 +35,8 @@ protected:
     bool Copy(const char* from, const char* to) const { return uti_fileCopy(Path(from).c_str(), Path(to).c_str()); }
     std::ptrdiff_t Files() const { return std::distance(fs::directory_iterator(m_folder), {}); }
 
-    const fs::path m_folder = fs::path(testing::TempDir()) / "file_utils";
+    const ScratchFolder m_scratch;
+    const fs::path& m_folder = m_scratch.Path();
 };
 
 TEST_F(FileUtils, A_copy_replaces_the_target_and_a_failed_one_leaves_it)

@@ -1,3 +1,4 @@
+#include "../ScratchFolder.h"
 #include "uti_MessageFile.h"
 
 #include "uti_ResourceManager.h"
@@ -29,7 +30,8 @@ protected:
         }
     }
 
-    const std::string m_path = testing::TempDir() + "messages";
+    const ScratchFolder m_folder;
+    const std::string m_path = m_folder / "messages";
 };
 
 TEST_F(MessageFile, Lines_are_comments_or_texts)

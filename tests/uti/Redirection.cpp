@@ -1,3 +1,4 @@
+#include "../ScratchFolder.h"
 #include "uti_Redirection.h"
 
 #include "VEXcrt_Process.h"
@@ -98,7 +99,8 @@ TEST(Redirection, Files_are_those_of_the_directory_at_construction)
 {
     namespace fs = std::filesystem;
     const fs::path start = fs::current_path();
-    const fs::path folder = fs::path(testing::TempDir()) / "redirection";
+    const ScratchFolder scratch;
+    const fs::path& folder = scratch.Path();
     fs::create_directories(folder / "below");
     fs::current_path(folder);
     std::ofstream("old") << "12345";
@@ -114,6 +116,5 @@ TEST(Redirection, Files_are_those_of_the_directory_at_construction)
     EXPECT_EQ(fs::file_size(folder / "longer"), 5u);
     EXPECT_TRUE(fs::is_empty(folder / "below"));
     fs::current_path(start);
-    fs::remove_all(folder);
 }
 } // namespace

@@ -1,3 +1,4 @@
+#include "../ScratchFolder.h"
 #include "uti_ResourceManager.h"
 
 #include "../Environment.h"
@@ -6,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <thread>
@@ -29,7 +29,8 @@ TEST(ResourceManager, A_thread_has_its_own_lookup_and_takes_it_along_when_it_end
 
 TEST(ResourceManager, An_installation_names_a_message_file_for_every_thread)
 {
-    const std::string path = testing::TempDir() + "messages_threads";
+    const ScratchFolder folder;
+    const std::string path = folder / "messages";
     const auto shown = [&](const char* contents) {
         std::ofstream(path) << contents;
         int users = 0;
@@ -47,5 +48,4 @@ TEST(ResourceManager, An_installation_names_a_message_file_for_every_thread)
     SetVariable("VEXOMU_MESSAGES", "");
     uti_ResourceManager::InstallForNewThreads({});
     thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup({});
-    std::remove(path.c_str());
 }

@@ -17,9 +17,8 @@ namespace
 /// A file of the running test alone: tests run side by side.
 utl_FilePath Scratch(const char* name)
 {
-    const char* const folder = std::getenv("TEST_TMPDIR");
     const cow_String test = testing::UnitTest::GetInstance()->current_test_info()->name();
-    return utl_FilePath(folder != nullptr ? folder : ".").Join(test + "_" + name);
+    return utl_FilePath(testing::TempDir().c_str()).Join(test + "_" + name);
 }
 
 /// A stream that delivers small packets and counts how often it is asked to wait for one.

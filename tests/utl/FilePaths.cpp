@@ -1,3 +1,4 @@
+#include "../ScratchFolder.h"
 #include "Environment.h"
 #include "StreamChecks.h"
 #include "omn_FixedString.h"
@@ -72,9 +73,8 @@ TEST(FilePath, Joining_keeps_what_is_absolute)
 TEST(PathFinder, Files_are_found_in_the_order_of_the_list)
 {
     namespace fs = std::filesystem;
-    const char* const given = std::getenv("TEST_TMPDIR");
-    const fs::path folder = fs::absolute(given != nullptr ? given : ".") / "PathFinder";
-    fs::remove_all(folder);
+    const ScratchFolder scratch;
+    const fs::path& folder = scratch.Path();
     fs::create_directories(folder / "first" / "tool"); // a folder of that name is not the file
     fs::create_directories(folder / "second");
     fs::create_directories(folder / "third");
