@@ -230,6 +230,10 @@ TEST_F(Spawn, Pipes_carry_much_end_in_time_and_never_kill_the_parent)
     parent.Kill();
     EXPECT_EQ(parent.ReadAll(), "") << "the child's child holds the pipe";
     kill(std::stoi(line), SIGKILL);
+    uti_SpawnSource closed("sleep 1000");
+    closed.CloseSource();
+    EXPECT_EQ(Refusal([&] { closed.ReadAll(); }), "IOError: : Bad file descriptor");
+    closed.Kill();
 }
 
 TEST_F(Spawn, Reaping_closes_the_pipes_of_running_children_only)

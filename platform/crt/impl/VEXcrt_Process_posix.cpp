@@ -374,7 +374,7 @@ void VEXCRT::ChildProcess::Leave() noexcept
 
 std::int64_t VEXCRT::ChildProcess::ReadOutput(int descriptor, void* buffer, std::size_t size)
 {
-    const bool isOurs = m_handle && !m_isLeft;
+    const bool isOurs = m_handle && !m_isLeft && descriptor >= 0;
     while (isOurs && (!m_hasEnded || m_wasKilled)) {
         pollfd watched[] = {{descriptor, POLLIN, 0}, {m_hasEnded ? -1 : Watch(), POLLIN, 0}};
         const int patience = m_hasEnded ? 0 : watched[1].fd < 0 ? static_cast<int>(LAST_NAP) : -1;
