@@ -74,3 +74,21 @@ def startJournal(path: str | os.PathLike[str]) -> None:
 
 def stopJournal() -> None:
     """Closes the journal."""
+
+def match(pattern: str, text: str) -> tuple[str, ...] | None:
+    """The first match and its groups, or None. Patterns are PCRE2's."""
+
+def split(pattern: str, text: str) -> list[str]:
+    """The pieces between matches; empty ones before a match are left out."""
+
+def substitute(pattern: str, text: str, replacement: str, count: int = 2147483647) -> str:
+    """The text with matches replaced; $1 to $9, $&, $` and $' in the replacement are parts of the first match."""
+
+def formatNumber(value: float, format: str = "defaultFormat") -> str:
+    """The number in one of the named formats."""
+
+def setNumberFormat(name: str, notation: str, precision: int, zeroDecimals: int = 0, keepPadding: bool = True) -> None:
+    """Adds or changes a named format of this thread; the notation is automatic, engineering or scientific."""
+
+def run(command: str, input: str | None = None, env: dict[str, str] | None = None) -> tuple[int, str]:
+    """Runs a program and waits for it: its exit status and what it wrote. The command may redirect streams to files."""

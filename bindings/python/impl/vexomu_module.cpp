@@ -3,6 +3,7 @@
 #include "py_journal.h"
 #include "py_object.h"
 #include "py_text_types.h"
+#include "py_utilities.h"
 #include "py_values.h"
 #include "vexomu_python.h"
 
@@ -50,7 +51,7 @@ PyModuleDef definition = {
 bool Fill(PyObject* module)
 {
     if (!pyAddErrors(module) || !pyAddTextTypes(module) || !pyAddArrayType(module) || !pyAddObjectType(module) ||
-        !pyAddJournal(module)) {
+        !pyAddJournal(module) || !pyAddUtilities(module)) {
         return false;
     }
     const PyRef capsule(PyCapsule_New(&api, vexomu_Api::CAPSULE, nullptr));

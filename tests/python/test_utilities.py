@@ -1,0 +1,58 @@
+"""Regular expressions, number formats and programs, as scripts use them."""
+
+import os
+import threading
+
+import pytest
+
+import vexomu
+
+
+def test_regular_expressions():
+    assert vexomu.match(r"(\w+)=(\d+)?", "width=7;") == ("width=7", "width", "7")
+    assert vexomu.match("x", "abc") is None
+    assert vexomu.split(",", ",a,,b,") == ["a", "b", ""]
+    assert vexomu.substitute("(.)a", "xaya", "[$1]") == "[x][x]"
+    assert vexomu.substitute("a", "banana", "o", count=2) == "bonona"
+    with pytest.raises(RuntimeError, match="^rgx_match: error in regex at offset"):
+        vexomu.match("(", "x")
+    with pytest.raises(RuntimeError, match="exec error"):
+        vexomu.match("(a+)+$", "a" * 100000 + "b")
+    with pytest.raises(TypeError):
+        vexomu.match("x", 5)
+
+
+def test_number_formats_are_those_of_the_thread():
+    vexomu.setNumberFormat("mine", "scientific", 2, keepPadding=False)
+    assert vexomu.formatNumber(12345.678, "mine") == "1.23E+04"
+    assert vexomu.formatNumber(0.000123).strip() == "123.E-06"
+    failures = []
+
+    def elsewhere():
+        try:
+            vexomu.formatNumber(1.0, "mine")
+        except KeyError as error:
+            failures.append(error)
+
+    thread = threading.Thread(target=elsewhere)
+    thread.start()
+    thread.join()
+    assert len(failures) == 1
+    with pytest.raises(ValueError, match="no notation 'roman'"):
+        vexomu.setNumberFormat("mine", "roman", 2)
+
+
+def test_programs():
+    assert vexomu.run("sort -n", input="10\n9\n-1\n") == (0, "-1\n9\n10\n")
+    assert vexomu.run("sh -c 'echo out; exit 3'") == (3, "out\n")
+    assert vexomu.run("sh -c 'echo $A-$HOME'", env={"A": "1", "PATH": os.environ["PATH"]}) == (0, "1-\n")
+    # Neither side waits for the other, be there much to write or a reader that stops.
+    much = "x" * 63 + "\n"
+    assert vexomu.run("cat", input=much * 100000) == (0, much * 100000)
+    assert vexomu.run("head -n 1", input=much * 100000) == (0, much)
+    with pytest.raises(Exception, match="no-such-program"):
+        vexomu.run("no-such-program")
+    with pytest.raises(RuntimeError):
+        vexomu.run("echo 'open quote")
+    with pytest.raises(TypeError):
+        vexomu.run("cat", input=b"bytes")
