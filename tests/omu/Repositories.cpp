@@ -1,4 +1,4 @@
-#include "omu_DictIntObj.h"
+#include "omu_DictIntObjABC.h"
 #include "omu_IdSeqIntObj.h"
 #include "omu_MemberIntObj.h"
 #include "omu_SeqIntObj.h"

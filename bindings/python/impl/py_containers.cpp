@@ -6,7 +6,7 @@
 #include "py_values.h"
 
 #include "omu_Arguments.h"
-#include "omu_DictIntObj.h"
+#include "omu_DictIntObjABC.h"
 #include "omu_PrimEnumBase.h"
 #include "omu_PrimExpr.h"
 #include "omu_PrimNumber.h"

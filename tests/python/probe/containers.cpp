@@ -1,6 +1,6 @@
 #include "containers.h"
 
-#include "omu_DictIntObj.h"
+#include "omu_DictIntObjABC.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimEnumBase.h"
 #include "omu_PrimNumber.h"

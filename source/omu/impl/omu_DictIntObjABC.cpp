@@ -1,4 +1,4 @@
-#include "omu_DictIntObj.h"
+#include "omu_DictIntObjABC.h"
 
 #include "nex_TextException.h"
 #include "omu_Arguments.h"
