@@ -52,7 +52,7 @@ void Visit(omu_PrimVisitor& visitor, const omu_DictIntObjABC<omu_PrimEnumBase>& 
     const cow_String type = element != nullptr ? element->TypeString() : cow_String("unknown type");
     nex_TextException("dictionary object: the element of key " + cow_String(key) + ", " + type +
                       ", cannot be shown: " + cause.UserReport())
-        .Throw("source/omu/impl/omu_DictIntObj", __LINE__);
+        .Throw("source/omu/impl/omu_DictIntObjABC", __LINE__);
 }
 
 /// A list of `make(key)` for each key.
