@@ -51,6 +51,12 @@ GOALS = [
         for count in (8, 64, 10000, 1000000)
     ),
     *((f"runs compressed, {keys}", f"compress/{keys}/kernel", [f"compress/{keys}/map"], None) for keys in ("gaps", "sparse")),
+    ("1 million array elements read in order", "array_read_kernel", ["array_read_vector"], None),
+    ("1 million array elements changed in order", "array_write_kernel", ["array_write_vector"], None),
+    ("1 million array elements appended", "array_append_kernel", ["array_append_vector"], None),
+    ("100,000 array elements read in random order", "array_anywhere_kernel", ["array_anywhere_vector"], None),
+    ("1000 uids taken and released", "uid_kernel", ["uid_make_shared", "uid_malloc", "uid_boost_pool"], 0.90),
+    ("the same, beside what any thread may call", "uid_kernel", ["uid_make_shared", "uid_malloc"], None),
 ]
 
 

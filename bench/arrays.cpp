@@ -1,0 +1,165 @@
+// A persistent array in memory beside std::vector, and uids in batches beside other small things that are counted or pooled.
+
+#include "cls_ArrayPrim.h"
+#include "cls_Uid.h"
+
+#include <benchmark/benchmark.h>
+#include <boost/pool/pool.hpp>
+
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace
+{
+constexpr int LENGTH = 1'000'000;
+constexpr std::size_t BATCH = 1000;
+
+struct KernelArray
+{
+    int Size() const { return array.Size(); }
+    double Read(int index) const { return array.ConstGet(index); }
+    double& At(int index) { return array.Get(index); }
+    void Append(double value) { array.Append(value); }
+
+    cls_ArrayPrim<double> array;
+};
+
+struct VectorArray
+{
+    int Size() const { return static_cast<int>(array.size()); }
+    double Read(int index) const { return array[static_cast<std::size_t>(index)]; }
+    double& At(int index) { return array[static_cast<std::size_t>(index)]; }
+    void Append(double value) { array.push_back(value); }
+
+    std::vector<double> array;
+};
+
+template <class Array> void Fill(Array& array)
+{
+    for (int i = 0; i < LENGTH; ++i) {
+        array.Append(i);
+    }
+}
+
+template <class Array> void Append(benchmark::State& state)
+{
+    for (auto _ : state) {
+        Array array;
+        Fill(array);
+        benchmark::DoNotOptimize(array.Size());
+    }
+}
+
+template <class Array> void Read(benchmark::State& state)
+{
+    Array array;
+    Fill(array);
+    for (auto _ : state) {
+        double sum = 0;
+        for (int i = 0; i < array.Size(); ++i) {
+            sum += array.Read(i);
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+}
+
+template <class Array> void Write(benchmark::State& state)
+{
+    Array array;
+    Fill(array);
+    for (auto _ : state) {
+        for (int i = 0; i < array.Size(); ++i) {
+            array.At(i) += 1.0;
+        }
+        benchmark::ClobberMemory();
+    }
+}
+
+template <class Array> void ReadAnywhere(benchmark::State& state)
+{
+    Array array;
+    Fill(array);
+    std::mt19937 random(1);
+    std::vector<int> places(100'000);
+    for (int& place : places) {
+        place = static_cast<int>(random() % LENGTH);
+    }
+    for (auto _ : state) {
+        double sum = 0;
+        for (const int place : places) {
+            sum += array.Read(place);
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+}
+
+BENCHMARK(Append<KernelArray>)->Name("array_append_kernel")->Unit(benchmark::kMicrosecond);
+BENCHMARK(Append<VectorArray>)->Name("array_append_vector")->Unit(benchmark::kMicrosecond);
+BENCHMARK(Read<KernelArray>)->Name("array_read_kernel")->Unit(benchmark::kMicrosecond);
+BENCHMARK(Read<VectorArray>)->Name("array_read_vector")->Unit(benchmark::kMicrosecond);
+BENCHMARK(Write<KernelArray>)->Name("array_write_kernel")->Unit(benchmark::kMicrosecond);
+BENCHMARK(Write<VectorArray>)->Name("array_write_vector")->Unit(benchmark::kMicrosecond);
+BENCHMARK(ReadAnywhere<KernelArray>)->Name("array_anywhere_kernel")->Unit(benchmark::kMicrosecond);
+BENCHMARK(ReadAnywhere<VectorArray>)->Name("array_anywhere_vector")->Unit(benchmark::kMicrosecond);
+
+/// Makes its thing where it stands: a uid has no cheap move.
+template <class Thing> struct Slot
+{
+    template <class Allocate> explicit Slot(Allocate& allocate) : thing(allocate()) {}
+
+    Thing thing;
+};
+
+/// Takes BATCH things with `allocate`, keeps them, and lets them all go.
+template <class Thing, class Allocate, class Release>
+void RunBatches(benchmark::State& state, Allocate allocate, Release release)
+{
+    std::vector<Slot<Thing>> slots;
+    slots.reserve(BATCH);
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < BATCH; ++i) {
+            slots.emplace_back(allocate);
+        }
+        benchmark::ClobberMemory();
+        for (Slot<Thing>& slot : slots) {
+            release(slot.thing);
+        }
+        slots.clear();
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(BATCH));
+}
+
+const auto BY_DESTRUCTOR = [](auto&) {};
+
+void Uids(benchmark::State& state)
+{
+    RunBatches<cls_Uid>(
+        state, [] { return cls_Uid::AllocateUid(); }, BY_DESTRUCTOR);
+}
+
+void SharedPointers(benchmark::State& state)
+{
+    RunBatches<std::shared_ptr<int>>(
+        state, [] { return std::make_shared<int>(); }, BY_DESTRUCTOR);
+}
+
+void Malloc(benchmark::State& state)
+{
+    RunBatches<void*>(
+        state, [] { return std::malloc(sizeof(cls_UidCatalogEntry)); }, [](void* block) { std::free(block); });
+}
+
+void BoostPool(benchmark::State& state)
+{
+    boost::pool<> pool(sizeof(cls_UidCatalogEntry));
+    RunBatches<void*>(
+        state, [&] { return pool.malloc(); }, [&](void* block) { pool.free(block); });
+}
+
+BENCHMARK(Uids)->Name("uid_kernel");
+BENCHMARK(SharedPointers)->Name("uid_make_shared");
+BENCHMARK(Malloc)->Name("uid_malloc");
+BENCHMARK(BoostPool)->Name("uid_boost_pool");
+} // namespace
