@@ -87,11 +87,11 @@ def class_stub(kind):
 
 def stub(module):
     """The stub of an imported module, as text."""
-    lines = [f'"""{module.__doc__}"""', "", "import os", "from typing import Any", "", "import numpy", "", "import vexomu",
-             ""]
+    lines = [f'"""{module.__doc__}"""', "", "import collections.abc", "import os", "from typing import Any", "",
+             "import numpy", "", "import vexomu", ""]
     known = classes()
-    for kind in known:
-        lines += class_stub(kind)
+    # The kinds of a template have tables of their own, which say the same.
+    lines += dict.fromkeys("\n".join(class_stub(kind)) for kind in known)
     for name, value in sorted(vars(module).items()):
         if isinstance(value, vexomu.Object):
             kind = type(value)

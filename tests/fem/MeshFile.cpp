@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cmath>
+#include <memory>
 #include <string>
 
 namespace
@@ -42,18 +43,19 @@ TEST(MeshFile, Bodies_become_meshes_of_their_own)
 {
     const fem_MeshFile file = fem_MeshFile::Parse(WHOLE, "file");
     EXPECT_EQ(file.Bodies(), (std::vector<int>{1, 2}));
-    const fem_Mesh first = file.MeshOfBody(1);
-    EXPECT_EQ(first.NodeCount(), 4U);
-    EXPECT_EQ(first.FindNode(5), nullptr);
-    EXPECT_NEAR(first.Volume(), 1.0 / 3.0, 1e-15);
-    EXPECT_NEAR(first.SurfaceArea(), 2.0 * std::sqrt(3.0), 1e-14);
-    EXPECT_NEAR(std::abs(first.Quality(0)), 1.0, 1e-14) << "the regular tetrahedron is the best there is";
-    const fem_Mesh both = file.MeshOfBody(fem_MeshFile::ALL_BODIES);
-    const double second = file.MeshOfBody(2).SurfaceArea();
-    EXPECT_NEAR(both.SurfaceArea(), first.SurfaceArea() + second - 2 * std::sqrt(3.0) / 2, 1e-14)
+    const std::unique_ptr<const fem_Mesh> first = file.MeshOfBody(1);
+    EXPECT_EQ(first->Positions().size(), 4U);
+    EXPECT_FALSE(first->NodeRows().Exists(5));
+    EXPECT_EQ(first->NodesOf(7), (fem_Mesh::Nodes{10, 30, 2, 4}));
+    EXPECT_NEAR(first->Volume(), 1.0 / 3.0, 1e-15);
+    EXPECT_NEAR(first->SurfaceArea(), 2.0 * std::sqrt(3.0), 1e-14);
+    EXPECT_NEAR(std::abs(first->Quality(7)), 1.0, 1e-14) << "the regular tetrahedron is the best there is";
+    const std::unique_ptr<const fem_Mesh> both = file.MeshOfBody(fem_MeshFile::ALL_BODIES);
+    const double second = file.MeshOfBody(2)->SurfaceArea();
+    EXPECT_NEAR(both->SurfaceArea(), first->SurfaceArea() + second - 2 * std::sqrt(3.0) / 2, 1e-14)
         << "the face between the two is no surface";
-    EXPECT_EQ(file.MeshOfBody(3).ElementCount(), 0U);
-    EXPECT_EQ(both.WorstElements(9).front().label, both.Quality(0) < both.Quality(1) ? 7 : 8);
+    EXPECT_EQ(file.MeshOfBody(3)->ElementRows().Length(), 0U);
+    EXPECT_EQ(both->WorstElements(9).front().label, both->Quality(7) < both->Quality(8) ? 7 : 8);
 }
 
 TEST(MeshFile, What_is_wrong_is_said_with_file_and_line)
@@ -70,6 +72,7 @@ TEST(MeshFile, What_is_wrong_is_said_with_file_and_line)
         {With("$EndMeshFormat", "$EndMesh"), "file:3: $EndMeshFormat expected"},
         {With("$Nodes\n5", "$Nodes\n2000000000"), "file:14: a node label expected"},
         {With("$Nodes\n5", "$Nodes\nfive"), "file:8: a number of nodes expected"},
+        {With("2 1 1 0", "0 1 1 0"), "file:10: a node label above 0 expected"},
         {With("2 1 1 0", "10 1 1 0"), "file:14: node 10 is there twice"},
         {With("1 0 1\n", "1 nan 1\n"), "file:11: a coordinate that is no finite number"},
         {With("1 0 1\n", "1 0 1 5\n"), "file:11: more on the line than expected"},

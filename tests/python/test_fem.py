@@ -7,6 +7,7 @@ import sys
 import numpy
 import pytest
 
+import vexomu
 from fem import session
 
 ROOT = pathlib.Path(__file__).parents[2]
@@ -27,7 +28,7 @@ def test_measures_agree_with_numpy(body):
     model = session.createModel(f"numpy-{body}")
     part = model.createPart("part", MESH, body=body)
     corners = read_tetrahedra(body)
-    assert part.elementCount == len(corners)
+    assert len(part.elements) == len(corners)
     a, b, c, d = (corners[:, i] for i in range(4))
     volumes = numpy.einsum("ij,ij->i", numpy.cross(b - a, c - a), d - a) / 6
     assert part.volume() == pytest.approx(abs(volumes).sum(), rel=1e-12)
@@ -35,29 +36,93 @@ def test_measures_agree_with_numpy(body):
     assert numpy.allclose([low, high], [corners.min(axis=(0, 1)), corners.max(axis=(0, 1))])
     edges = sum(((corners[:, i] - corners[:, j]) ** 2).sum(axis=1) for i in range(4) for j in range(i))
     quality = numpy.sort(12 * numpy.cbrt((3 * volumes) ** 2) / edges * numpy.sign(volumes))
-    worst = [quality for _, quality in part.worstElements(5)]
+    worst = [element.quality for element in part.worstElements(5)]
     assert worst == pytest.approx(quality[:5].tolist(), rel=1e-12)
     assert part.qualityHistogram(bins=4) == tuple(numpy.histogram(quality, 4, (0, 1))[0])
-    assert part.coordinates().shape == (part.nodeCount, 3)
+    assert part.coordinates().tolist() == [list(point) for point in part.nodes.values()]
 
 
-def test_parts_are_renamed_moved_and_deleted():
-    model = session.createModel("life")
+@pytest.fixture
+def model():
+    yield session.createModel("life")
+    session.deleteModel("life")
+
+
+def test_parts_are_renamed_moved_and_deleted(model):
     part, other = (model.createPart(name, MESH, body=1) for name in ("a", "b"))
-    part.name = "c"
-    assert model.partNames == ("b", "c") and repr(part) == "session.model('life').part('c')" and model.part("c") == part
-    for name, message in [("b", "there is a part named 'b' already"), ("", "a part needs a name")]:
-        with pytest.raises(ValueError, match=message):
-            part.name = name
+    model.parts.changeKey("a", "c")
+    assert model.parts.keys() == ["b", "c"] and model.parts["c"] == part
+    assert repr(part) == "session.models['life'].parts['c']"
+    for name, error, message in [("b", ValueError, "parts has 'b' already"), ("", ValueError, "name is empty")]:
+        with pytest.raises(error, match=message):
+            model.parts.changeKey("c", name)
     before = part.boundingBox()[0]
     part.translate(dy=2)
     assert numpy.subtract(part.boundingBox()[0], before).tolist() == pytest.approx([0, 2, 0])
-    session.deleteModel("life")
-    with pytest.raises(ReferenceError, match="session.model\\('life'\\).part\\('b'\\) no longer exists"):
-        other.volume()
+    element = other.elements[other.elements.keys()[-1]]
+    model.deletePart("b")
+    for use in other.volume, lambda: element.quality:
+        with pytest.raises(ReferenceError, match=r"session.models\['life'\].parts\['b'\] no longer exists"):
+            use()
+
+
+def test_sets_follow_their_parts(model):
+    a, b = (model.createPart(name, MESH, body=1) for name in ("a", "b"))
+    first, second, third = a.elements.keys()[:3]
+    chosen = model.createSet("s", {"b": [third, first]})
+    chosen.add(a, (second,))
+    chosen.add(b, labels=first)
+    with pytest.raises(KeyError, match="parts\\['a'\\] has no element 1"):
+        chosen.add(a, [first, 1])
+    model.parts.changeKey("b", "z")
+    assert [element.label for element in chosen] == [third, first, second, first] and chosen[-1].part == b
+    chosen.compress()
+    assert repr(list(chosen[1:])) == f"[{b!r}.elements[{third}], {a!r}.elements[{second}]]" and chosen.parts == ("z", "a")
+    model.deletePart("z")
+    assert [element.label for element in chosen] == [second]
+    stranger = session.createModel("other").createPart("a", MESH, body=1)
+    with pytest.raises(ValueError, match="is no part of session.models\\['life'\\]"):
+        chosen.add(stranger, first)
+    parts = session.models["other"].parts
+    session.deleteModel("other")
+    with pytest.raises(ReferenceError, match=r"^session.models\['other'\].parts no longer exists$"):
+        len(parts)
+
+
+def test_materials_and_steps_take_constants(model):
+    steel, static, frequency = map(vexomu.Constant, ("STEEL", "STATIC", "FREQUENCY"))
+    part = model.createPart("a", MESH, body=1)
+    with pytest.raises(ValueError, match="parts\\['a'\\] has no material"):
+        part.mass()
+    with pytest.raises(KeyError, match="materials has no 'STEEL'"):
+        part.material = steel
+    with pytest.raises(vexomu.RangeError, match="density must be a Float > 0.0"):
+        model.createMaterial(steel, 0.0)
+    model.createMaterial(steel, 2.0)
+    part.material = steel
+    model.materials[steel].density *= 2
+    assert part.mass() == 4 * part.volume() and model.materials.keys() == [part.material] == [steel]
+    model.createSet("s")
+    step = model.createStep("first", static, {"s": 1})
+    model.sets.changeKey("s", "t")
+    step.procedure = frequency
+    assert step.loads == {"t": 1.0} and step.procedure == frequency
+    for loads, error in [({"s": 1}, KeyError), ({"t": "much"}, ValueError), ({"t": 2, "u": 3}, KeyError)]:
+        with pytest.raises(error):
+            step.loads = loads
+    assert step.loads == {"t": 1.0}
+
+
+def test_what_was_renamed_still_works_and_says_so(model):
+    with pytest.warns(DeprecationWarning, match="keyword solid is deprecated"):
+        part = model.createPart("a", MESH, solid=1)
+    label = part.nodes.keys()[0]
+    with pytest.warns(DeprecationWarning, match=r"node is deprecated since 0.1; use nodes\[label\]"):
+        assert part.node(label) == part.nodes[label]
 
 
 def test_the_demo_ends_well():
     run = subprocess.run([sys.executable, ROOT / "examples/fem/scripts/demo.py"], capture_output=True, text=True)
     assert run.returncode == 0, run.stdout + run.stderr
-    assert "AccessError: session.model('assembly').part('body-1') no longer exists" in run.stdout
+    assert "AccessError: session.models['assembly'].parts['body-1'] no longer exists" in run.stdout
+    assert run.stdout.endswith("Replayed in a fresh process it builds an equal model.\n")

@@ -10,7 +10,7 @@ import pytest
 EXAMPLE = pathlib.Path(__file__).parents[2] / "examples" / "fem" / "scripts" / "demo.py"
 WRONG = """
 from fem import session
-session.modelNames = ()
+session.models = session.models
 session.createModle("m")
 session.createModel()
 session.createModel("m", nmae="x")
@@ -45,7 +45,7 @@ def test_misuse_is_found(stubs, tmp_path):
     (tmp_path / "wrong.py").write_text(WRONG)
     errors = [line.split("error: ")[1] for line in checked(stubs, tmp_path / "wrong.py") if "error: " in line]
     assert [error.split("  ")[0] for error in errors] == [
-        'Property "modelNames" defined in "Session" is read-only',
+        'Property "models" defined in "Session" is read-only',
         '"Session" has no attribute "createModle"; maybe "createModel"?',
         'Missing positional argument "name" in call to "createModel" of "Session"',
         'Unexpected keyword argument "nmae" for "createModel" of "Session"',

@@ -262,6 +262,13 @@ PyObject* ToNumber(const omu_PrimNumber& number)
     return PyLong_FromLong(number.GetInt());
 }
 
+/// What a container holds. A kernel object that is no reference would go with the container: Python gets a copy to keep.
+PyObject* ItemToPython(const omu_Primitive* item)
+{
+    omu_Primitive* const copy = item != nullptr && item->IsType('<') ? item->Copy() : nullptr;
+    return copy != nullptr ? pyTakeResult(copy) : pyToPython(item);
+}
+
 PyObject* ToSequence(const omu_PrimTuple& sequence)
 {
     const bool isList = sequence.IsA(omu_PrimList::TypeId());
@@ -271,7 +278,7 @@ PyObject* ToSequence(const omu_PrimTuple& sequence)
         return nullptr;
     }
     for (Py_ssize_t i = 0; i < length; ++i) {
-        PyObject* const item = pyToPython(sequence.Index(static_cast<int>(i)));
+        PyObject* const item = ItemToPython(sequence.Index(static_cast<int>(i)));
         if (item == nullptr) {
             return nullptr;
         }
@@ -292,7 +299,7 @@ template <class K, class ToKey> PyObject* ToDict(const omu_PrimDictionary<K>& di
     }
     for (const auto& [key, held] : dictionary.GetEntries()) {
         const PyRef pythonKey(toKey(key));
-        const PyRef value(pythonKey ? pyToPython(held.ConstGet()) : nullptr);
+        const PyRef value(pythonKey ? ItemToPython(held.ConstGet()) : nullptr);
         if (!value || PyDict_SetItem(result.Get(), pythonKey.Get(), value.Get()) < 0) {
             return nullptr;
         }

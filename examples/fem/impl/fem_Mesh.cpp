@@ -25,53 +25,68 @@ double Dot(const fem_Point& a, const fem_Point& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
+int LabelOf(const omu_Table<unsigned int>& rows, unsigned int row)
+{
+    unsigned int label = 0;
+    rows.GetEntry(row, label, row);
+    return static_cast<int>(label);
+}
+
+/// Gives a label the next row; false unless it is above those before it.
+bool AddLabel(omu_Table<unsigned int>& rows, int label)
+{
+    const unsigned int row = rows.Length();
+    const int last = row != 0 ? LabelOf(rows, row - 1) : 0;
+    return label > last && rows.Add(static_cast<unsigned int>(label), row);
+}
+
 } // namespace
 
 bool fem_Mesh::AddNode(int label, const fem_Point& position)
 {
-    if (!m_nodeIndex.try_emplace(label, static_cast<std::uint32_t>(m_positions.size())).second) {
+    if (!AddLabel(m_nodeRows, label)) {
         return false;
     }
-    m_nodeLabels.push_back(label);
     m_positions.push_back(position);
     return true;
 }
 
-bool fem_Mesh::AddElement(int label, std::span<const int, NODES_PER_ELEMENT> nodeLabels)
+bool fem_Mesh::AddElement(int label, const Nodes& nodeLabels)
 {
-    Connectivity element{};
+    Rows rows{};
     for (std::size_t corner = 0; corner < NODES_PER_ELEMENT; ++corner) {
-        const auto node = m_nodeIndex.find(nodeLabels[corner]);
-        if (node == m_nodeIndex.end()) {
+        const int node = nodeLabels[corner];
+        if (node < 1 || !m_nodeRows.Get(static_cast<unsigned int>(node), &rows[corner])) {
             return false;
         }
-        element[corner] = node->second;
     }
-    if (!m_elementIndex.try_emplace(label, static_cast<std::uint32_t>(m_elements.size())).second) {
+    if (!AddLabel(m_elementRows, label)) {
         return false;
     }
-    m_elementLabels.push_back(label);
-    m_elements.push_back(element);
+    const unsigned int elementRow = m_connectivity.NumRows();
+    m_connectivity.AddRow();
+    for (const unsigned int row : rows) {
+        m_connectivity.Add(elementRow, row);
+    }
     return true;
 }
 
-const fem_Point* fem_Mesh::FindNode(int label) const
+fem_Mesh::Nodes fem_Mesh::NodesOf(int elementLabel) const
 {
-    const auto node = m_nodeIndex.find(label);
-    return node != m_nodeIndex.end() ? &m_positions[node->second] : nullptr;
+    const Rows rows = RowsOf(m_elementRows[static_cast<unsigned int>(elementLabel)]);
+    Nodes labels{};
+    std::transform(rows.begin(), rows.end(), labels.begin(),
+                   [this](unsigned int row) { return LabelOf(m_nodeRows, row); });
+    return labels;
 }
 
-std::optional<std::array<int, fem_Mesh::NODES_PER_ELEMENT>> fem_Mesh::FindElement(int label) const
+fem_Mesh::Rows fem_Mesh::RowsOf(unsigned int elementRow) const
 {
-    const auto element = m_elementIndex.find(label);
-    if (element == m_elementIndex.end()) {
-        return std::nullopt;
+    Rows rows{};
+    for (unsigned int corner = 0; corner < NODES_PER_ELEMENT; ++corner) {
+        rows[corner] = m_connectivity.Get(elementRow, corner);
     }
-    std::array<int, NODES_PER_ELEMENT> labels{};
-    for (std::size_t corner = 0; corner < NODES_PER_ELEMENT; ++corner) {
-        labels[corner] = m_nodeLabels[m_elements[element->second][corner]];
-    }
-    return labels;
+    return rows;
 }
 
 fem_Box fem_Mesh::BoundingBox() const
@@ -86,7 +101,7 @@ fem_Box fem_Mesh::BoundingBox() const
     return box;
 }
 
-double fem_Mesh::SixVolumes(const Connectivity& element) const
+double fem_Mesh::SixVolumes(const Rows& element) const
 {
     const fem_Point& origin = m_positions[element[0]];
     return Dot(Between(origin, m_positions[element[1]]),
@@ -96,8 +111,8 @@ double fem_Mesh::SixVolumes(const Connectivity& element) const
 double fem_Mesh::Volume() const
 {
     double sum = 0.0;
-    for (const Connectivity& element : m_elements) {
-        sum += std::abs(SixVolumes(element));
+    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
+        sum += std::abs(SixVolumes(RowsOf(row)));
     }
     return sum / 6.0;
 }
@@ -106,12 +121,13 @@ double fem_Mesh::SurfaceArea() const
 {
     struct Face
     {
-        std::array<std::uint32_t, 3> corners; // ascending, so that the same face of two elements compares equal
+        std::array<unsigned int, 3> corners; // ascending, so that the same face of two elements compares equal
         double area;
     };
     std::vector<Face> faces;
-    faces.reserve(FACES.size() * m_elements.size());
-    for (const Connectivity& element : m_elements) {
+    faces.reserve(FACES.size() * m_elementRows.Length());
+    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
+        const Rows element = RowsOf(row);
         for (const auto& [a, b, c] : FACES) {
             const fem_Point& first = m_positions[element[a]];
             const fem_Point normal =
@@ -134,9 +150,9 @@ double fem_Mesh::SurfaceArea() const
     return area;
 }
 
-double fem_Mesh::Quality(std::size_t index) const
+double fem_Mesh::QualityOfRow(unsigned int elementRow) const
 {
-    const Connectivity& element = m_elements[index];
+    const Rows element = RowsOf(elementRow);
     double squaredLengths = 0.0;
     for (const auto& [a, b] : EDGES) {
         const fem_Point edge = Between(m_positions[element[a]], m_positions[element[b]]);
@@ -152,9 +168,9 @@ double fem_Mesh::Quality(std::size_t index) const
 
 std::vector<fem_ElementQuality> fem_Mesh::WorstElements(std::size_t count) const
 {
-    std::vector<fem_ElementQuality> elements(m_elements.size());
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        elements[i] = {m_elementLabels[i], Quality(i)};
+    std::vector<fem_ElementQuality> elements;
+    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
+        elements.push_back({LabelOf(m_elementRows, row), QualityOfRow(row)});
     }
     const std::size_t wanted = std::min(count, elements.size());
     std::partial_sort(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(wanted), elements.end(),
@@ -168,8 +184,8 @@ std::vector<fem_ElementQuality> fem_Mesh::WorstElements(std::size_t count) const
 std::vector<int> fem_Mesh::QualityHistogram(std::size_t bins, double low, double high) const
 {
     std::vector<int> counts(bins, 0);
-    for (std::size_t i = 0; i < m_elements.size(); ++i) {
-        const double quality = Quality(i);
+    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
+        const double quality = QualityOfRow(row);
         if (quality >= low && quality <= high) {
             const double position = (quality - low) / (high - low) * static_cast<double>(bins);
             ++counts[std::min(static_cast<std::size_t>(position), bins - 1)];

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "omu_Table.h"
+#include "omu_VaryMatrixUint32.h"
+
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 /// A point or vector, in the length unit of the file.
@@ -25,33 +26,34 @@ struct fem_ElementQuality
     double quality;
 };
 
-/// A mesh of four-node tetrahedra: nodes and elements with labels, connectivity by node index.
+/// A mesh of four-node tetrahedra: nodes and elements with labels above 0, each in a row of its own in the order of the
+/// labels, connectivity by rows.
 ///
-/// Ownership:  owns its nodes and elements; an ordinary value.
+/// Ownership:  owns its nodes and elements; not copied.
 /// Threads:    one thread at a time.
-/// Complexity: measures are O(elements), SurfaceArea O(elements log elements); look-up of a label O(1).
-/// Errors:     adding an element with an unknown node or a label that is taken returns false and changes nothing.
+/// Complexity: measures are O(elements), SurfaceArea O(elements log elements); look-up of a label see omu_Table.
+/// Errors:     a node or element that cannot be added gives false and changes nothing.
+/// References: what Positions gives dies with the next node.
 class fem_Mesh
 {
 public:
     static constexpr std::size_t NODES_PER_ELEMENT = 4;
-    using Connectivity = std::array<std::uint32_t, NODES_PER_ELEMENT>;
+    using Nodes = std::array<int, NODES_PER_ELEMENT>;
+    using Rows = std::array<unsigned int, NODES_PER_ELEMENT>;
 
-    /// False when the label is taken.
+    /// False unless the label is above those before it.
     bool AddNode(int label, const fem_Point& position);
-    /// False when the label is taken or a node is unknown.
-    bool AddElement(int label, std::span<const int, NODES_PER_ELEMENT> nodeLabels);
+    /// False unless the label is above those before it and the nodes are there.
+    bool AddElement(int label, const Nodes& nodeLabels);
 
-    std::size_t NodeCount() const noexcept { return m_positions.size(); }
-    std::size_t ElementCount() const noexcept { return m_elements.size(); }
-    /// Null when there is no such node.
-    const fem_Point* FindNode(int label) const;
-    /// In the order in which they were added.
+    /// Label -> row.
+    const omu_Table<unsigned int>& NodeRows() const noexcept { return m_nodeRows; }
+    const omu_Table<unsigned int>& ElementRows() const noexcept { return m_elementRows; }
+
+    /// By row.
     std::span<const fem_Point> Positions() const noexcept { return m_positions; }
-    /// The element's node labels; none when there is no such element.
-    std::optional<std::array<int, NODES_PER_ELEMENT>> FindElement(int label) const;
-    /// The position of an element that is there, for Quality.
-    std::size_t IndexOfElement(int label) const { return m_elementIndex.at(label); }
+    /// Of an element that is there.
+    Nodes NodesOf(int elementLabel) const;
 
     /// Of a mesh with nodes.
     fem_Box BoundingBox() const;
@@ -60,8 +62,11 @@ public:
     /// Area of the faces that belong to one element only.
     double SurfaceArea() const;
     /// Mean ratio 12 (3 V)^(2/3) / sum of squared edge lengths (A. Liu and B. Joe, "On the shape of tetrahedra from
-    /// bisection", Mathematics of Computation 63, 1994), with the sign of the volume. `index` counts from 0.
-    double Quality(std::size_t index) const;
+    /// bisection", Mathematics of Computation 63, 1994), with the sign of the volume. Of an element that is there.
+    double Quality(int elementLabel) const
+    {
+        return QualityOfRow(m_elementRows[static_cast<unsigned int>(elementLabel)]);
+    }
     /// The `count` elements of lowest quality, worst first; equal ones by label.
     std::vector<fem_ElementQuality> WorstElements(std::size_t count) const;
     /// How many elements fall into each of `bins` intervals of equal width from `low` to `high`; the ends belong to the
@@ -71,13 +76,14 @@ public:
     void Translate(const fem_Point& by);
 
 private:
+    Rows RowsOf(unsigned int elementRow) const;
     /// Six times the signed volume.
-    double SixVolumes(const Connectivity& element) const;
+    double SixVolumes(const Rows& element) const;
+    double QualityOfRow(unsigned int elementRow) const;
 
-    std::vector<int> m_nodeLabels;
-    std::vector<fem_Point> m_positions;
-    std::vector<int> m_elementLabels;
-    std::vector<Connectivity> m_elements;
-    std::unordered_map<int, std::uint32_t> m_nodeIndex;    // label -> position in the vectors above
-    std::unordered_map<int, std::uint32_t> m_elementIndex; // the same for elements
+    // The entry at position i of a table has row i, because labels ascend.
+    omu_Table<unsigned int> m_nodeRows;
+    omu_Table<unsigned int> m_elementRows;
+    std::vector<fem_Point> m_positions;                                   // by row
+    omu_VaryMatrixUint32 m_connectivity{16, NODES_PER_ELEMENT, 2.0, 2.0}; // by row, the rows of its nodes
 };

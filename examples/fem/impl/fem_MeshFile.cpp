@@ -4,6 +4,7 @@
 #include "uti_SystemException.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -66,6 +67,7 @@ private:
     void RequireEnd(const char* section);
     /// The next number on the line.
     template <class Number> Number Take(const char* what);
+    int TakeLabel(const char* what);
     void RequireLineEnd();
 
     void ReadFormat();
@@ -73,8 +75,8 @@ private:
     void ReadElements();
     void ReadElement();
     void SkipSection(std::string_view name);
-    void CheckNodes();
-    void CheckElements() const;
+    /// By label, which each may have once.
+    template <class Labelled> void Sort(std::vector<Labelled>& labelled, const char* kind) const;
 
     std::string_view m_rest; // after the present line
     std::string_view m_line; // what is left of the present line
@@ -139,6 +141,15 @@ template <class Number> Number fem_MeshParser::Take(const char* what)
     return number;
 }
 
+int fem_MeshParser::TakeLabel(const char* what)
+{
+    const auto label = Take<int>(what);
+    if (label < 1) {
+        Fail(cow_String(what) + " above 0 expected");
+    }
+    return label;
+}
+
 void fem_MeshParser::RequireLineEnd()
 {
     if (!m_line.empty()) {
@@ -195,7 +206,7 @@ void fem_MeshParser::ReadNodes()
     for (int i = 0; i < count; ++i) {
         RequireLine("$Nodes");
         fem_MeshFile::Node node{};
-        node.label = Take<int>("a node label");
+        node.label = TakeLabel("a node label");
         for (double& coordinate : node.position) {
             coordinate = Take<double>("a coordinate");
             if (!std::isfinite(coordinate)) {
@@ -206,17 +217,16 @@ void fem_MeshParser::ReadNodes()
         m_file.m_nodes.push_back(node);
     }
     RequireEnd("$Nodes");
-    CheckNodes();
+    Sort(m_file.m_nodes, "node");
 }
 
-void fem_MeshParser::CheckNodes()
+template <class Labelled> void fem_MeshParser::Sort(std::vector<Labelled>& labelled, const char* kind) const
 {
-    auto& nodes = m_file.m_nodes;
-    std::sort(nodes.begin(), nodes.end(), [](const auto& a, const auto& b) { return a.label < b.label; });
-    const auto twice =
-        std::adjacent_find(nodes.begin(), nodes.end(), [](const auto& a, const auto& b) { return a.label == b.label; });
-    if (twice != nodes.end()) {
-        Fail("node " + cow_String(twice->label) + " is there twice");
+    std::sort(labelled.begin(), labelled.end(), [](const auto& a, const auto& b) { return a.label < b.label; });
+    const auto twice = std::adjacent_find(labelled.begin(), labelled.end(),
+                                          [](const auto& a, const auto& b) { return a.label == b.label; });
+    if (twice != labelled.end()) {
+        Fail(cow_String(kind) + " " + cow_String(twice->label) + " is there twice");
     }
 }
 
@@ -233,13 +243,13 @@ void fem_MeshParser::ReadElements()
         ReadElement();
     }
     RequireEnd("$Elements");
-    CheckElements();
+    Sort(m_file.m_elements, "element");
 }
 
 void fem_MeshParser::ReadElement()
 {
     fem_MeshFile::Element element{};
-    element.label = Take<int>("an element label");
+    element.label = TakeLabel("an element label");
     const auto type = Take<int>("an element type");
     const auto known = std::find_if(KNOWN_TYPES.begin(), KNOWN_TYPES.end(),
                                     [type](const ElementType& candidate) { return candidate.type == type; });
@@ -273,19 +283,6 @@ void fem_MeshParser::ReadElement()
     }
 }
 
-void fem_MeshParser::CheckElements() const
-{
-    std::vector<int> labels;
-    for (const fem_MeshFile::Element& element : m_file.m_elements) {
-        labels.push_back(element.label);
-    }
-    std::sort(labels.begin(), labels.end());
-    const auto twice = std::adjacent_find(labels.begin(), labels.end());
-    if (twice != labels.end()) {
-        Fail("element " + cow_String(*twice) + " is there twice");
-    }
-}
-
 void fem_MeshParser::SkipSection(std::string_view name)
 {
     const std::string end = "$End" + std::string(name);
@@ -314,7 +311,7 @@ std::vector<int> fem_MeshFile::Bodies() const
     return {bodies.begin(), bodies.end()};
 }
 
-fem_Mesh fem_MeshFile::MeshOfBody(int body) const
+std::unique_ptr<fem_Mesh> fem_MeshFile::MeshOfBody(int body) const
 {
     std::set<int> used;
     for (const Element& element : m_elements) {
@@ -322,15 +319,15 @@ fem_Mesh fem_MeshFile::MeshOfBody(int body) const
             used.insert(element.nodes.begin(), element.nodes.end());
         }
     }
-    fem_Mesh mesh;
+    auto mesh = std::make_unique<fem_Mesh>();
     for (const Node& node : m_nodes) {
         if (used.contains(node.label)) {
-            mesh.AddNode(node.label, node.position);
+            mesh->AddNode(node.label, node.position);
         }
     }
     for (const Element& element : m_elements) {
         if (body == ALL_BODIES || element.body == body) {
-            mesh.AddElement(element.label, element.nodes);
+            mesh->AddElement(element.label, element.nodes);
         }
     }
     return mesh;

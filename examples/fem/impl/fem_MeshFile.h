@@ -4,7 +4,7 @@
 
 #include "cow_String.h"
 
-#include <array>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -31,7 +31,7 @@ public:
     /// The mesh of one body, or of all with ALL_BODIES; without elements when there is no such body. Only nodes that the
     /// elements use are in it.
     static constexpr int ALL_BODIES = 0;
-    fem_Mesh MeshOfBody(int body) const;
+    std::unique_ptr<fem_Mesh> MeshOfBody(int body) const;
 
 private:
     struct Node
@@ -43,10 +43,10 @@ private:
     {
         int label;
         int body;
-        std::array<int, fem_Mesh::NODES_PER_ELEMENT> nodes;
+        fem_Mesh::Nodes nodes;
     };
     friend class fem_MeshParser;
 
-    std::vector<Node> m_nodes; // ascending labels
-    std::vector<Element> m_elements;
+    std::vector<Node> m_nodes;       // ascending labels
+    std::vector<Element> m_elements; // likewise
 };

@@ -1,40 +1,45 @@
 #pragma once
 
+#include "fem_Material.h"
 #include "fem_Part.h"
+#include "fem_Repository.h"
+#include "fem_Set.h"
+#include "fem_Step.h"
 
-#include "omu_InterfaceObj.h"
-
-#include <map>
-#include <memory>
-
-class fem_Session;
-
-/// A named collection of parts, as scripts see it.
+/// A named collection of parts, materials, sets and steps, as scripts see it.
 ///
-/// Ownership:  owned by its session; owns its parts.
-class fem_Model final : public omu_InterfaceObj
+/// Ownership:  owned by its session; owns what is in its repositories.
+class fem_Model final : public fem_Named<omu_InterfaceObj>
 {
 public:
-    explicit fem_Model(const cow_String& name);
+    static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_MODEL_NAME;
 
-    cow_String AsString(int depth) const override;
-    /// Null: a model stays the one of its session; scripts get references to it.
-    omu_Primitive* Copy() const override { return nullptr; }
+    fem_Model(const omu_InterfaceObj& session, const cow_String& name);
 
-    /// Throws omu_ValueErrorException when `to` is empty or the name of another part; then nothing changes.
-    void RenamePart(const cow_String& from, const cow_String& to);
+    const fem_Repository<cow_String, fem_Set>& Sets() const noexcept { return m_sets; }
+    /// Throws omu_KeyErrorException when the model has no such material.
+    const fem_Material& Material(const fem_SubstanceConstant& name) const { return m_materials.Get(name.GetString()); }
+    /// Of a part that is there.
+    fem_Part& PartOfId(int id) const;
+    /// The part that `object` is; throws omu_ValueErrorException when it is none of this model's.
+    const fem_Part& OwnPart(const omu_InterfaceObj& object) const;
 
 private:
-    omu_Primitive* GetName();
-    omu_Primitive* GetPartNames();
+    omu_Primitive* GetParts();
+    omu_Primitive* GetMaterials();
+    omu_Primitive* GetSets();
+    omu_Primitive* GetSteps();
 
     omu_Primitive* CreatePart(omu_Arguments& arguments);
-    omu_Primitive* GetPart(omu_Arguments& arguments);
     omu_Primitive* DeletePart(omu_Arguments& arguments);
+    omu_Primitive* CreateMaterial(omu_Arguments& arguments);
+    omu_Primitive* CreateSet(omu_Arguments& arguments);
+    omu_Primitive* CreateStep(omu_Arguments& arguments);
 
-    /// The name given as the method's one argument, which must be that of a part.
-    cow_String TakePartName(omu_Arguments& arguments, const char* method) const;
-
-    cow_String m_name;
-    std::map<cow_String, std::unique_ptr<fem_Part>> m_parts;
+    fem_Repository<cow_String, fem_Part> m_parts;
+    fem_Repository<omu_PrimEnumBase, fem_Material> m_materials;
+    fem_Repository<cow_String, fem_Set> m_sets;
+    fem_Repository<cow_String, fem_Step> m_steps;
+    omu_Table<void*> m_partsById; // each a fem_Part of m_parts
+    int m_lastPartId = 0;         // ids are not used again
 };

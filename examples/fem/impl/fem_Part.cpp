@@ -1,18 +1,20 @@
 #include "fem_Part.h"
 
+#include "fem_Element.h"
+#include "fem_Material.h"
 #include "fem_Model.h"
 
 #include "cow_1DArrayList.h"
-#include "cow_List.h"
 #include "omu_Arguments.h"
 #include "omu_KeyErrorException.h"
+#include "omu_ObjectRef.h"
 #include "omu_PrimArray.h"
 #include "omu_PrimList.h"
 #include "omu_PrimNone.h"
 #include "omu_PrimNumber.h"
 #include "omu_PrimString.h"
 #include "omu_PrimTuple.h"
-#include "omu_RangeErrorException.h"
+#include "omu_RangeChecker.h"
 #include "omu_ValueErrorException.h"
 
 #include <memory>
@@ -34,13 +36,15 @@ omu_PrimTuple PointTuple(const fem_Point& point)
     return tuple;
 }
 
-template <class Integers> omu_PrimTuple IntegerTuple(const Integers& integers)
+omu_Primitive* NodeValue(fem_Part& part, int label)
 {
-    omu_PrimTuple tuple(static_cast<int>(integers.size()));
-    for (const int integer : integers) {
-        tuple.Put(integer);
-    }
-    return tuple;
+    const fem_Mesh& mesh = part.Mesh();
+    return PointTuple(mesh.Positions()[mesh.NodeRows()[static_cast<unsigned int>(label)]]).Copy();
+}
+
+omu_Primitive* ElementValue(fem_Part& part, int label)
+{
+    return new fem_Element(part, label);
 }
 
 void NoArguments(omu_Arguments& arguments, const char* method)
@@ -51,55 +55,52 @@ void NoArguments(omu_Arguments& arguments, const char* method)
 
 } // namespace
 
-fem_Part::fem_Part(fem_Model& model, const cow_String& name, fem_Mesh mesh)
-    : m_model(model), m_name(name), m_mesh(std::move(mesh))
+fem_Part::fem_Part(const fem_Model& model, const cow_String& name, int id, std::unique_ptr<fem_Mesh> mesh)
+    : fem_Named(model, "parts", name), m_model(model), m_id(id), m_mesh(std::move(mesh)),
+      m_nodes(*this, "nodes", m_mesh->NodeRows(), &NodeValue),
+      m_elements(*this, "elements", m_mesh->ElementRows(), &ElementValue)
 {
     static constexpr methodTable methods[] = {
-        {"boundingBox", "Lowest and highest corner, as two (x, y, z).", omu_AsMethod<&fem_Part::BoundingBox>},
-        {"coordinates", "Node coordinates as an array of shape (nodeCount, 3), in the order of nodes in the file.",
+        {"boundingBox", "boundingBox() -> tuple[tuple[float, ...], ...]: lowest and highest corner, as (x, y, z).",
+         omu_AsMethod<&fem_Part::BoundingBox>},
+        {"coordinates",
+         "coordinates() -> numpy.ndarray[Any, Any]: of the nodes, in an array of shape (nodes, 3), by label.",
          omu_AsMethod<&fem_Part::Coordinates>},
-        {"elements", "elements(labels, withQuality=False): (label, nodes) or (label, nodes, quality) of each.",
-         omu_AsMethod<&fem_Part::Elements>},
-        {"node", "node(label): its (x, y, z).", omu_AsMethod<&fem_Part::Node>},
-        {"qualityHistogram", "qualityHistogram(bins=10, limits=[0.0, 1.0]): numbers of elements by mean ratio.",
+        {"mass", "mass() -> float: volume by density of the material.", omu_AsMethod<&fem_Part::Mass>},
+        {"qualityHistogram",
+         "qualityHistogram(bins: int = 10, limits: collections.abc.Sequence[float] = (0.0, 1.0)) -> tuple[int, ...]: "
+         "numbers of elements by mean ratio.",
          omu_AsMethod<&fem_Part::QualityHistogram>},
-        {"surfaceArea", "Area of the faces that belong to one element only.", omu_AsMethod<&fem_Part::SurfaceArea>},
-        {"translate", "translate(dx=0.0, dy=0.0, dz=0.0): moves all nodes.", omu_AsMethod<&fem_Part::Translate>},
-        {"volume", "Volume of all elements.", omu_AsMethod<&fem_Part::Volume>},
-        {"worstElements", "worstElements(count=1): (label, mean ratio) of the worst, worst first.",
+        {"surfaceArea", "surfaceArea() -> float: area of the faces that belong to one element only.",
+         omu_AsMethod<&fem_Part::SurfaceArea>},
+        {"translate", "translate(dx: float = 0.0, dy: float = 0.0, dz: float = 0.0) -> None: moves all nodes.",
+         omu_AsMethod<&fem_Part::Translate>},
+        {"volume", "volume() -> float: volume of all elements.", omu_AsMethod<&fem_Part::Volume>},
+        {"worstElements", "worstElements(count: int = 1) -> list[Element]: those of lowest mean ratio, worst first.",
          omu_AsMethod<&fem_Part::WorstElements>},
         {},
     };
     static constexpr memberTable members[] = {
-        {"name", "Unique among the parts of the model.", omu_AsGetter<&fem_Part::GetName>,
-         omu_AsMethod<&fem_Part::SetName>},
-        {"description", "Free text.", omu_AsGetter<&fem_Part::GetDescription>, omu_AsMethod<&fem_Part::SetDescription>},
-        {"nodeCount", "Number of nodes.", omu_AsGetter<&fem_Part::GetNodeCount>, nullptr},
-        {"elementCount", "Number of elements.", omu_AsGetter<&fem_Part::GetElementCount>, nullptr},
+        {"name", "-> str: Unique among the parts of the model.", omu_AsGetter<&fem_Part::GetName>, nullptr},
+        {"description", "-> str: Free text.", omu_AsGetter<&fem_Part::GetDescription>,
+         omu_AsMethod<&fem_Part::SetDescription>},
+        {"material", "-> vexomu.Constant | None: One of the model's materials.", omu_AsGetter<&fem_Part::GetMaterial>,
+         omu_AsMethod<&fem_Part::SetMaterial>},
+        {"nodes", "-> Repository: The (x, y, z) of each node, by label.", omu_AsGetter<&fem_Part::GetNodes>, nullptr},
+        {"elements", "-> Repository: The elements by label.", omu_AsGetter<&fem_Part::GetElements>, nullptr},
         {},
     };
-    DescribeType("Part", methods, members);
-}
-
-cow_String fem_Part::AsString(int depth) const
-{
-    return m_model.AsString(depth) + ".part(" + omu_PrimString(m_name).AsString(0) + ")";
-}
-
-omu_Primitive* fem_Part::GetName()
-{
-    return new omu_PrimString(m_name);
-}
-
-omu_Primitive* fem_Part::SetName(omu_Arguments& arguments)
-{
-    cow_String name;
-    arguments.Begin();
-    arguments.Get(name);
-    arguments.End("name");
-    m_model.RenamePart(m_name, name);
-    m_name = name;
-    return new omu_PrimNone;
+    static constexpr deprecatedMethodTable deprecated[] = {
+        {"node", "node(label: int) -> tuple[float, ...]: its (x, y, z).", omu_AsMethod<&fem_Part::Node>, "nodes[label]",
+         "0.1"},
+        {},
+    };
+    DescribeType("Part", methods, members, deprecated);
+    // A journal holds what changes the model.
+    for (const char* const query :
+         {"boundingBox", "coordinates", "mass", "node", "qualityHistogram", "surfaceArea", "volume", "worstElements"}) {
+        DoNotJournal(query);
+    }
 }
 
 omu_Primitive* fem_Part::GetDescription()
@@ -117,20 +118,35 @@ omu_Primitive* fem_Part::SetDescription(omu_Arguments& arguments)
     return new omu_PrimNone;
 }
 
-omu_Primitive* fem_Part::GetNodeCount()
+omu_Primitive* fem_Part::GetMaterial()
 {
-    return new omu_PrimNumber(static_cast<int>(m_mesh.NodeCount()));
+    return m_material != nullptr ? m_material->Substance().Copy() : new omu_PrimNone;
 }
 
-omu_Primitive* fem_Part::GetElementCount()
+omu_Primitive* fem_Part::SetMaterial(omu_Arguments& arguments)
 {
-    return new omu_PrimNumber(static_cast<int>(m_mesh.ElementCount()));
+    fem_SubstanceConstant substance(fem_Substance::STEEL);
+    arguments.Begin();
+    arguments.Get(substance);
+    arguments.End("material");
+    m_material = &m_model.Material(substance);
+    return new omu_PrimNone;
+}
+
+omu_Primitive* fem_Part::GetNodes()
+{
+    return new omu_ObjectRef(m_nodes);
+}
+
+omu_Primitive* fem_Part::GetElements()
+{
+    return new omu_ObjectRef(m_elements);
 }
 
 omu_Primitive* fem_Part::BoundingBox(omu_Arguments& arguments)
 {
     NoArguments(arguments, "boundingBox");
-    const fem_Box box = m_mesh.BoundingBox();
+    const fem_Box box = m_mesh->BoundingBox();
     auto result = std::make_unique<omu_PrimTuple>(2);
     result->Put(PointTuple(box.low));
     result->Put(PointTuple(box.high));
@@ -140,13 +156,22 @@ omu_Primitive* fem_Part::BoundingBox(omu_Arguments& arguments)
 omu_Primitive* fem_Part::SurfaceArea(omu_Arguments& arguments)
 {
     NoArguments(arguments, "surfaceArea");
-    return new omu_PrimNumber(m_mesh.SurfaceArea());
+    return new omu_PrimNumber(m_mesh->SurfaceArea());
 }
 
 omu_Primitive* fem_Part::Volume(omu_Arguments& arguments)
 {
     NoArguments(arguments, "volume");
-    return new omu_PrimNumber(m_mesh.Volume());
+    return new omu_PrimNumber(m_mesh->Volume());
+}
+
+omu_Primitive* fem_Part::Mass(omu_Arguments& arguments)
+{
+    NoArguments(arguments, "mass");
+    if (m_material == nullptr) {
+        omu_ValueErrorException(Repr() + " has no material").Throw(SOURCE, __LINE__);
+    }
+    return new omu_PrimNumber(m_mesh->Volume() * m_material->Density());
 }
 
 omu_Primitive* fem_Part::WorstElements(omu_Arguments& arguments)
@@ -156,16 +181,11 @@ omu_Primitive* fem_Part::WorstElements(omu_Arguments& arguments)
     arguments.Optional();
     arguments.Get(count, "count");
     arguments.End("worstElements");
-    if (count < 1) {
-        omu_RangeErrorException("count", 1, omu_INCLUSIVE, 0, omu_NO_RANGE).Throw(SOURCE, __LINE__);
-    }
-    const std::vector<fem_ElementQuality> worst = m_mesh.WorstElements(static_cast<std::size_t>(count));
+    omu_RangeChecker::CheckGreaterThan("count", 1, /*inclusive=*/true, count);
+    const std::vector<fem_ElementQuality> worst = m_mesh->WorstElements(static_cast<std::size_t>(count));
     auto result = std::make_unique<omu_PrimList>(static_cast<int>(worst.size()));
-    for (const auto& [label, quality] : worst) {
-        omu_PrimTuple element(2);
-        element.Put(label);
-        element.Put(quality);
-        result->Put(element);
+    for (const fem_ElementQuality& element : worst) {
+        result->Put(ElementValue(*this, element.label));
     }
     return result.release();
 }
@@ -179,50 +199,13 @@ omu_Primitive* fem_Part::QualityHistogram(omu_Arguments& arguments)
     arguments.Get(bins, "bins");
     arguments.Get(limits, "limits");
     arguments.End("qualityHistogram");
-    if (bins < 1 || bins > MAX_BINS) {
-        omu_RangeErrorException("bins", 1, omu_INCLUSIVE, MAX_BINS, omu_INCLUSIVE).Throw(SOURCE, __LINE__);
-    }
+    omu_RangeChecker::CheckInRange("bins", 1, /*lowerInclusive=*/true, bins, MAX_BINS, /*higherInclusive=*/true);
     if (limits.Length() != 2 || !(limits[0] < limits[1])) {
         omu_ValueErrorException("limits must be two numbers in ascending order").Throw(SOURCE, __LINE__);
     }
-    return IntegerTuple(m_mesh.QualityHistogram(static_cast<std::size_t>(bins), limits[0], limits[1])).Copy();
-}
-
-omu_Primitive* fem_Part::Node(omu_Arguments& arguments)
-{
-    int label = 0;
-    arguments.Begin();
-    arguments.Get(label, "label");
-    arguments.End("node");
-    const fem_Point* const position = m_mesh.FindNode(label);
-    if (position == nullptr) {
-        ThrowNo("node", label);
-    }
-    return PointTuple(*position).Copy();
-}
-
-omu_Primitive* fem_Part::Elements(omu_Arguments& arguments)
-{
-    cow_List<int> labels;
-    bool withQuality = false;
-    arguments.Begin();
-    arguments.Get(labels, "labels");
-    arguments.Optional();
-    arguments.Get(withQuality, "withQuality");
-    arguments.End("elements");
-    auto result = std::make_unique<omu_PrimList>(labels.Length());
-    for (const int label : labels) {
-        const auto nodes = m_mesh.FindElement(label);
-        if (!nodes) {
-            ThrowNo("element", label);
-        }
-        omu_PrimTuple element(withQuality ? 3 : 2);
-        element.Put(label);
-        element.Put(IntegerTuple(*nodes));
-        if (withQuality) {
-            element.Put(m_mesh.Quality(m_mesh.IndexOfElement(label)));
-        }
-        result->Put(element);
+    auto result = std::make_unique<omu_PrimTuple>(bins);
+    for (const int count : m_mesh->QualityHistogram(static_cast<std::size_t>(bins), limits[0], limits[1])) {
+        result->Put(count);
     }
     return result.release();
 }
@@ -230,7 +213,7 @@ omu_Primitive* fem_Part::Elements(omu_Arguments& arguments)
 omu_Primitive* fem_Part::Coordinates(omu_Arguments& arguments)
 {
     NoArguments(arguments, "coordinates");
-    const std::span<const fem_Point> positions = m_mesh.Positions();
+    const std::span<const fem_Point> positions = m_mesh->Positions();
     const std::array<int, 2> dimensions{static_cast<int>(positions.size()), 3};
     return new omu_PrimArray(2, dimensions.data(), omu_PrimNumber::REAL64, positions.data());
 }
@@ -244,11 +227,19 @@ omu_Primitive* fem_Part::Translate(omu_Arguments& arguments)
     arguments.Get(by[1], "dy");
     arguments.Get(by[2], "dz");
     arguments.End("translate");
-    m_mesh.Translate(by);
+    m_mesh->Translate(by);
     return new omu_PrimNone;
 }
 
-void fem_Part::ThrowNo(const char* kind, int label) const
+omu_Primitive* fem_Part::Node(omu_Arguments& arguments)
 {
-    omu_KeyErrorException("part '" + m_name + "' has no " + kind + " " + cow_String(label)).Throw(SOURCE, __LINE__);
+    int label = 0;
+    arguments.Begin();
+    arguments.Get(label, "label");
+    arguments.End("node");
+    omu_Primitive* const position = m_nodes.Value(label);
+    if (position == nullptr) {
+        omu_KeyErrorException(Repr() + " has no node " + cow_String(label)).Throw(SOURCE, __LINE__);
+    }
+    return position;
 }

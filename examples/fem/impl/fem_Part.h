@@ -1,48 +1,54 @@
 #pragma once
 
+#include "fem_LabelRepository.h"
 #include "fem_Mesh.h"
+#include "fem_Named.h"
 
-#include "omu_InterfaceObj.h"
+#include "omu_BrenowName.h"
 
+#include <memory>
+
+class fem_Material;
 class fem_Model;
 
 /// A named mesh of a model, as scripts see it.
 ///
-/// Ownership:  owned by its model, which outlives it.
-class fem_Part final : public omu_InterfaceObj
+/// Ownership:  owned by its model, which outlives it, as do the materials; owns its mesh.
+class fem_Part final : public fem_Named<omu_InterfaceObj>
 {
 public:
-    fem_Part(fem_Model& model, const cow_String& name, fem_Mesh mesh);
+    static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_NAME;
 
-    const cow_String& Name() const noexcept { return m_name; }
+    /// `id` stands for the part, whatever its name, in the sets of its model.
+    fem_Part(const fem_Model& model, const cow_String& name, int id, std::unique_ptr<fem_Mesh> mesh);
 
-    /// The expression that finds the part again.
-    cow_String AsString(int depth) const override;
-    /// Null: a part stays the one of its model; scripts get references to it.
-    omu_Primitive* Copy() const override { return nullptr; }
+    int Id() const noexcept { return m_id; }
+    const fem_Mesh& Mesh() const noexcept { return *m_mesh; }
+    const fem_LabelRepository& Elements() const noexcept { return m_elements; }
 
 private:
-    omu_Primitive* GetName();
-    omu_Primitive* SetName(omu_Arguments& arguments);
     omu_Primitive* GetDescription();
     omu_Primitive* SetDescription(omu_Arguments& arguments);
-    omu_Primitive* GetNodeCount();
-    omu_Primitive* GetElementCount();
+    omu_Primitive* GetMaterial();
+    omu_Primitive* SetMaterial(omu_Arguments& arguments);
+    omu_Primitive* GetNodes();
+    omu_Primitive* GetElements();
 
     omu_Primitive* BoundingBox(omu_Arguments& arguments);
     omu_Primitive* SurfaceArea(omu_Arguments& arguments);
     omu_Primitive* Volume(omu_Arguments& arguments);
+    omu_Primitive* Mass(omu_Arguments& arguments);
     omu_Primitive* WorstElements(omu_Arguments& arguments);
     omu_Primitive* QualityHistogram(omu_Arguments& arguments);
-    omu_Primitive* Node(omu_Arguments& arguments);
-    omu_Primitive* Elements(omu_Arguments& arguments);
     omu_Primitive* Coordinates(omu_Arguments& arguments);
     omu_Primitive* Translate(omu_Arguments& arguments);
+    omu_Primitive* Node(omu_Arguments& arguments);
 
-    [[noreturn]] void ThrowNo(const char* kind, int label) const;
-
-    fem_Model& m_model;
-    cow_String m_name;
+    const fem_Model& m_model;
+    int m_id;
     cow_String m_description;
-    fem_Mesh m_mesh;
+    const fem_Material* m_material = nullptr; // null: none was set
+    std::unique_ptr<fem_Mesh> m_mesh;         // not null
+    fem_LabelRepository m_nodes;
+    fem_LabelRepository m_elements;
 };

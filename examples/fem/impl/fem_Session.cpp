@@ -1,26 +1,27 @@
 #include "fem_Session.h"
 
 #include "fem_MeshFile.h"
-#include "fem_Names.h"
 
 #include "omu_Arguments.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimNone.h"
 
-fem_Session::fem_Session()
+fem_Session::fem_Session() : m_models(*this, "models")
 {
     static constexpr methodTable methods[] = {
-        {"bodies", "bodies(path): the numbers of the bodies in a mesh file.", omu_AsMethod<&fem_Session::Bodies>},
-        {"createModel", "createModel(name)", omu_AsMethod<&fem_Session::CreateModel>},
-        {"deleteModel", "deleteModel(name)", omu_AsMethod<&fem_Session::DeleteModel>},
-        {"model", "model(name): the model.", omu_AsMethod<&fem_Session::GetModel>},
+        {"bodies", "bodies(path: str | os.PathLike[str]) -> tuple[int, ...]: the numbers of the bodies in a mesh file.",
+         omu_AsMethod<&fem_Session::Bodies>},
+        {"createModel", "createModel(name: str) -> Model: a new one, empty.", omu_AsMethod<&fem_Session::CreateModel>},
+        {"deleteModel", "deleteModel(name: str) -> None: with all that is in it.",
+         omu_AsMethod<&fem_Session::DeleteModel>},
         {},
     };
     static constexpr memberTable members[] = {
-        {"modelNames", "The names of the models, sorted.", omu_AsGetter<&fem_Session::GetModelNames>, nullptr},
+        {"models", "-> Repository: The models by name.", omu_AsGetter<&fem_Session::GetModels>, nullptr},
         {},
     };
     DescribeType("Session", methods, members);
+    DoNotJournal("bodies"); // a journal holds what changes the model
 }
 
 cow_String fem_Session::AsString(int) const
@@ -28,9 +29,9 @@ cow_String fem_Session::AsString(int) const
     return "session";
 }
 
-omu_Primitive* fem_Session::GetModelNames()
+omu_Primitive* fem_Session::GetModels()
 {
-    return fem_NamesOf(m_models);
+    return new omu_ObjectRef(m_models);
 }
 
 omu_Primitive* fem_Session::Bodies(omu_Arguments& arguments)
@@ -49,34 +50,19 @@ omu_Primitive* fem_Session::Bodies(omu_Arguments& arguments)
 
 omu_Primitive* fem_Session::CreateModel(omu_Arguments& arguments)
 {
-    cow_String name;
+    omu_BrenowName name("Model-1", fem_Model::NAME_RULES);
     arguments.Begin();
     arguments.Get(name, "name");
     arguments.End("createModel");
-    fem_CheckNewName("model", name, m_models.contains(name));
-    const auto model = m_models.try_emplace(name, std::make_unique<fem_Model>(name)).first;
-    return new omu_ObjectRef(*model->second);
-}
-
-omu_Primitive* fem_Session::GetModel(omu_Arguments& arguments)
-{
-    return new omu_ObjectRef(*m_models.at(TakeModelName(arguments, "model")));
+    return new omu_ObjectRef(m_models.Add(std::make_unique<fem_Model>(*this, name.AsString())));
 }
 
 omu_Primitive* fem_Session::DeleteModel(omu_Arguments& arguments)
 {
-    m_models.erase(TakeModelName(arguments, "deleteModel"));
-    return new omu_PrimNone;
-}
-
-cow_String fem_Session::TakeModelName(omu_Arguments& arguments, const char* method) const
-{
     cow_String name;
     arguments.Begin();
     arguments.Get(name, "name");
-    arguments.End(method);
-    if (!m_models.contains(name)) {
-        fem_ThrowUnknownName("model", name);
-    }
-    return name;
+    arguments.End("deleteModel");
+    m_models.Delete(name);
+    return new omu_PrimNone;
 }

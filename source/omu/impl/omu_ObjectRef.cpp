@@ -12,7 +12,7 @@ omu_ObjectRef::omu_ObjectRef(omu_InterfaceObj& object) : omu_InterfaceObj(object
     if (target.m_life == nullptr) {
         auto life = std::make_unique<omu_LifeToken>();
         life->target = &target;
-        life->name = target.AsString(0);
+        life->name = target.Repr(); // what leads to it; the text of a repository is what is in it
         target.m_life = life.release();
     }
     m_token = target.m_life;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "fem_Constants.h"
+#include "fem_Named.h"
+
+/// What parts are made of. Its name is that of a constant, under which it lies in its model.
+class fem_Material final : public fem_Named<omu_InterfaceObj>
+{
+public:
+    /// Throws omu_RangeErrorException unless the density is above 0.
+    fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density);
+
+    const fem_SubstanceConstant& Substance() const noexcept { return m_substance; }
+    /// In tonnes per cubic millimetre, which goes with forces in N and lengths in mm.
+    double Density() const noexcept { return m_density; }
+
+private:
+    omu_Primitive* GetSubstance() { return m_substance.Copy(); }
+    omu_Primitive* GetDensity();
+    omu_Primitive* SetDensity(omu_Arguments& arguments);
+
+    fem_SubstanceConstant m_substance;
+    double m_density;
+};

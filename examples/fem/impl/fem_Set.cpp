@@ -1,0 +1,105 @@
+#include "fem_Set.h"
+
+#include "fem_Element.h"
+#include "fem_Model.h"
+
+#include "omu_Arguments.h"
+#include "omu_KeyErrorException.h"
+#include "omu_PrimNone.h"
+
+#include <memory>
+
+fem_Set::fem_Set(const fem_Model& model, const cow_String& name) : fem_Named(model, "sets", name), m_model(model)
+{
+    static constexpr methodTable methods[] = {
+        {"add", "add(part: Part, labels: int | collections.abc.Sequence[int]) -> None: appends elements of a part.",
+         omu_AsMethod<&fem_Set::AddElements>},
+        {"compress", "compress() -> None: sorts the elements by part and label, and leaves each once.",
+         omu_AsMethod<&fem_Set::Compress>},
+        {},
+    };
+    static constexpr memberTable members[] = {
+        {"name", "-> str: Unique among the sets of the model.", omu_AsGetter<&fem_Set::GetName>, nullptr},
+        {"parts", "-> tuple[str, ...]: The parts that have elements in it, each once.",
+         omu_AsGetter<&fem_Set::GetParts>, nullptr},
+        {},
+    };
+    DescribeType("Set", methods, members);
+}
+
+omu_Primitive* fem_Set::Index(const int& index) const
+{
+    int label = 0;
+    int partId = 0;
+    ConvertSubscrIndex(index, label, partId);
+    return new fem_Element(m_model.PartOfId(partId), label);
+}
+
+omu_Primitive* fem_Set::Slice(const int& low, const int& high) const
+{
+    const int from = ConvertIndex(low, /*allowEnd=*/true);
+    const int to = ConvertIndex(high, /*allowEnd=*/true);
+    auto slice = std::make_unique<fem_Set>(m_model, Name());
+    Subscripts(slice->m_subscripts, from, to);
+    slice->m_slice = m_slice + "[" + cow_String(from) + ":" + cow_String(to) + "]";
+    return slice.release();
+}
+
+void fem_Set::Add(const fem_Part& part, const cow_List<int>& labels)
+{
+    omu_IntAndArrayInt run(part.Id(), {});
+    for (const int label : labels) {
+        if (!part.Elements().HasKey(label)) {
+            omu_KeyErrorException(part.Repr() + " has no element " + cow_String(label))
+                .Throw("examples/fem/impl/fem_Set", __LINE__);
+        }
+        run.GetIds().Append(label);
+    }
+    m_subscripts.AppendOrMerge(run);
+}
+
+void fem_Set::RemovePart(int partId)
+{
+    omu_ListArrayInt kept;
+    for (const omu_IntAndArrayInt& run : m_subscripts.ConstRuns()) {
+        if (run.InstanceId() != partId) {
+            kept.AppendOrMerge(run);
+        }
+    }
+    m_subscripts = kept;
+}
+
+omu_Primitive* fem_Set::GetParts()
+{
+    cow_List<int> partIds;
+    m_subscripts.GetKeys(partIds);
+    auto names = std::make_unique<omu_PrimTuple>(partIds.Length());
+    for (const int partId : partIds) {
+        names->Put(m_model.PartOfId(partId).Name());
+    }
+    return names.release();
+}
+
+omu_Primitive* fem_Set::AddElements(omu_Arguments& arguments)
+{
+    cow_List<int> labels;
+    int label = 0;
+    arguments.Begin();
+    const omu_InterfaceObj* const part = arguments.Get("Part", "part", nullptr);
+    arguments.Get(labels, "labels");
+    if (arguments.Alternative()) {
+        arguments.Get(label, "labels");
+        labels = {label};
+    }
+    arguments.End("add");
+    Add(m_model.OwnPart(part->Resolve()), labels);
+    return new omu_PrimNone;
+}
+
+omu_Primitive* fem_Set::Compress(omu_Arguments& arguments)
+{
+    arguments.Begin();
+    arguments.End("compress");
+    RemoveDuplicates();
+    return new omu_PrimNone;
+}

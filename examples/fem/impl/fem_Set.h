@@ -1,0 +1,42 @@
+#pragma once
+
+#include "fem_Named.h"
+
+#include "omu_BrenowName.h"
+#include "omu_IdSeqIntObj.h"
+
+class fem_Model;
+class fem_Part;
+
+/// A named sequence of elements that may belong to several parts. The kernel holds the parts' ids and the elements'
+/// labels; a script gets elements.
+///
+/// Ownership:  owned by its model; a slice, which is a sequence of its own, by the script.
+/// Complexity: see omu_ListArrayInt.
+class fem_Set final : public fem_Named<omu_IdSeqIntObj>
+{
+public:
+    static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_NAME;
+
+    fem_Set(const fem_Model& model, const cow_String& name);
+
+    /// The elements.
+    cow_String AsString(int depth) const override { return omu_IdSeqIntObj::AsString(depth); }
+    cow_String Repr() const override { return fem_Named::Repr() + m_slice; }
+    /// An element of the part that it belongs to.
+    omu_Primitive* Index(const int& index) const override;
+    omu_Primitive* Slice(const int& low, const int& high) const override;
+
+    /// Throws omu_KeyErrorException when the part has no element of one of the labels; then nothing changes.
+    void Add(const fem_Part& part, const cow_List<int>& labels);
+    /// The part is about to be deleted.
+    void RemovePart(int partId);
+
+private:
+    omu_Primitive* GetParts();
+    omu_Primitive* AddElements(omu_Arguments& arguments);
+    omu_Primitive* Compress(omu_Arguments& arguments);
+
+    const fem_Model& m_model;
+    cow_String m_slice; // what a slice has behind the set's path, else empty
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "fem_Constants.h"
+#include "fem_Named.h"
+
+#include "omu_BrenowName.h"
+#include "omu_PrimDictionary.h"
+
+#include <vector>
+
+class fem_Model;
+class fem_Set;
+
+/// One stage of an analysis: a procedure, and the pressures that act on the surfaces of sets while it lasts.
+///
+/// Ownership:  owned by its model, as are the sets, which it refers to.
+class fem_Step final : public fem_Named<omu_InterfaceObj>
+{
+public:
+    static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::STEP_NAME;
+    using Loads = omu_PrimDictionary<cow_String>;
+
+    /// Throws as SetLoads does.
+    fem_Step(const fem_Model& model, const cow_String& name, const fem_ProcedureConstant& procedure,
+             const Loads& loads);
+
+private:
+    struct Load
+    {
+        const fem_Set* set;
+        double pressure;
+    };
+
+    omu_Primitive* GetProcedure() { return m_procedure.Copy(); }
+    omu_Primitive* SetProcedure(omu_Arguments& arguments);
+    omu_Primitive* GetLoads();
+    omu_Primitive* SetLoads(omu_Arguments& arguments);
+
+    /// Pressures by the name of a set. Throws omu_KeyErrorException for a set that the model does not have, and
+    /// omu_ValueErrorException for what is no number.
+    std::vector<Load> Checked(const Loads& loads) const;
+
+    const fem_Model& m_model;
+    fem_ProcedureConstant m_procedure;
+    std::vector<Load> m_loads;
+};
