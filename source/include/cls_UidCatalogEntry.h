@@ -67,6 +67,7 @@ private:
     /// Where the calling thread drops the only handle and would take a new one: keeps the entry, without its history.
     /// False, and nothing done, for an entry that is shared or not this thread's.
     bool Renew();
+    int LowerSlowly();
     std::uintptr_t Lower() noexcept;
     void DeleteHistory();
 

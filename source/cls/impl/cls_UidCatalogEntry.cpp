@@ -5,11 +5,23 @@
 
 int cls_UidCatalogEntry::LowerRefCnt()
 {
+    // Nearly every uid ends here: the only handle, on its own thread, of an object without history. Only a handle can be
+    // copied: while there is just one, this one, no other thread can change the count.
+    cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(this).Owner();
+    if (owner != nullptr && owner == cls_detail::CatalogHint::Get() && m_word.load(std::memory_order_acquire) == 1 &&
+        m_history.Next() == &m_history) {
+        owner->Free(this);
+        return 0;
+    }
+    return LowerSlowly();
+}
+
+int cls_UidCatalogEntry::LowerSlowly()
+{
     cls_UidCatalog* const catalog = cls_detail::OwnerHere(*this);
     if (catalog == nullptr) {
         return cls_UidCatalog::LowerElsewhere(*this);
     }
-    // Only a handle can be copied: while there is just one, this one, no other thread can change the count.
     if (m_word.load(std::memory_order_acquire) != 1) {
         if (const std::uintptr_t left = Lower(); left != 0) {
             return static_cast<int>(left);
