@@ -11,11 +11,11 @@ namespace cls_detail
 extern VEXOMU_API const ArrayTexts ARRAY_2D_TEXTS;
 }
 
-/// A cls_ArrayPrim whose elements are named by row and column: (i, j) is the element row length * i + j. Only that sum is
-/// checked, never the column by itself, and Append and AppendBlock add single elements, not rows; both are promised.
+/// A cls_ArrayPrim whose elements are named by row and column: (i, j) is the element row length * i + j. Only that sum
+/// is checked, never the column by itself, and Append and AppendBlock add single elements, not rows; both are promised.
 ///
-/// The row length is not stored: the owner stores it as a field of its own and sets it after reading. Every constructor sets
-/// 1, on purpose that which copies too; assignment takes the other's.
+/// The row length is not stored: the owner stores it as a field of its own and sets it after reading. Every constructor
+/// sets 1, that which copies too, on purpose; assignment takes the other's.
 ///
 /// Ownership, threads, complexity, errors, references: as for cls_ArrayPrim.
 /// Example:    coordinates.SetRowLength(3); coordinates.Get(node, 2) = 0.0;

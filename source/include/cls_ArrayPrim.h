@@ -45,16 +45,17 @@ template <class T> struct cls_ArrayPrimBuffer
 };
 static_assert(sizeof(cls_ArrayPrimBuffer<int>) == 8196);
 
-/// Growable array of plain values that may live in the store: blocks of 2048 elements come into memory when they are touched
-/// and go back when another one is. Until it is first stored an array has no agent and is all in memory.
+/// Growable array of plain values that may live in the store: blocks of 2048 elements come into memory when they are
+/// touched and go back when another one is. Until it is first stored an array has no agent and is all in memory.
 ///
-/// Ownership:  copies share blocks until one side writes, and agent and identity for good: they are views of one stored list,
-///             which keeps what was flushed last. The last copy to go deletes the agent, unless that is owned elsewhere.
+/// Ownership:  copies share blocks until one side writes, and agent and identity for good: they are views of one stored
+///             list, which keeps what was flushed last. The last copy to go deletes the agent, unless that is owned
+///             elsewhere.
 /// Threads:    one thread at a time, for all copies together; the identity binds them to it, see cls_Uid.
-/// Complexity: ConstGet, Get, Append O(1) inside a block; a step to another one costs a look-up, with an agent the read of
-///             one block, and a write if the block before was changed. With an agent one block at most is in memory.
-/// Errors:     nex_TextException, and what the agent throws: the array then still holds all that is not stored, and the call
-///             may be tried again. The destructor throws nothing: a failed write is thrown by the next commit.
+/// Complexity: ConstGet, Get, Append O(1) inside a block; a step to another one costs a look-up, with an agent the read
+///             of one block, and a write if the block before was changed. With an agent one block at most is in memory.
+/// Errors:     nex_TextException, and what the agent throws: the array then still holds all that is not stored, and the
+///             call may be tried again. The destructor throws nothing: a failed write is thrown by the next commit.
 /// References: what ConstGet and Get return holds until the next call on the array or a copy of it.
 /// Example:    loads.Append(2.5); loads.Get(0) += 1.0; double sum = loads.ConstGet(0);
 /// Avoid for:  data that is never stored; a cow_1DArray has no blocks.
@@ -75,8 +76,8 @@ public:
 
     /// Stores the changed blocks and ends the write. Nothing without an agent, or with one that is read-only.
     void Flush() const override;
-    /// Stores the whole array in the visitor's record. An array that has an agent is in the store already: of what changed in it
-    /// Flush takes care, and this writes nothing.
+    /// Stores the whole array in the visitor's record. An array that has an agent is in the store already: of what
+    /// changed in it Flush takes care, and this writes nothing.
     virtual void DBWrite(const cls_WriteVisitor& visitor) const;
     virtual std::uint32_t DynTypeId() const;
 
@@ -100,12 +101,12 @@ public:
     /// As ConstGet, for writing.
     T& Get(int index);
 
-    /// With an agent: drops every block from memory, the changed ones once they are stored, but for the one that holds the
-    /// element `keep`; all of them when that is negative.
+    /// With an agent: drops every block from memory, the changed ones once they are stored, but for the one that holds
+    /// the element `keep`; all of them when that is negative.
     void Prune(int keep) const;
     void Release() const { Prune(-1); }
-    /// Follows a change that someone else made to the stored list: 1 when there was one, else 0. Blocks in memory are dropped
-    /// as by Release.
+    /// Follows a change that someone else made to the stored list: 1 when there was one, else 0. Blocks in memory are
+    /// dropped as by Release.
     int Snap() const;
 
     /// What DBWrite does once the record is ready.
@@ -114,7 +115,8 @@ public:
 protected:
     using Texts = cls_detail::ArrayTexts;
 
-    /// The block with the element, loaded if need be; null when the index is outside 0..length. Another array may share it.
+    /// The block with the element, loaded if need be; null when the index is outside 0..length. Another array may share
+    /// it.
     Buffer* GetBuffer(int index, const Texts& texts = cls_detail::ARRAY_TEXTS) const;
 
     const T& ConstGetWith(int index, const Texts& texts) const;
@@ -126,9 +128,9 @@ private:
     using Agent = cls_AgentListPrim<T>;
     using Holder = cow_CountedHld<Buffer>;
 
-    // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read and its
-    // first `writable` ones written without further ado; both count the free place behind the last element. `writable` is not 0
-    // only while no other array shares the block and it is marked dirty.
+    // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read
+    // and its first `writable` ones written without further ado; both count the free place behind the last element.
+    // `writable` is not 0 only while no other array shares the block and it is marked dirty.
     struct Current
     {
         T* elements = nullptr;

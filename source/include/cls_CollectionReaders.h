@@ -10,8 +10,8 @@
 class cls_MementoRead;
 
 // What reads a stored collection from its first entry to its last: implemented by the storage engine, made by the
-// operations of cls_MementoRead. Each stands before the first entry; Next steps to it, then to the one after, and is false
-// once there is none left, while the other operations tell of the entry that Next came to:
+// operations of cls_MementoRead. Each stands before the first entry; Next steps to it, then to the one after, and is
+// false once there is none left, while the other operations tell of the entry that Next came to:
 //
 //     for (reader->Seek(0); reader->Next();) { values.Append(reader->Value()); }
 //
@@ -21,8 +21,8 @@ class cls_MementoRead;
 //     map to objects     1 Next   2 Key    3 ClassId   4 MakeReader
 //     table              1 Size   2 Next   3 Key       4 Value
 //
-// The positions count from the destructor at 0 and are promised. Maps and the table are read in rising order of their keys,
-// texts by unsigned bytes.
+// The positions count from the destructor at 0 and are promised. Maps and the table are read in rising order of their
+// keys, texts by unsigned bytes.
 //
 // Ownership:  the caller owns readers and mementos; a reader does not outlive the memento that made it.
 // Threads:    one thread at a time.

@@ -73,8 +73,8 @@ private:
     int m_key;
 };
 
-/// The element under a text of a map that is being written. Keeps only the address of the key, on purpose: the request is
-/// made for one write, within the life of the caller's key.
+/// The element under a text of a map that is being written. Keeps only the address of the key, on purpose: the request
+/// is made for one write, within the life of the caller's key.
 class VEXOMU_API cls_WriteRequestMapString2Obj : public cls_AgentRequest
 {
 public:

@@ -11,8 +11,8 @@ class cls_MementoWrite;
 class cls_Uid;
 
 // What writes a stored collection from its first entry to its last: implemented by the storage engine, made by the
-// operations of cls_MementoWrite. A new writer replaces what the record held; the collection is complete when the writer is
-// deleted.
+// operations of cls_MementoWrite. A new writer replaces what the record held; the collection is complete when the
+// writer is deleted.
 //
 //     list of values     1 Append         2 AppendArray
 //     list of objects    1 MakeWriteObj
@@ -20,8 +20,8 @@ class cls_Uid;
 //     map to objects     1 MakeWriteObj
 //     table              1 Write
 //
-// The positions count from the destructor at 0 and are promised. Maps and the table take their keys in any order; the last
-// value under a key counts.
+// The positions count from the destructor at 0 and are promised. Maps and the table take their keys in any order; the
+// last value under a key counts.
 //
 // Ownership:  the caller owns writers and mementos; a writer does not outlive the memento that made it.
 // Threads:    one thread at a time.

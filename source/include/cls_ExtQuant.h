@@ -13,8 +13,8 @@ extern template class VEXOMU_API thr_ThreadSingleton<cls_ExtQuant>;
 
 /// By how many records the tables of a store grow at a time, for five classes of size.
 ///
-/// While the environment variable EXTENT_QUANTUM_OVERRIDE exists, whatever its value, a variable named after the class may
-/// give another number; each one used is reported on standard output.
+/// While the environment variable EXTENT_QUANTUM_OVERRIDE exists, whatever its value, a variable named after the class
+/// may give another number; each one used is reported on standard output.
 ///
 ///     EXTENT_QUANTUM_TINY      4        EXTENT_QUANTUM_LARGE   2048
 ///     EXTENT_QUANTUM_SMALL   512        EXTENT_QUANTUM_HUGE    4096

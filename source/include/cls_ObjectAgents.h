@@ -19,8 +19,8 @@ class cls_Uid;
 ///     3  EndWrite    7  MakeWriteObj    11  RemoveAt
 ///     4  ClassId     8  Detach          12  Clear
 ///
-/// The positions count from the destructor at 0 and are promised. Those that a list of plain values has too mean the same
-/// there: see cls_AgentListPrim.
+/// The positions count from the destructor at 0 and are promised. Those that a list of plain values has too mean the
+/// same there: see cls_AgentListPrim.
 ///
 /// Ownership:  as for cls_AgentListPrim; mementos belong to the caller.
 /// Threads:    one thread at a time, that of the collection.
@@ -38,8 +38,8 @@ public:
     /// The record of the object at the index; null for none.
     virtual cls_MementoRead* MakeReader(int index) = 0;
     virtual void Attach() = 0;
-    /// A record for the object at the index, in place of the one there; at the end of the list, a new element. Null when
-    /// the object is refused.
+    /// A record for the object at the index, in place of the one there; at the end of the list, a new element. Null
+    /// when the object is refused.
     virtual cls_MementoWrite* MakeWriteObj(int index, std::uint32_t classId, const cls_Uid& uid) = 0;
     virtual void Detach(cls_PC& collection) noexcept = 0;
     virtual bool IsOwnedElsewhere() noexcept = 0;
@@ -57,8 +57,8 @@ public:
 ///     3  EndWrite    7  Attach          11  IsReadOnly
 ///     4  Keys        8  MakeWriteObj    12  Remove
 ///
-/// The positions count from the destructor at 0 and are promised. What they mean is as for cls_AgentListObj, with a key for
-/// the index; a key that is absent has class 0 and no reader.
+/// The positions count from the destructor at 0 and are promised. What they mean is as for cls_AgentListObj, with a key
+/// for the index; a key that is absent has class 0 and no reader.
 template <class K> class cls_AgentMapKey2Obj
 {
 public:

@@ -20,8 +20,8 @@ concept ArrayListItem = std::same_as<T, int> || std::same_as<T, float> || std::s
 ///
 /// Ownership:  a copy shares the arrays, until one side writes, and the identity.
 /// Threads:    one thread at a time; the identity binds it to a thread, see cls_Uid.
-/// Errors:     reading and writing: nex_TextException when the record holds or takes no such list, and what the storage engine
-///             throws.
+/// Errors:     reading and writing: nex_TextException when the record holds or takes no such list, and what the storage
+///             engine throws.
 /// Avoid for:  large data that is to be paged in: every array is in memory.
 template <cls_detail::ArrayListItem T> class cls_xp1DArrayList
 {
