@@ -44,7 +44,7 @@ TEST(MeshFile, Bodies_become_meshes_of_their_own)
     const fem_MeshFile file = fem_MeshFile::Parse(WHOLE, "file");
     EXPECT_EQ(file.Bodies(), (std::vector<int>{1, 2}));
     const std::unique_ptr<const fem_Mesh> first = file.MeshOfBody(1);
-    EXPECT_EQ(first->Positions().size(), 4U);
+    EXPECT_EQ(first->Coordinates().Length(), 4);
     EXPECT_FALSE(first->NodeRows().Exists(5));
     EXPECT_EQ(first->NodesOf(7), (fem_Mesh::Nodes{10, 30, 2, 4}));
     EXPECT_NEAR(first->Volume(), 1.0 / 3.0, 1e-15);
@@ -74,7 +74,8 @@ TEST(MeshFile, What_is_wrong_is_said_with_file_and_line)
         {With("$Nodes\n5", "$Nodes\nfive"), "file:8: a number of nodes expected"},
         {With("2 1 1 0", "0 1 1 0"), "file:10: a node label above 0 expected"},
         {With("2 1 1 0", "10 1 1 0"), "file:14: node 10 is there twice"},
-        {With("1 0 1\n", "1 nan 1\n"), "file:11: a coordinate that is no finite number"},
+        {With("1 0 1\n", "1 nan 1\n"), "file:11: a coordinate that is no finite number of single precision"},
+        {With("1 0 1\n", "1 0 3.5e38\n"), "file:11: a coordinate that is no finite number of single precision"},
         {With("1 0 1\n", "1 0 1 5\n"), "file:11: more on the line than expected"},
         {With("1 0 1\n", "1 0x 1\n"), "file:11: a coordinate expected"},
         {With("10 30 2 4\n", "10 30 2 99\n"), "file:19: there is no node 99"},

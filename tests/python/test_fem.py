@@ -20,7 +20,8 @@ def read_tetrahedra(body):
     nodes = {int(line.split()[0]): [float(word) for word in line.split()[1:]] for line in lines[start:start + count]}
     start, count = lines.index("$Elements") + 2, int(lines[lines.index("$Elements") + 1])
     rows = [[int(word) for word in line.split()] for line in lines[start:start + count]]
-    return numpy.array([[nodes[label] for label in row[-4:]] for row in rows if row[1] == 4 and body in (0, row[4])])
+    corners = [[nodes[label] for label in row[-4:]] for row in rows if row[1] == 4 and body in (0, row[4])]
+    return numpy.array(corners, dtype="f4").astype("f8")  # the kernel holds coordinates in single precision
 
 
 @pytest.mark.parametrize("body", [0, 1, 11])
@@ -58,7 +59,9 @@ def test_parts_are_renamed_moved_and_deleted(model):
             model.parts.changeKey("c", name)
     before = part.boundingBox()[0]
     part.translate(dy=2)
-    assert numpy.subtract(part.boundingBox()[0], before).tolist() == pytest.approx([0, 2, 0])
+    assert numpy.subtract(part.boundingBox()[0], before).tolist() == pytest.approx([0, 2, 0], abs=1e-5)
+    with pytest.raises(vexomu.RangeError, match="dz must be a Float in the range: -1000000000.0 <= dz <= 1000000000.0"):
+        part.translate(dz=float("nan"))
     element = other.elements[other.elements.keys()[-1]]
     model.deletePart("b")
     for use in other.volume, lambda: element.quality:

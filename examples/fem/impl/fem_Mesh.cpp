@@ -47,7 +47,8 @@ bool fem_Mesh::AddNode(int label, const fem_Point& position)
     if (!AddLabel(m_nodeRows, label)) {
         return false;
     }
-    m_positions.push_back(position);
+    m_coordinates.Append(static_cast<float>(position[0]), static_cast<float>(position[1]),
+                         static_cast<float>(position[2]));
     return true;
 }
 
@@ -71,6 +72,12 @@ bool fem_Mesh::AddElement(int label, const Nodes& nodeLabels)
     return true;
 }
 
+fem_Point fem_Mesh::Position(unsigned int nodeRow) const
+{
+    const float* const xyz = m_coordinates.GetCArray() + std::size_t{3} * nodeRow;
+    return {xyz[0], xyz[1], xyz[2]};
+}
+
 fem_Mesh::Nodes fem_Mesh::NodesOf(int elementLabel) const
 {
     const Rows rows = RowsOf(m_elementRows[static_cast<unsigned int>(elementLabel)]);
@@ -91,8 +98,9 @@ fem_Mesh::Rows fem_Mesh::RowsOf(unsigned int elementRow) const
 
 fem_Box fem_Mesh::BoundingBox() const
 {
-    fem_Box box{m_positions.front(), m_positions.front()};
-    for (const fem_Point& position : m_positions) {
+    fem_Box box{Position(0), Position(0)};
+    for (unsigned int row = 1; row < m_nodeRows.Length(); ++row) {
+        const fem_Point position = Position(row);
         for (std::size_t axis = 0; axis < position.size(); ++axis) {
             box.low[axis] = std::min(box.low[axis], position[axis]);
             box.high[axis] = std::max(box.high[axis], position[axis]);
@@ -103,9 +111,9 @@ fem_Box fem_Mesh::BoundingBox() const
 
 double fem_Mesh::SixVolumes(const Rows& element) const
 {
-    const fem_Point& origin = m_positions[element[0]];
-    return Dot(Between(origin, m_positions[element[1]]),
-               Cross(Between(origin, m_positions[element[2]]), Between(origin, m_positions[element[3]])));
+    const fem_Point origin = Position(element[0]);
+    return Dot(Between(origin, Position(element[1])),
+               Cross(Between(origin, Position(element[2])), Between(origin, Position(element[3]))));
 }
 
 double fem_Mesh::Volume() const
@@ -129,9 +137,8 @@ double fem_Mesh::SurfaceArea() const
     for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
         const Rows element = RowsOf(row);
         for (const auto& [a, b, c] : FACES) {
-            const fem_Point& first = m_positions[element[a]];
-            const fem_Point normal =
-                Cross(Between(first, m_positions[element[b]]), Between(first, m_positions[element[c]]));
+            const fem_Point first = Position(element[a]);
+            const fem_Point normal = Cross(Between(first, Position(element[b])), Between(first, Position(element[c])));
             Face face{{element[a], element[b], element[c]}, 0.5 * std::sqrt(Dot(normal, normal))};
             std::sort(face.corners.begin(), face.corners.end());
             faces.push_back(face);
@@ -155,7 +162,7 @@ double fem_Mesh::QualityOfRow(unsigned int elementRow) const
     const Rows element = RowsOf(elementRow);
     double squaredLengths = 0.0;
     for (const auto& [a, b] : EDGES) {
-        const fem_Point edge = Between(m_positions[element[a]], m_positions[element[b]]);
+        const fem_Point edge = Between(Position(element[a]), Position(element[b]));
         squaredLengths += Dot(edge, edge);
     }
     if (squaredLengths == 0.0) {
@@ -196,9 +203,9 @@ std::vector<int> fem_Mesh::QualityHistogram(std::size_t bins, double low, double
 
 void fem_Mesh::Translate(const fem_Point& by)
 {
-    for (fem_Point& position : m_positions) {
-        for (std::size_t axis = 0; axis < position.size(); ++axis) {
-            position[axis] += by[axis];
-        }
+    for (unsigned int row = 0; row < m_nodeRows.Length(); ++row) {
+        const fem_Point from = Position(row);
+        m_coordinates.SetCoord(static_cast<int>(row), static_cast<float>(from[0] + by[0]),
+                               static_cast<float>(from[1] + by[1]), static_cast<float>(from[2] + by[2]));
     }
 }

@@ -2,14 +2,14 @@
 
 #include "omu_Table.h"
 #include "omu_VaryMatrixUint32.h"
+#include "uti_CoordCont3D.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <vector>
 
-/// A point or vector, in the length unit of the file.
+/// A point or vector, in the length unit of the file; measures are computed in double precision.
 using fem_Point = std::array<double, 3>;
 
 /// Extent of a mesh, corner to corner.
@@ -27,13 +27,12 @@ struct fem_ElementQuality
 };
 
 /// A mesh of four-node tetrahedra: nodes and elements with labels above 0, each in a row of its own in the order of the
-/// labels, connectivity by rows.
+/// labels, connectivity by rows. Coordinates are held in single precision.
 ///
 /// Ownership:  owns its nodes and elements; not copied.
 /// Threads:    one thread at a time.
 /// Complexity: measures are O(elements), SurfaceArea O(elements log elements); look-up of a label see omu_Table.
 /// Errors:     a node or element that cannot be added gives false and changes nothing.
-/// References: what Positions gives dies with the next node.
 class fem_Mesh
 {
 public:
@@ -51,7 +50,8 @@ public:
     const omu_Table<unsigned int>& ElementRows() const noexcept { return m_elementRows; }
 
     /// By row.
-    std::span<const fem_Point> Positions() const noexcept { return m_positions; }
+    const uti_CoordCont3D& Coordinates() const noexcept { return m_coordinates; }
+    fem_Point Position(unsigned int nodeRow) const;
     /// Of an element that is there.
     Nodes NodesOf(int elementLabel) const;
 
@@ -84,6 +84,6 @@ private:
     // The entry at position i of a table has row i, because labels ascend.
     omu_Table<unsigned int> m_nodeRows;
     omu_Table<unsigned int> m_elementRows;
-    std::vector<fem_Point> m_positions;                                   // by row
+    uti_CoordCont3D m_coordinates;                                        // by row
     omu_VaryMatrixUint32 m_connectivity{16, NODES_PER_ELEMENT, 2.0, 2.0}; // by row, the rows of its nodes
 };

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <set>
 #include <string>
@@ -209,8 +210,8 @@ void fem_MeshParser::ReadNodes()
         node.label = TakeLabel("a node label");
         for (double& coordinate : node.position) {
             coordinate = Take<double>("a coordinate");
-            if (!std::isfinite(coordinate)) {
-                Fail("a coordinate that is no finite number");
+            if (!(std::abs(coordinate) <= std::numeric_limits<float>::max())) {
+                Fail("a coordinate that is no finite number of single precision");
             }
         }
         RequireLineEnd();

@@ -26,6 +26,7 @@ namespace
 constexpr const char* SOURCE = "examples/fem/impl/fem_Part";
 
 constexpr int MAX_BINS = 10000;
+constexpr double MAX_DISTANCE = 1e9; // coordinates stay far from the limits of single precision
 
 omu_PrimTuple PointTuple(const fem_Point& point)
 {
@@ -39,7 +40,7 @@ omu_PrimTuple PointTuple(const fem_Point& point)
 omu_Primitive* NodeValue(fem_Part& part, int label)
 {
     const fem_Mesh& mesh = part.Mesh();
-    return PointTuple(mesh.Positions()[mesh.NodeRows()[static_cast<unsigned int>(label)]]).Copy();
+    return PointTuple(mesh.Position(mesh.NodeRows()[static_cast<unsigned int>(label)])).Copy();
 }
 
 omu_Primitive* ElementValue(fem_Part& part, int label)
@@ -213,9 +214,9 @@ omu_Primitive* fem_Part::QualityHistogram(omu_Arguments& arguments)
 omu_Primitive* fem_Part::Coordinates(omu_Arguments& arguments)
 {
     NoArguments(arguments, "coordinates");
-    const std::span<const fem_Point> positions = m_mesh->Positions();
-    const std::array<int, 2> dimensions{static_cast<int>(positions.size()), 3};
-    return new omu_PrimArray(2, dimensions.data(), omu_PrimNumber::REAL64, positions.data());
+    const uti_CoordCont3D& coordinates = m_mesh->Coordinates();
+    const std::array<int, 2> dimensions{coordinates.Length(), 3};
+    return new omu_PrimArray(2, dimensions.data(), omu_PrimNumber::REAL32, coordinates.GetCArray());
 }
 
 omu_Primitive* fem_Part::Translate(omu_Arguments& arguments)
@@ -227,6 +228,10 @@ omu_Primitive* fem_Part::Translate(omu_Arguments& arguments)
     arguments.Get(by[1], "dy");
     arguments.Get(by[2], "dz");
     arguments.End("translate");
+    for (const auto& [name, distance] : {std::pair("dx", by[0]), std::pair("dy", by[1]), std::pair("dz", by[2])}) {
+        omu_RangeChecker::CheckInRange(name, -MAX_DISTANCE, /*lowerInclusive=*/true, distance, MAX_DISTANCE,
+                                       /*higherInclusive=*/true);
+    }
     m_mesh->Translate(by);
     return new omu_PrimNone;
 }

@@ -35,11 +35,16 @@ def text():
     return "\n".join(lines)
 
 
+def number(value):
+    """As the user wants numbers in reports."""
+    return vexomu.formatNumber(value, "fieldReportFormat")
+
+
 def report(part):
     (x0, y0, z0), (x1, y1, z1) = part.boundingBox()
     worst = part.worstElements()[0]
     print(f"{part.name:12}{len(part.nodes):7}{len(part.elements):10}  "
-          f"{x1 - x0:6.1f} x {y1 - y0:5.1f} x {z1 - z0:5.1f}{part.surfaceArea():13.1f}{part.volume():13.1f}   "
+          f"{x1 - x0:6.1f} x {y1 - y0:5.1f} x {z1 - z0:5.1f}   {number(part.surfaceArea())}{number(part.volume())} "
           f"{worst.quality:.3f} (element {worst.label})")
 
 
@@ -53,7 +58,7 @@ def build():
     # One part per body; the largest are the plate and its brackets.
     bodies = [model.createPart(f"body-{number}", path=MESH, body=number) for number in session.bodies(MESH)]
     bodies.sort(key=lambda body: body.volume(), reverse=True)
-    print(f"{'part':12}{'nodes':>7}{'elements':>10}  {'size in mm':>22}{'area in mm2':>13}{'volume in mm3':>15}  worst quality")
+    print(f"{'part':12}{'nodes':>7}{'elements':>10}  {'size in mm':>22}{'area in mm2':>14}{'volume in mm3':>15}  worst quality")
     report(whole)
     for part in bodies[:4]:
         report(part)
@@ -64,6 +69,7 @@ def build():
     for part in bodies:
         part.material = ALUMINUM if part is bodies[0] else STEEL
     model.parts.changeKey(bodies[0].name, "plate")
+    bodies[-1].translate(dz=2.5)
     print(f"{bodies[0]!r} of {bodies[0].material}, the rest of STEEL: "
           f"{1e3 * sum(body.mass() for body in bodies):.2f} kg")
 
@@ -81,7 +87,11 @@ def build():
     print(f"steps {model.steps.keys()}; in the first one {step.loads}\n")
 
     print("elements by quality 0.0 to 1.0 in fifths:", whole.qualityHistogram(bins=5, limits=[0.0, 1.0]))
-    print(f"center of all nodes: {whole.coordinates().mean(axis=0).round(2).tolist()}\n")
+    print(f"center of all nodes: {whole.coordinates().mean(axis=0, dtype=float).round(2).tolist()}")
+    # A program of the system works on the model's data, through a pipe.
+    qualities = "".join(f"{element.quality!r}\n" for element in whole.elements.values())
+    status, lines = vexomu.run("LC_ALL=C sort -g", input=qualities)
+    print(f"median quality by sort, which ended with {status}: {lines.split()[len(whole.elements) // 2][:6]}\n")
     return model
 
 
