@@ -197,14 +197,6 @@ TEST(ByteStream, A_count_is_bounded_by_what_can_follow)
     }
 }
 
-TEST(ByteStream, A_bool_is_0_or_1)
-{
-    bool flag = false;
-    EXPECT_EQ(ReadFrom("\x01", flag), "");
-    EXPECT_TRUE(flag);
-    EXPECT_EQ(ReadFrom("\x02", flag), "a bool that is neither 0 nor 1 at offset 0");
-}
-
 TEST(ByteStream, A_reader_never_waits_for_more_than_it_needs)
 {
     Packets packets(std::string("\x01\0\0\0\x02\0\0\0", 8), 4);

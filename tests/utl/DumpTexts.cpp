@@ -23,22 +23,6 @@ class GermanNumbers : public std::numpunct<char>
 };
 } // namespace
 
-TEST(PrettyPrint, Lines_nest_and_start_once)
-{
-    std::ostringstream text;
-    pnt_PrettyPrint out(text);
-    out.Open("outer");
-    out.NewLine();
-    out.Open("inner");
-    out.Field(cow_String("a"));
-    out << ' ' << "b" << static_cast<const char*>(nullptr);
-    out.Close();
-    out.Field(true);
-    out.Close();
-    out << " end";
-    EXPECT_EQ(text.str(), "(outer\n  (inner\n    a b\n  )\n  true\n) end");
-}
-
 TEST(PrettyPrint, Numbers_take_nothing_from_the_stream)
 {
     std::ostringstream text;

@@ -1,15 +1,12 @@
-#include "StreamChecks.h"
 #include "nex_CommandException.h"
+#include "nex_TextException.h"
 #include "nex_canDynamicCast.h"
-#include "obj_Stream.h"
-#include "utl_Module.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <string>
 
 namespace
 {
@@ -63,22 +60,6 @@ TEST(Exception, Virtual_operations_stand_in_their_promised_slots)
     EXPECT_EQ((thrown.*Slot<Text>(7))(), "ValueError");
 }
 
-TEST(Exception, What_is_thrown_is_caught_as_each_of_its_classes)
-{
-    const auto raise = [] { Refusal().Throw("source/omu/impl/omu_Arguments", 12); };
-    EXPECT_THROW(raise(), Refusal);
-    EXPECT_THROW(raise(), nex_CommandException);
-    EXPECT_THROW(raise(), nex_Exception);
-    try {
-        raise();
-    } catch (const std::exception& exception) {
-        EXPECT_STREQ(exception.what(), "width must be positive");
-        const nex_Exception* thrown = nullptr;
-        ASSERT_TRUE(nex_canDynamicCastRef(exception, thrown));
-        EXPECT_EQ(thrown->DeveloperReport(), "width must be positive (source/omu/impl/omu_Arguments, line 12)");
-    }
-}
-
 TEST(Exception, What_stays_valid_until_the_text_changes)
 {
     Refusal refusal;
@@ -95,29 +76,11 @@ TEST(ExceptionDeathTest, A_throw_that_does_not_throw_ends_the_program)
     EXPECT_DEATH(Forgetful("lost").Throw("here", 1), "Propagate\\(\\) throws");
 }
 
-TEST(Exception, A_stream_keeps_the_text_and_the_position)
-{
-    int users = 0;
-    utl_initialize(users);
-    nex_TextException text("bad block");
-    EXPECT_THROW(text.Throw("source/cls/impl/cls_PC", 40), nex_TextException);
-    nex_Exception* read = nullptr;
-    EXPECT_EQ(ReadFrom(BytesOf(text), read), "");
-    EXPECT_EQ(read->DeveloperReport(), "bad block (source/cls/impl/cls_PC, line 40)");
-    delete read;
-    utl_finalize(users);
-}
-
 TEST(DynamicCast, Answers_as_the_cast_would)
 {
     Refusal refusal;
     nex_Exception& exception = refusal;
-    EXPECT_TRUE(nex_canDynamicCastRef<nex_CommandException>(exception));
-    EXPECT_FALSE(nex_canDynamicCastRef<nex_TextException>(exception));
     EXPECT_FALSE(nex_canDynamicCastPtr<nex_Exception>(static_cast<const nex_Exception*>(nullptr)));
-    Refusal* found = nullptr;
-    EXPECT_TRUE(nex_canDynamicCastPtr(&exception, found));
-    EXPECT_EQ(found, &refusal);
     nex_TextException* other = reinterpret_cast<nex_TextException*>(&refusal);
     EXPECT_FALSE(nex_canDynamicCastRef(exception, other));
     EXPECT_EQ(other, nullptr);

@@ -9,9 +9,7 @@
 #include <cstdint>
 #include <iterator>
 #include <map>
-#include <numeric>
 #include <random>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,7 +61,11 @@ template <class K, class V> void RunBesideStdMap(unsigned seed, unsigned keyCoun
     std::array<std::map<K, V>, 3> models;
     for (int step = 0; step < 12000; ++step) {
         const std::size_t a = random() % 3;
-        const K key = MakeKey<K>(static_cast<int>(random() % keyCount));
+        // Anywhere, or rising or falling for a while.
+        const int stretch = step / 1000 % 3;
+        const int at = step % static_cast<int>(keyCount);
+        const int any = static_cast<int>(random() % keyCount);
+        const K key = MakeKey<K>(stretch == 0 ? any : stretch == 1 ? at : static_cast<int>(keyCount) - 1 - at);
         const V value(step);
         const bool isGrowing = step / 1500 % 2 == 0;
         if (random() % 100 == 0) {
@@ -122,29 +124,6 @@ TEST_F(MapsOfCounted, Random_changes_and_copies_agree_with_std_map)
     RunBesideStdMap<int, Big>(3, 200);
     RunBesideStdMap<cow_String, Counted>(4, 800);
     RunBesideStdMap<Counted, cow_String>(5, 300);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>());
-}
-
-TEST(Maps, Keys_in_any_order_come_out_in_order)
-{
-    RecordedAssertions assertions;
-    std::vector<int> rising(5000);
-    std::iota(rising.begin(), rising.end(), 0);
-    std::vector<int> mixed(rising);
-    std::shuffle(mixed.begin(), mixed.end(), Random(1));
-    const std::vector<int> orders[] = {rising, {rising.rbegin(), rising.rend()}, mixed};
-    for (int both = 0; both < 9; ++both) {
-        cow_Map<int, int> map;
-        for (const int key : orders[both / 3]) {
-            map.Insert(key, -key);
-        }
-        const auto hasKey = [](const auto& entry, int key) { return entry.first == key && entry.second == -key; };
-        EXPECT_TRUE(std::equal(map.begin(), map.end(), rising.begin(), rising.end(), hasKey));
-        for (const int key : orders[both % 3]) {
-            ASSERT_TRUE(map.Remove(key));
-        }
-        EXPECT_TRUE(map.IsEmpty() && map.begin() == map.end());
-    }
     EXPECT_EQ(assertions.Take(), std::vector<std::string>());
 }
 
@@ -238,9 +217,7 @@ TEST(Maps, Streams_keep_all_and_refuse_damage)
 
 TEST(Maps, Dumps_show_values_below_their_keys)
 {
-    std::ostringstream text;
-    pnt_PrettyPrint out(text);
-    out << NestedMaps();
-    EXPECT_EQ(text.str(), "(cow_Map\n  a\n    (cow_Map\n      -1\n        true\n      1\n        false\n    )\n"
-                          "  b\n    (cow_Map\n    )\n)");
+    EXPECT_EQ(DumpOf(NestedMaps()),
+              "(cow_Map\n  a\n    (cow_Map\n      -1\n        true\n      1\n        false\n    )\n"
+              "  b\n    (cow_Map\n    )\n)");
 }

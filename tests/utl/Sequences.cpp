@@ -99,13 +99,6 @@ template <class T> void RunBesideVectors(unsigned seed)
     }
 }
 
-template <class T> std::string DumpOf(const T& value)
-{
-    std::ostringstream text;
-    pnt_PrettyPrint out(text);
-    out << value;
-    return text.str();
-}
 } // namespace
 
 TEST_F(SequencesOfCounted, Random_changes_and_copies_agree_with_std_vector)

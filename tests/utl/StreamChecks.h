@@ -1,11 +1,14 @@
 #pragma once
 
+#include "ErrorOf.h"
 #include "bio_Ifilter.h"
 #include "bio_Ofilter.h"
 #include "nex_TextException.h"
+#include "pnt_PrettyPrint.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
 /// The bytes `value` is streamed as.
@@ -16,15 +19,17 @@ template <class T> std::string BytesOf(const T& value)
     return {reinterpret_cast<const char*>(out.Data()), out.Size()};
 }
 
-/// The text of the nex_TextException that `call` throws, or empty.
 template <class Call> std::string RefusalOf(Call call)
 {
-    try {
-        call();
-    } catch (const nex_TextException& refusal) {
-        return refusal.what();
-    }
-    return "";
+    return ErrorOf<nex_TextException>(call);
+}
+
+template <class T> std::string DumpOf(const T& value)
+{
+    std::ostringstream text;
+    pnt_PrettyPrint out(text);
+    out << value;
+    return text.str();
 }
 
 /// Reads a T from `bytes`; the refusal's text, or empty when all was well.
