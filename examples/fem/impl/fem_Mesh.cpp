@@ -61,13 +61,15 @@ bool fem_Mesh::AddElement(int label, const Nodes& nodeLabels)
             return false;
         }
     }
-    if (!AddLabel(m_elementRows, label)) {
+    const unsigned int elementRow = m_connectivity.NumRows();
+    if (!m_connectivity.AddRow()) {
         return false;
     }
-    const unsigned int elementRow = m_connectivity.NumRows();
-    m_connectivity.AddRow();
-    for (const unsigned int row : rows) {
-        m_connectivity.Add(elementRow, row);
+    const bool isWhole =
+        std::all_of(rows.begin(), rows.end(), [&](unsigned int row) { return m_connectivity.Add(elementRow, row); });
+    if (!isWhole || !AddLabel(m_elementRows, label)) {
+        m_connectivity.RemoveRow(elementRow);
+        return false;
     }
     return true;
 }

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <vector>
 
 /// A point or vector, in the length unit of the file; measures are computed in double precision.
@@ -40,9 +39,9 @@ public:
     using Nodes = std::array<int, NODES_PER_ELEMENT>;
     using Rows = std::array<unsigned int, NODES_PER_ELEMENT>;
 
-    /// False unless the label is above those before it.
+    /// False unless the label is above those before it, or without memory.
     bool AddNode(int label, const fem_Point& position);
-    /// False unless the label is above those before it and the nodes are there.
+    /// The same; the nodes must be there.
     bool AddElement(int label, const Nodes& nodeLabels);
 
     /// Label -> row.

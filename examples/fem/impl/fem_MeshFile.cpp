@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <new>
 #include <set>
 #include <string>
 
@@ -321,15 +322,19 @@ std::unique_ptr<fem_Mesh> fem_MeshFile::MeshOfBody(int body) const
         }
     }
     auto mesh = std::make_unique<fem_Mesh>();
+    bool isWhole = true;
     for (const Node& node : m_nodes) {
         if (used.contains(node.label)) {
-            mesh->AddNode(node.label, node.position);
+            isWhole = mesh->AddNode(node.label, node.position) && isWhole;
         }
     }
     for (const Element& element : m_elements) {
         if (body == ALL_BODIES || element.body == body) {
-            mesh->AddElement(element.label, element.nodes);
+            isWhole = mesh->AddElement(element.label, element.nodes) && isWhole;
         }
+    }
+    if (!isWhole) {
+        throw std::bad_alloc(); // labels ascend and nodes are known: nothing else is refused
     }
     return mesh;
 }

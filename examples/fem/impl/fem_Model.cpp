@@ -4,6 +4,8 @@
 
 #include "omu_Arguments.h"
 
+#include <new>
+
 namespace
 {
 
@@ -98,10 +100,12 @@ omu_Primitive* fem_Model::CreatePart(omu_Arguments& arguments)
         omu_ValueErrorException("'" + path + "' has no elements of body " + cow_String(body)).Throw(SOURCE, __LINE__);
     }
     const int id = m_lastPartId + 1;
-    fem_Part& part = m_parts.Add(std::make_unique<fem_Part>(*this, name.AsString(), id, std::move(mesh)));
-    m_partsById.Add(static_cast<unsigned int>(id), &part);
+    auto part = std::make_unique<fem_Part>(*this, name.AsString(), id, std::move(mesh));
+    if (!m_partsById.Add(static_cast<unsigned int>(id), part.get())) {
+        throw std::bad_alloc();
+    }
     m_lastPartId = id;
-    return new omu_ObjectRef(part);
+    return new omu_ObjectRef(m_parts.Add(std::move(part)));
 }
 
 omu_Primitive* fem_Model::DeletePart(omu_Arguments& arguments)

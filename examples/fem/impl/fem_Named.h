@@ -15,6 +15,7 @@ public:
     void SetName(const cow_String& name) { m_name = name; }
 
     cow_String AsString(int) const override { return Repr(); }
+    /// The name of a constant stands there as text, too: it is the same key, and a journal need not define it.
     cow_String Repr() const override
     {
         return m_owner.Repr() + "." + m_member + "[" + omu_PrimString(m_name).AsString(0) + "]";

@@ -5,8 +5,10 @@
 
 #include "omu_Arguments.h"
 #include "omu_KeyErrorException.h"
+#include "omu_PrimList.h"
 #include "omu_PrimNone.h"
 
+#include <algorithm>
 #include <memory>
 
 fem_Set::fem_Set(const fem_Model& model, const cow_String& name) : fem_Named(model, "sets", name), m_model(model)
@@ -39,10 +41,11 @@ omu_Primitive* fem_Set::Slice(const int& low, const int& high) const
 {
     const int from = ConvertIndex(low, /*allowEnd=*/true);
     const int to = ConvertIndex(high, /*allowEnd=*/true);
-    auto slice = std::make_unique<fem_Set>(m_model, Name());
-    Subscripts(slice->m_subscripts, from, to);
-    slice->m_slice = m_slice + "[" + cow_String(from) + ":" + cow_String(to) + "]";
-    return slice.release();
+    auto elements = std::make_unique<omu_PrimList>(std::max(to - from, 0));
+    for (int i = from; i < to; ++i) {
+        elements->Put(Index(i));
+    }
+    return elements.release();
 }
 
 void fem_Set::Add(const fem_Part& part, const cow_List<int>& labels)

@@ -11,7 +11,7 @@ class fem_Part;
 /// A named sequence of elements that may belong to several parts. The kernel holds the parts' ids and the elements'
 /// labels; a script gets elements.
 ///
-/// Ownership:  owned by its model; a slice, which is a sequence of its own, by the script.
+/// Ownership:  owned by its model.
 /// Complexity: see omu_ListArrayInt.
 class fem_Set final : public fem_Named<omu_IdSeqIntObj>
 {
@@ -22,9 +22,9 @@ public:
 
     /// The elements.
     cow_String AsString(int depth) const override { return omu_IdSeqIntObj::AsString(depth); }
-    cow_String Repr() const override { return fem_Named::Repr() + m_slice; }
     /// An element of the part that it belongs to.
     omu_Primitive* Index(const int& index) const override;
+    /// A list of elements, which a script may keep for longer than the set.
     omu_Primitive* Slice(const int& low, const int& high) const override;
 
     /// Throws omu_KeyErrorException when the part has no element of one of the labels; then nothing changes.
@@ -38,5 +38,4 @@ private:
     omu_Primitive* Compress(omu_Arguments& arguments);
 
     const fem_Model& m_model;
-    cow_String m_slice; // what a slice has behind the set's path, else empty
 };
