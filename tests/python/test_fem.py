@@ -1,5 +1,6 @@
 """The example kernel on its real mesh, against the same quantities computed with numpy from the file itself."""
 
+import inspect
 import pathlib
 import subprocess
 import sys
@@ -122,6 +123,13 @@ def test_what_was_renamed_still_works_and_says_so(model):
     label = part.nodes.keys()[0]
     with pytest.warns(DeprecationWarning, match=r"node is deprecated since 0.1; use nodes\[label\]"):
         assert part.node(label) == part.nodes[label]
+
+
+def test_help_shows_the_parameters(model):
+    assert str(inspect.signature(model.createSet)) == "(name, elements={})"
+    part = model.createPart("a", MESH, body=1)
+    assert str(inspect.signature(part.qualityHistogram)) == "(bins=10, limits=(0.0, 1.0))"
+    assert str(inspect.signature(part.volume)) == "()"
 
 
 def test_the_demo_ends_well():

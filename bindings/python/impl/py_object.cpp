@@ -336,6 +336,30 @@ PyObject* DescriptorName(PyObject* self, void*)
     return Py_NewRef(reinterpret_cast<Descriptor*>(self)->name);
 }
 
+/// Parameters without their types, which the interpreter does not read in a signature that is text.
+std::string WithoutTypes(std::string_view parameters)
+{
+    std::string names;
+    int open = 0;
+    bool isName = true; // between a comma and the type or the default
+    bool isType = false;
+    for (const char character : parameters) {
+        open += std::string_view("([{").find(character) != std::string_view::npos ? 1 : 0;
+        open -= std::string_view(")]}").find(character) != std::string_view::npos ? 1 : 0;
+        if (open == 0 && (character == ',' || character == '=')) {
+            isName = character == ',';
+            isType = false;
+        } else if (open == 0 && character == ':' && isName) {
+            isName = false;
+            isType = true;
+        }
+        if (!isType) {
+            names += character;
+        }
+    }
+    return names;
+}
+
 PyObject* MethodSignature(PyObject* self, void*)
 {
     const std::string_view description = DescriptionOf(self);
@@ -345,7 +369,7 @@ PyObject* MethodSignature(PyObject* self, void*)
         length != 0 ? description.substr(name.size() + 1, length - 2) : std::string_view("*args, **kwargs");
     std::string signature("($self");
     signature += parameters.empty() ? "" : ", ";
-    signature += parameters;
+    signature += WithoutTypes(parameters);
     signature += ")";
     return pyText(signature);
 }
