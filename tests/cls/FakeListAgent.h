@@ -4,6 +4,8 @@
 #include "VEXCRT.h"
 #include "cls_ArrayPrim.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <concepts>
 #include <set>
@@ -55,6 +57,7 @@ public:
     void EndWrite() override { m_list.Note("end"); }
     void WriteRange(int first, int count, const T* values) override
     {
+        EXPECT_GT(count, 0);
         m_list.Note("write " + std::to_string(first) + "+" + std::to_string(count));
         const auto from = static_cast<std::size_t>(first);
         m_list.values.resize(std::max(m_list.values.size(), from + static_cast<std::size_t>(count)));
