@@ -5,7 +5,6 @@
 
 #include <limits>
 #include <memory>
-#include <sstream>
 
 namespace
 {
@@ -58,13 +57,5 @@ TEST_F(ArrayList, Keeps_its_uid_when_a_stream_is_read_into_it)
     EXPECT_EQ(list.Uid(), uid);
     EXPECT_NE(ReadFrom(BytesOf(m_list).substr(0, 10), list), "");
     EXPECT_EQ(list.Arrays(), m_list.Arrays());
-}
-
-TEST_F(ArrayList, Is_dumped_under_its_name)
-{
-    std::ostringstream text;
-    pnt_PrettyPrint dump(text);
-    dump << FloatList({Floats{1.5f}});
-    EXPECT_EQ(text.str(), "(cls_xip1DArrayList\n  (cow_List\n    (cow_1DArray\n      1.5\n    )\n  )\n)");
 }
 } // namespace

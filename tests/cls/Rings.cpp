@@ -1,5 +1,4 @@
 #include "RecordedAssertions.h"
-#include "cls_HistoryEntry.h"
 #include "cls_PC.h"
 
 #include <gtest/gtest.h>
@@ -8,35 +7,15 @@
 
 namespace
 {
-struct Entry : cls_HistoryEntry
-{
-    using cls_HistoryEntry::Link;
-    using cls_HistoryEntry::UnLink;
-};
+using Nodes = std::vector<const cls_PC*>;
 
-template <class Node> std::vector<const Node*> Ring(const Node& head)
+Nodes Ring(const cls_PC& head)
 {
-    std::vector<const Node*> nodes;
-    for (const Node* node = head.Next(); node != &head; node = node->Next()) {
+    Nodes nodes;
+    for (const cls_PC* node = head.Next(); node != &head; node = node->Next()) {
         nodes.push_back(node);
     }
     return nodes;
-}
-
-using Entries = std::vector<const cls_HistoryEntry*>;
-using Nodes = std::vector<const cls_PC*>;
-
-TEST(HistoryEntry, Links_before_another_and_leaves_its_neighbours_joined)
-{
-    Entry a, b, c;
-    cls_HistoryEntry head;
-    a.Link(&head);
-    c.Link(&head);
-    b.Link(&c);
-    EXPECT_EQ(Ring(head), (Entries{&a, &b, &c}));
-    b.UnLink();
-    EXPECT_EQ(Ring(head), (Entries{&a, &c}));
-    EXPECT_EQ(b.Next(), &b);
 }
 
 TEST(PC, A_linked_node_goes_to_the_tail_and_leaves_its_former_ring)

@@ -39,21 +39,6 @@ protected:
     RecordedAssertions m_assertions;
 };
 
-TEST_F(Uid, Copies_share_the_entry_and_the_last_one_frees_it)
-{
-    auto first = std::make_unique<cls_Uid>(cls_Uid::AllocateUid());
-    cls_UidCatalogEntry* const entry = first->Entry();
-    auto copy = std::make_unique<cls_Uid>(*first);
-    auto handle = std::make_unique<cls_Uid>(entry);
-    EXPECT_EQ(entry->GetRefCnt(), 3);
-    EXPECT_EQ(*copy, *handle);
-    first.reset();
-    handle.reset();
-    EXPECT_EQ(entry->GetRefCnt(), 1);
-    copy.reset();
-    EXPECT_EQ(cls_Uid::AllocateUid().Entry(), entry);
-}
-
 TEST_F(Uid, Entries_are_used_again_last_in_first_out)
 {
     std::vector<cls_UidCatalogEntry*> entries;
@@ -121,30 +106,6 @@ TEST_F(Uid, NewUid_frees_the_entry_of_a_sole_handle_and_leaves_a_shared_one)
     EXPECT_EQ(deleted, "s");
     EXPECT_NE(sole, other);
     EXPECT_EQ(other.Entry()->GetRefCnt(), 1);
-}
-
-struct UidUser : History
-{
-    explicit UidUser(const cls_Uid& uid) : History(uid, 'u'), m_entry(uid.Entry()) {}
-    ~UidUser() override
-    {
-        const cls_Uid onTheDyingEntry(m_entry);
-        const cls_Uid another = cls_Uid::AllocateUid();
-    }
-    cls_UidCatalogEntry* m_entry;
-};
-
-TEST_F(Uid, A_history_entry_may_use_uids_while_it_is_deleted)
-{
-    {
-        const cls_Uid uid = cls_Uid::AllocateUid();
-        new UidUser(uid);
-    }
-    EXPECT_EQ(deleted, "u");
-    const cls_Uid a = cls_Uid::AllocateUid();
-    const cls_Uid b = cls_Uid::AllocateUid();
-    EXPECT_NE(a, b); // an entry that was freed twice would be handed out twice
-    EXPECT_EQ(a.Entry()->GetRefCnt(), 1);
 }
 
 TEST_F(Uid, A_history_entry_that_stays_linked_is_reported_and_not_deleted_again)
