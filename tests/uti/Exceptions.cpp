@@ -54,7 +54,7 @@ TEST(UtilityExceptions, A_stream_with_an_unknown_reason_is_refused)
     EXPECT_EQ(Refusal<uti_XypException>(WithNumber(StreamOf(uti_XypException()), 8, 6)), refusal);
 }
 
-TEST(UtilityModule, Start_up_is_counted_and_registers_the_exceptions)
+TEST(UtilityModule, Start_up_is_counted_and_exceptions_pass_through_the_type_tables)
 {
     int utlUsers = 0;
     utl_initialize(utlUsers);
@@ -82,23 +82,13 @@ TEST(UtilityModule, Start_up_is_counted_and_registers_the_exceptions)
         EXPECT_EQ(typ_ArchCompTable::Find(id)->parent, row.parent) << row.name;
     }
 
-    uti_finalize(users);
-    EXPECT_EQ(users, 6);
-    uti_finalize(users);
-    EXPECT_EQ(users, 5);
-    uti_finalize(users);
-    EXPECT_EQ(users, 5) << "one stop too many";
+    for (const int expected : {6, 5, 5}) { // the last is one too many
+        uti_finalize(users);
+        EXPECT_EQ(users, expected);
+    }
     uti_initialize(users);
     EXPECT_EQ(users, 6) << "a start after one stop too many";
-    uti_finalize(users);
-    utl_finalize(utlUsers);
-}
 
-TEST(UtilityModule, Exceptions_pass_through_the_type_tables)
-{
-    int users = 0;
-    utl_initialize(users);
-    uti_initialize(users);
     bio_Ofilter out;
     const uti_NotOnPathException notOnPath("tool");
     out << notOnPath << &notOnPath << uti_XypException(uti_XYP_FAILED, "f");
@@ -114,5 +104,5 @@ TEST(UtilityModule, Exceptions_pass_through_the_type_tables)
     EXPECT_EQ(other.Function(), "f");
     delete pointer;
     uti_finalize(users);
-    utl_finalize(users);
+    utl_finalize(utlUsers);
 }

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
@@ -88,40 +89,31 @@ TEST_F(FileUtils, A_copy_keeps_permissions_and_holes_and_follows_links)
 
 TEST_F(FileUtils, A_file_is_checked_before_it_is_opened)
 {
-    const struct
-    {
-        const char* name;
-        uti_AccessModeEnm mode;
-        int error;
-    } rows[] = {
+    const std::tuple<const char*, uti_AccessModeEnm, int> rows[] = {
         {"source", uti_ACCESS_READ_WRITE, 0}, {"none", uti_ACCESS_WRITE, 0},
         {"folder", uti_ACCESS_EXISTS, 0},     {"none", uti_ACCESS_EXISTS, ENOENT},
         {"none", uti_ACCESS_READ, ENOENT},    {"none", uti_ACCESS_READ_WRITE, ENOENT},
         {"none/x", uti_ACCESS_WRITE, ENOENT}, {"folder", uti_ACCESS_READ, EISDIR},
         {"folder", uti_ACCESS_WRITE, EISDIR},
     };
-    for (const auto& row : rows) {
-        const cow_String path = Path(row.name).c_str();
+    for (const auto& [name, mode, error] : rows) {
+        const cow_String path = Path(name).c_str();
         try {
-            EXPECT_EQ(uti_PreCheckFile(path, row.mode, "the mesh"), path);
-            EXPECT_EQ(row.error, 0) << row.name << " " << row.mode;
+            EXPECT_EQ(uti_PreCheckFile(path, mode, "the mesh"), path);
+            EXPECT_EQ(error, 0) << name << " " << mode;
         } catch (const uti_SystemException& exception) {
-            EXPECT_EQ(exception.ErrorNumber(), row.error) << row.name << " " << row.mode;
+            EXPECT_EQ(exception.ErrorNumber(), error) << name << " " << mode;
             EXPECT_EQ(exception.Function(), "PreCheckFile");
             EXPECT_EQ(exception.FileName(), "the mesh");
         }
     }
 }
 
-TEST(SplitPath, The_last_separator_splits)
+TEST(SplitPath, The_results_may_replace_the_path)
 {
-    const char* const rows[][3] = {{"a/b/c", "a/b", "c"}, {"a/b//", "a", "b"}, {"f", "", "f"},   {"/f", "/", "f"},
-                                   {"/", "/", ""},        {"", "", ""},        {"./f", ".", "f"}};
-    for (const auto& [path, directory, name] : rows) {
-        cow_String first = path, second;
-        uti_SplitPath(first, first, second);
-        EXPECT_EQ(first, directory) << path;
-        EXPECT_EQ(second, name) << path;
-    }
+    cow_String first = "a/b/c", second;
+    uti_SplitPath(first, first, second);
+    EXPECT_EQ(first, "a/b");
+    EXPECT_EQ(second, "c");
 }
 } // namespace

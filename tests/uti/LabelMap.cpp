@@ -58,17 +58,15 @@ using NoFruits = uti_LabelMap<Fruit, 1>;
 TEST(LabelMap, The_first_entry_of_a_key_and_of_a_text_counts)
 {
     EXPECT_EQ(Fruits::LabelString(APPLE), "apple");
-    EXPECT_STREQ(Fruits::DefaultLabelString(APPLE), "apple");
     EXPECT_STREQ(Fruits::ResourceName(APPLE), "Fruit_07");
     EXPECT_EQ(Fruits::LabelKey("pear"), PEAR);
     EXPECT_EQ(Fruits::DefaultLabelKey("pear"), PEAR);
     EXPECT_EQ(Fruits::ResourceKey("Fruit_07b"), APPLE);
-    EXPECT_EQ(Joined(Fruits::LabelStrings()), "apple,pear,second apple,pear,");
     EXPECT_EQ(Joined(Fruits::DefaultLabelStrings()), "apple,pear,second apple,pear,");
     EXPECT_EQ(Joined(Fruits::ResourceNames()), "Fruit_07,Fruit_02,Fruit_07b,Fruit_09,");
 }
 
-TEST(LabelMap, An_absent_key_has_null_texts_and_no_assertion)
+TEST(LabelMap, An_absent_key_has_null_texts_and_an_absent_text_is_an_assertion)
 {
     RecordedAssertions assertions;
     const Translation never([](const char*, const char*) { return cow_String("asked for what is absent"); });
@@ -78,11 +76,7 @@ TEST(LabelMap, An_absent_key_has_null_texts_and_no_assertion)
     EXPECT_EQ(NoFruits::LabelString(static_cast<Fruit>(0)), "") << "the closing entry is no entry";
     EXPECT_EQ(NoFruits::LabelStrings().Length(), 0);
     EXPECT_EQ(assertions.Take(), std::vector<std::string>());
-}
 
-TEST(LabelMap, An_absent_text_is_an_assertion)
-{
-    RecordedAssertions assertions;
     EXPECT_EQ(Fruits::LabelKey("Apple"), Fruits::NO_KEY);
     EXPECT_EQ(Fruits::DefaultLabelKey("app"), Fruits::NO_KEY);
     EXPECT_EQ(Fruits::ResourceKey("apple"), Fruits::NO_KEY);

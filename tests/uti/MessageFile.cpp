@@ -1,3 +1,4 @@
+#include "../ErrorOf.h"
 #include "../ScratchFolder.h"
 #include "uti_MessageFile.h"
 
@@ -7,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -16,18 +16,15 @@ namespace
 class MessageFile : public testing::Test
 {
 protected:
-    ~MessageFile() override { std::filesystem::remove(m_path); }
-
     std::string Loaded(const std::string& contents)
     {
         std::ofstream(m_path, std::ios::binary) << contents;
-        try {
+        std::string text;
+        const std::string error = ErrorOf<nex_Exception>([&] {
             const uti_MessageFile file(m_path.c_str());
-            return std::string(file("a", "default").view()) + "|" + std::string(file("b", "default").view());
-        } catch (const nex_Exception& exception) {
-            std::string text(exception.AsString().view());
-            return text.replace(text.find(m_path), m_path.size(), "file");
-        }
+            text = std::string(file("a", "default").view()) + "|" + std::string(file("b", "default").view());
+        });
+        return error.empty() ? text : "file" + error.substr(error.find(m_path) + m_path.size());
     }
 
     const ScratchFolder m_folder;
@@ -64,11 +61,7 @@ TEST_F(MessageFile, Replaces_the_texts_of_errors_and_a_broken_one_leaves_them)
     EXPECT_EQ(uti_XypException(uti_XYP_NO_DATA, "f").AsString(), "f: leer");
     EXPECT_EQ(uti_XypException(uti_XYP_FAILED, "f").AsString(), "f: operation on X-Y data failed");
     manager.InstallLookup({});
-    try {
-        const uti_MessageFile none("no/such/file");
-        ADD_FAILURE();
-    } catch (const uti_SystemException& exception) {
-        EXPECT_EQ(exception.AsString(), "IOError: no/such/file: No such file or directory");
-    }
+    EXPECT_EQ(ErrorOf<uti_SystemException>([] { uti_MessageFile("no/such/file"); }),
+              "IOError: no/such/file: No such file or directory");
 }
 } // namespace

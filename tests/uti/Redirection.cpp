@@ -1,8 +1,8 @@
+#include "../ErrorOf.h"
 #include "../ScratchFolder.h"
 #include "uti_Redirection.h"
 
 #include "VEXcrt_Process.h"
-#include "nex_TextException.h"
 #include "uti_SystemException.h"
 
 #include <gtest/gtest.h>
@@ -14,16 +14,6 @@
 
 namespace
 {
-template <class Action> std::string Refusal(Action action)
-{
-    try {
-        action();
-    } catch (const nex_Exception& exception) {
-        return std::string(exception.AsString().view());
-    }
-    return "none";
-}
-
 TEST(Redirection, What_cannot_be_meant_is_refused)
 {
     const struct
@@ -31,7 +21,7 @@ TEST(Redirection, What_cannot_be_meant_is_refused)
         std::initializer_list<const char*> arguments;
         const char* refusal;
     } rows[] = {
-        {{"<", "a", ">", "b", "2>>", "c"}, "none"},
+        {{"<", "a", ">", "b", "2>>", "c"}, ""},
         {{"<", "a", ">", "b", "2>", "c", "<"}, "Two many redirection arguments"},
         {{"<", "a", ">"}, "Redirection arguments must be paired"},
         {{"1>", "a"}, "Unrecognized redirector symbol"},
@@ -47,27 +37,15 @@ TEST(Redirection, What_cannot_be_meant_is_refused)
             arguments.Append(argument);
             text += cow_String(argument) + " ";
         }
-        EXPECT_EQ(Refusal([&] { uti_Redirection from(arguments); }), row.refusal) << text;
+        EXPECT_EQ(ErrorOf([&] { uti_Redirection from(arguments); }), row.refusal) << text;
         if (row.arguments.size() < 7) {
-            EXPECT_EQ(Refusal([&] { uti_Redirection from(text); }), row.refusal) << text;
+            EXPECT_EQ(ErrorOf([&] { uti_Redirection from(text); }), row.refusal) << text;
         }
     }
-    EXPECT_EQ(Refusal([] { uti_Redirection from("> a b"); }), "Unrecognized redirector symbol");
-    EXPECT_EQ(Refusal([] {
-                  uti_Redirection from("<", "a");
-                  from.CreateSink();
-              }),
-              "Stream stdin has already redirected.");
-    EXPECT_EQ(Refusal([] {
-                  uti_Redirection from(">>&", "a");
-                  from.CreateSource();
-              }),
-              "Stream stdout has already redirected.");
-    EXPECT_EQ(Refusal([] {
-                  uti_Redirection from("<", "no/such/file");
-                  from.OpenAll();
-              }).substr(0, 11),
-              "IOError: : ");
+    EXPECT_EQ(ErrorOf([] { uti_Redirection from("> a b"); }), "Unrecognized redirector symbol");
+    EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "a").CreateSink(); }), "Stream stdin has already redirected.");
+    EXPECT_EQ(ErrorOf([] { uti_Redirection(">>&", "a").CreateSource(); }), "Stream stdout has already redirected.");
+    EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "no/such/file").OpenAll(); }).substr(0, 11), "IOError: : ");
 }
 
 TEST(Redirection, A_descriptor_that_is_not_open_is_reported_by_the_result_of_the_call)
