@@ -1,11 +1,8 @@
 // Random calls of random signatures, checked against the protocol as its rules say it, with lists of names and counters.
 
-#include "omu_ArgNumberErrorException.h"
-#include "omu_ArgTypeErrorException.h"
 #include "omu_Arguments.h"
-#include "omu_KeywordErrorException.h"
-#include "omu_KeywordTypeErrorException.h"
 #include "omu_PrimList.h"
+#include "omu_TypeErrorException.h"
 
 #include <gtest/gtest.h>
 
@@ -242,6 +239,7 @@ std::string EndOf(omu_Arguments& arguments)
     try {
         arguments.End("f");
     } catch (const omu_TypeErrorException& error) {
+        EXPECT_EQ(error.File(), "source/omu/impl/omu_Arguments");
         return std::to_string(error.Line()) + " " + error.JournalMessage().AsCharPtr();
     }
     return "";

@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace
 {
@@ -105,17 +106,12 @@ TEST(Dictionaries, Numbers_convert_as_promised)
     values.Put(5, 0);
     values.Put(7U, 1);
     values.Put(omu_PrimNumber(omu_PrimNumber::INT32, -2.9, 0), 2);
-    const double reals[] = {5, 0, -2.9};
-    const int integers[] = {5, 0, -2};
-    const unsigned int unsignedValues[] = {0, 7, 0};
+    const std::tuple<double, int, unsigned int> promised[] = {{5, 5, 0}, {0, 0, 7}, {-2.9, -2, 0}};
     for (int key = 0; key < 3; ++key) {
-        double real = -1;
-        int integer = -1;
-        unsigned int unsignedValue = 99;
+        std::tuple<double, int, unsigned int> got(-1, -1, 99);
+        auto& [real, integer, unsignedValue] = got;
         EXPECT_EQ(values.Get(real, key) + values.Get(integer, key) + values.Get(unsignedValue, key), 3);
-        EXPECT_EQ(real, reals[key]);
-        EXPECT_EQ(integer, integers[key]);
-        EXPECT_EQ(unsignedValue, unsignedValues[key]);
+        EXPECT_EQ(got, promised[key]);
     }
     int target = 42;
     values.Put(1.5, 3);

