@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <cstdlib>
 #include <vector>
 
@@ -14,11 +13,6 @@ TEST(System, An_environment_variable_may_be_absent_or_empty)
     setenv("VEXCRT_EMPTY_VARIABLE", "", 1);
     EXPECT_EQ(VEXCRT::GetEnvironment("VEXCRT_EMPTY_VARIABLE"), "");
 #endif
-}
-
-TEST(System, An_error_number_has_the_text_of_the_C_library)
-{
-    EXPECT_EQ(VEXCRT::ErrorText(ENOENT), "No such file or directory");
 }
 
 TEST(System, Slots_are_all_usable_at_once_empty_when_reserved_again_and_nothing_when_free)

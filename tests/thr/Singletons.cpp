@@ -151,10 +151,8 @@ TEST_F(Singletons, Threads_have_their_own_instances_and_share_one_index)
 {
     Uids& mine = Here<Uids>();
     const std::uint32_t index = Uids::instanceTlsIndex;
-    EXPECT_NE(index, TLS_OUT_OF_INDEXES);
     std::thread([&] {
         EXPECT_EQ(Uids::Base::Finalize(), 0);
-        EXPECT_EQ(Uids::refCount, 1);
         EXPECT_NE(&Here<Uids>(), &mine);
         EXPECT_EQ(&Here<Uids>(), &Here<Uids>());
         EXPECT_EQ(Uids::refCount, 2);
@@ -162,7 +160,6 @@ TEST_F(Singletons, Threads_have_their_own_instances_and_share_one_index)
         EXPECT_EQ(Uids::Base::Finalize(), 1);
         EXPECT_EQ(Uids::Base::Finalize(), 0);
     }).join();
-    EXPECT_EQ(Uids::refCount, 1);
     EXPECT_EQ(&Here<Uids>(), &mine);
     EXPECT_EQ(Uids::Base::Finalize(), 1);
     EXPECT_EQ(Uids::refCount, 0);
