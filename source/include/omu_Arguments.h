@@ -55,6 +55,8 @@ public:
 
     // Filling: a positional value with one argument, a keyword value with two.
     using omu_PrimTuple::Put;
+    /// A copy.
+    void Put(const omu_InterfaceObj& value);
     void Put(char value, const cow_String& keyword);
     void Put(short value, const cow_String& keyword);
     void Put(float value, const cow_String& keyword);

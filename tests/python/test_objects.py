@@ -124,8 +124,13 @@ def test_classes_follow_the_described_levels():
     assert "What the box is, and its paint." in pydoc.render_doc(painted)
     with pytest.raises(TypeError, match="cannot create"):
         type(plain)()
-    with pytest.raises(TypeError, match="needs a kernel object"):
-        type(plain).describe(1)
+    for other in (1, shelf):
+        with pytest.raises(TypeError, match="needs a 'vexomu.Box' object"):
+            type(plain).describe(other)
+        with pytest.raises(TypeError):
+            type(plain).__dict__["name"].__set__(other, "n")
+    with pytest.raises(TypeError, match="__class__"):
+        plain.__class__ = type(shelf)
 
 
 def test_python_owns_what_the_kernel_does_not_keep():

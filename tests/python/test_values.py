@@ -76,8 +76,9 @@ def test_integer_arrays_of_other_widths_become_int32_or_overflow():
     assert shelf.echo(numpy.array([1, 255], dtype="u1")).dtype == numpy.int32
     with pytest.raises(OverflowError):
         shelf.echo(numpy.array([2**31], dtype="i8"))
-    with pytest.raises(TypeError):
-        shelf.echo(numpy.array(["a"]))
+    for strange in (numpy.array(["a"]), numpy.zeros(3, dtype="V0")):
+        with pytest.raises(TypeError):
+            shelf.echo(strange)
 
 
 def test_an_array_handed_to_python_outlives_the_value():

@@ -3,6 +3,7 @@
 #include "omu_PrimArray.h"
 #include "omu_PrimNumber.h"
 #include "py_errors.h"
+#include "py_journal.h"
 #include "py_values.h"
 
 #include "nex_TextException.h"
@@ -62,16 +63,6 @@ private:
     bool m_isOpen;
 };
 
-/// The one character of a native element format, or 0.
-char FormatOf(const Py_buffer& view)
-{
-    const char* format = view.format != nullptr ? view.format : "B";
-    if (*format == '@' || *format == '=' || *format == '<') {
-        ++format; // every machine that VEXomu runs on is little-endian
-    }
-    return format[0] != '\0' && format[1] == '\0' ? format[0] : '\0';
-}
-
 template <class T> T Load(const void* address)
 {
     T value;
@@ -110,11 +101,18 @@ template <class Use> bool WithIntegerType(char format, Use use)
     }
 }
 
-bool SetBadElements(PyObject* value)
+/// The one character of the native format of elements that are numbers, or 0.
+char FormatOf(const Py_buffer& view)
 {
-    PyErr_Format(PyExc_TypeError, "the elements of this %s are no numbers that the kernel understands",
-                 Py_TYPE(value)->tp_name);
-    return false;
+    const char* format = view.format != nullptr ? view.format : "B";
+    if (*format == '@' || *format == '=' || *format == '<') {
+        ++format; // every machine that VEXomu runs on is little-endian
+    }
+    const auto hasSizeOf = [&](auto sample) { return view.itemsize == static_cast<Py_ssize_t>(sizeof sample); };
+    const bool isNumber = format[0] == 'f'   ? hasSizeOf(0.0F)
+                          : format[0] == 'd' ? hasSizeOf(0.0)
+                                             : WithIntegerType(format[0], hasSizeOf);
+    return isNumber && format[1] == '\0' ? format[0] : '\0';
 }
 
 bool SetOverflow()
@@ -123,17 +121,19 @@ bool SetOverflow()
     return false;
 }
 
-std::unique_ptr<omu_Primitive> NumberFrom(PyObject* value, const Py_buffer& view)
+std::unique_ptr<omu_Primitive> NumberFrom(const Py_buffer& view, char format)
 {
-    const char format = FormatOf(view);
     if (format == 'f') {
-        return std::make_unique<omu_PrimNumber>(Load<float>(view.buf));
+        const float number = Load<float>(view.buf);
+        // A script's numbers have the precision of a double: with the digits of a float it would read another one.
+        return PyJournalRendering::IsOn() ? std::make_unique<omu_PrimNumber>(static_cast<double>(number))
+                                          : std::make_unique<omu_PrimNumber>(number);
     }
     if (format == 'd') {
         return std::make_unique<omu_PrimNumber>(Load<double>(view.buf));
     }
     std::unique_ptr<omu_Primitive> number;
-    const bool isInteger = WithIntegerType(format, [&](auto sample) {
+    WithIntegerType(format, [&](auto sample) {
         using T = decltype(sample);
         const T integer = Load<T>(view.buf);
         if constexpr (std::is_same_v<T, signed char>) {
@@ -149,17 +149,14 @@ std::unique_ptr<omu_Primitive> NumberFrom(PyObject* value, const Py_buffer& view
         }
         return true;
     });
-    if (!isInteger) {
-        SetBadElements(value);
-    }
     return number;
 }
 
 /// Elements of an integer format as 32-bit ones; false with a Python error set.
-bool Narrow(PyObject* value, char format, const unsigned char* elements, std::vector<std::int32_t>& narrowed)
+bool Narrow(char format, const unsigned char* elements, std::vector<std::int32_t>& narrowed)
 {
     bool fits = true;
-    const bool isInteger = WithIntegerType(format, [&](auto sample) {
+    WithIntegerType(format, [&](auto sample) {
         using T = decltype(sample);
         for (std::size_t i = 0; i < narrowed.size(); ++i) {
             const T element = Load<T>(elements + i * sizeof(T));
@@ -168,13 +165,10 @@ bool Narrow(PyObject* value, char format, const unsigned char* elements, std::ve
         }
         return true;
     });
-    if (!isInteger) {
-        return SetBadElements(value);
-    }
     return fits || SetOverflow();
 }
 
-std::unique_ptr<omu_Primitive> ArrayFrom(PyObject* value, const Py_buffer& view)
+std::unique_ptr<omu_Primitive> ArrayFrom(const Py_buffer& view, char format)
 {
     std::vector<int> dimensions;
     for (int i = 0; i < view.ndim; ++i) {
@@ -197,7 +191,7 @@ std::unique_ptr<omu_Primitive> ArrayFrom(PyObject* value, const Py_buffer& view)
     const auto make = [&](Kind kind, const void* data) {
         return std::make_unique<omu_PrimArray>(view.ndim, dimensions.data(), kind, data);
     };
-    switch (const char format = FormatOf(view)) {
+    switch (format) {
     case 'i':
         return make(omu_PrimNumber::INT32, elements);
     case 'f':
@@ -206,7 +200,7 @@ std::unique_ptr<omu_Primitive> ArrayFrom(PyObject* value, const Py_buffer& view)
         return make(omu_PrimNumber::REAL64, elements);
     default: {
         std::vector<std::int32_t> narrowed(static_cast<std::size_t>(view.len / view.itemsize));
-        return Narrow(value, format, elements, narrowed) ? make(omu_PrimNumber::INT32, narrowed.data()) : nullptr;
+        return Narrow(format, elements, narrowed) ? make(omu_PrimNumber::INT32, narrowed.data()) : nullptr;
     }
     }
 }
@@ -448,7 +442,13 @@ std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)
     if (!view.IsOpen()) {
         return nullptr;
     }
-    return view->ndim == 0 ? NumberFrom(value, *view) : ArrayFrom(value, *view);
+    const char format = FormatOf(*view);
+    if (format == '\0') {
+        PyErr_Format(PyExc_TypeError, "the elements of this %s are no numbers that the kernel understands",
+                     Py_TYPE(value)->tp_name);
+        return nullptr;
+    }
+    return view->ndim == 0 ? NumberFrom(*view, format) : ArrayFrom(*view, format);
 }
 
 PyObject* pyToArray(const omu_PrimArray& array)

@@ -35,12 +35,16 @@ std::vector<cow_String> wantedConstants;  // by the line being made
 bool isAllNamed = true;                   // whether there is a text for each object in the line being made
 std::vector<cow_String> definedConstants; // in this journal, which every constant is but once
 
-bool IsIdentifier(std::string_view text)
+/// Whether the journal can have a variable for the constant: in capitals it is neither a word of the language nor the
+/// name of anything else in the script but a root.
+bool CanBeVariable(std::string_view constant)
 {
-    const auto isWord = [](char character) {
-        return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_';
+    const auto isCapital = [](char character) { return character >= 'A' && character <= 'Z'; };
+    const auto isWord = [&](char character) {
+        return isCapital(character) || (character >= '0' && character <= '9') || character == '_';
     };
-    return !text.empty() && std::all_of(text.begin(), text.end(), isWord) && (text[0] < '0' || text[0] > '9');
+    return !constant.empty() && isCapital(constant[0]) && std::all_of(constant.begin(), constant.end(), isWord) &&
+           std::none_of(roots.begin(), roots.end(), [&](const Root& root) { return root.second == constant; });
 }
 
 cow_String Quoted(const cow_String& text)
@@ -197,7 +201,7 @@ omu_PrimHolder PyJournalRendering::ForText(PyObject* value, const cow_String& te
     case PyTextKind::TYPE_NAME:
         return Expression("TypeName" + Quoted(text));
     case PyTextKind::CONSTANT:
-        if (!IsIdentifier(text)) {
+        if (!CanBeVariable(text)) {
             return Expression("Constant" + Quoted(text));
         }
         wantedConstants.push_back(text);

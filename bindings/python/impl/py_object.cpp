@@ -51,6 +51,7 @@ struct Descriptor
     PyObject ob_base;
     vectorcallfunc vectorcall; // methods only
     PyObject* name;            // interned
+    PyTypeObject* owner;       // the class it stands in, which lives as long as the process
     NameInfo info;
 };
 
@@ -176,8 +177,9 @@ PyObject* MethodVectorcall(PyObject* callable, PyObject* const* values, std::siz
 {
     const auto& method = *reinterpret_cast<Descriptor*>(callable);
     const Py_ssize_t count = PyVectorcall_NARGS(flaggedCount);
-    if (count < 1 || !PyObject_TypeCheck(values[0], objectType)) {
-        PyErr_Format(PyExc_TypeError, "method '%s' needs a kernel object as its first argument", method.info.name);
+    if (count < 1 || !PyObject_TypeCheck(values[0], method.owner)) {
+        PyErr_Format(PyExc_TypeError, "method '%s' needs a '%s' object as its first argument", method.info.name,
+                     method.owner->tp_name);
         return nullptr;
     }
     return pyGuard(static_cast<PyObject*>(nullptr),
@@ -190,7 +192,7 @@ PyObject* MethodGet(PyObject* self, PyObject* object, PyObject*)
         return Py_NewRef(self);
     }
     const auto& method = *reinterpret_cast<Descriptor*>(self);
-    if (method.info.deprecated && PyObject_TypeCheck(object, objectType)) {
+    if (method.info.deprecated && PyObject_TypeCheck(object, method.owner)) {
         const int found = pyGuard(-1, [&] {
             bool deprecated = false;
             return ReferenceOf(object).Target().IsMethod(method.info.name, deprecated) ? 1 : 0;
@@ -265,20 +267,21 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
 
 PyObject* MemberGet(PyObject* self, PyObject* object, PyObject*)
 {
-    if (object == nullptr || !PyObject_TypeCheck(object, objectType)) {
+    const auto& member = *reinterpret_cast<Descriptor*>(self);
+    if (object == nullptr || !PyObject_TypeCheck(object, member.owner)) {
         return Py_NewRef(self);
     }
-    return pyGuard(static_cast<PyObject*>(nullptr),
-                   [&] { return GetMember(object, *reinterpret_cast<Descriptor*>(self)); });
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return GetMember(object, member); });
 }
 
 int MemberSet(PyObject* self, PyObject* object, PyObject* value)
 {
-    if (!PyObject_TypeCheck(object, objectType)) {
-        PyErr_SetString(PyExc_TypeError, "a member of a kernel object needs one");
+    const auto& member = *reinterpret_cast<Descriptor*>(self);
+    if (!PyObject_TypeCheck(object, member.owner)) {
+        PyErr_Format(PyExc_TypeError, "member '%s' needs a '%s' object", member.info.name, member.owner->tp_name);
         return -1;
     }
-    return pyGuard(-1, [&] { return SetMember(object, *reinterpret_cast<Descriptor*>(self), value); });
+    return pyGuard(-1, [&] { return SetMember(object, member, value); });
 }
 
 void DescriptorDealloc(PyObject* self)
@@ -461,6 +464,7 @@ bool AddDescriptor(PyObject* pythonClass, PyTypeObject* type, const NameInfo& in
     const PyRef owner(reinterpret_cast<PyObject*>(descriptor));
     descriptor->vectorcall = MethodVectorcall;
     descriptor->name = Py_NewRef(name.Get());
+    descriptor->owner = reinterpret_cast<PyTypeObject*>(pythonClass);
     descriptor->info = info;
     return PyObject_SetAttr(pythonClass, name.Get(), owner.Get()) == 0;
 }
@@ -533,6 +537,8 @@ PyTypeObject* ClassOfLevel(const omu_InterfaceObj::TypeDesc& level, PyTypeObject
         return nullptr;
     }
     entry->second = reinterpret_cast<PyTypeObject*>(pythonClass.Release());
+    // The class says which names the kernel's object has: neither it nor an object's __class__ can be set.
+    entry->second->tp_flags |= Py_TPFLAGS_IMMUTABLETYPE;
     return entry->second;
 }
 

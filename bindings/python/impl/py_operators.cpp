@@ -12,7 +12,7 @@ namespace
 {
 
 /// The object behind an operand; one that is none of the kernel's is what `other` coerces it to, kept by `keeper`. Null
-/// with a Python error set.
+/// with a Python error set, or without one for what is no value: its own class may know the operator.
 omu_InterfaceObj* Operand(PyObject* value, PyObject* other, std::unique_ptr<omu_Primitive>& keeper)
 {
     if (omu_InterfaceObj* const object = pyUnwrapObject(value)) {
@@ -20,6 +20,9 @@ omu_InterfaceObj* Operand(PyObject* value, PyObject* other, std::unique_ptr<omu_
     }
     omu_PrimHolder held = pyFromPython(value);
     if (!held) {
+        if (PyErr_ExceptionMatches(PyExc_TypeError)) {
+            PyErr_Clear();
+        }
         return nullptr;
     }
     omu_Arguments arguments(1);
@@ -49,7 +52,10 @@ PyObject* Binary(PyObject* left, PyObject* right)
         std::unique_ptr<omu_Primitive> keepers[2];
         omu_InterfaceObj* const a = Operand(left, right, keepers[0]);
         omu_InterfaceObj* const b = a != nullptr ? Operand(right, left, keepers[1]) : nullptr;
-        return b != nullptr ? pyTakeResult((a->*operation)(b)) : nullptr;
+        if (b == nullptr) {
+            return PyErr_Occurred() != nullptr ? nullptr : Py_NewRef(Py_NotImplemented);
+        }
+        return pyTakeResult((a->*operation)(b));
     });
 }
 

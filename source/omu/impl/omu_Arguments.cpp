@@ -59,6 +59,11 @@ cow_String omu_Arguments::AsString(int) const
     return omu_ArgumentsCommandText(*this);
 }
 
+void omu_Arguments::Put(const omu_InterfaceObj& value)
+{
+    Put(value.Copy());
+}
+
 void omu_Arguments::Put(char value, const cow_String& keyword)
 {
     PutKeyword(omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value, omu_PrimNumber::INT8), keyword);

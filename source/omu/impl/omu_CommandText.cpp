@@ -122,6 +122,15 @@ void AppendArray(cow_String& text, const omu_PrimArray& array)
     text += ", '";
     text.Append(array.ConstGetPyType());
     text += "')";
+    const int count = array.ConstGetNumDimensions();
+    for (int i = 0; i + 1 < count; ++i) {
+        if (array.ConstGetDimension(i) == 0) { // nothing shows the dimensions behind it
+            text += ".reshape(";
+            AppendItems(text, count, [&](int j) { text += cow_String(array.ConstGetDimension(j)); });
+            text += ")";
+            return;
+        }
+    }
 }
 
 template <class K, class AppendKey>
