@@ -2,21 +2,13 @@
 
 #include "vexomu_python.h"
 
+#include "../../omu/ExceptionClasses.h"
 #include "containers.h"
 #include "cow_List.h"
 #include "ledger.h"
 #include "nex_TextException.h"
-#include "omu_AccessErrorException.h"
 #include "omu_Arguments.h"
-#include "omu_AttributeErrorException.h"
-#include "omu_BreNameErrorException.h"
-#include "omu_ColorErrorException.h"
-#include "omu_FontErrorException.h"
-#include "omu_IndexErrorException.h"
-#include "omu_KeyErrorException.h"
-#include "omu_NameErrorException.h"
 #include "omu_ObjectRef.h"
-#include "omu_OverflowErrorException.h"
 #include "omu_PrimBool.h"
 #include "omu_PrimExpr.h"
 #include "omu_PrimNone.h"
@@ -25,9 +17,6 @@
 #include "omu_PrimString.h"
 #include "omu_PrimTuple.h"
 #include "omu_PrimType.h"
-#include "omu_RangeErrorException.h"
-#include "omu_ValueErrorException.h"
-#include "omu_ZeroDivisionErrorException.h"
 #include "uti_SystemException.h"
 
 #include <array>
