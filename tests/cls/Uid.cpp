@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -59,53 +60,42 @@ TEST_F(Uid, Entries_are_used_again_last_in_first_out)
     }
 }
 
-TEST_F(Uid, Assignment_moves_one_count_and_to_itself_changes_nothing)
+TEST_F(Uid, Random_handles_agree_with_shared_pointers_to_their_history)
 {
-    cls_Uid a = cls_Uid::AllocateUid();
-    cls_Uid b = cls_Uid::AllocateUid();
-    new History(a, 'a');
-    const cls_Uid& self = a;
-    a = self;
-    EXPECT_EQ(a.Entry()->GetRefCnt(), 1);
-    EXPECT_EQ(deleted, "");
-    a = b;
-    EXPECT_EQ(deleted, "a");
-    EXPECT_EQ(b.Entry()->GetRefCnt(), 2);
-    a = b; // two handles on one entry
-    EXPECT_EQ(b.Entry()->GetRefCnt(), 2);
-}
-
-TEST_F(Uid, The_history_goes_with_the_last_handle_in_ring_order)
-{
-    auto uid = std::make_unique<cls_Uid>(cls_Uid::AllocateUid());
-    auto copy = std::make_unique<cls_Uid>(*uid);
-    new History(*uid, 'a');
-    new History(*uid, 'b');
-    delete new History(*uid, 'x');
-    new History(*copy, 'c');
-    uid.reset();
-    EXPECT_EQ(deleted, "x");
-    copy.reset();
-    EXPECT_EQ(deleted, "xabc");
-}
-
-TEST_F(Uid, NewUid_frees_the_entry_of_a_sole_handle_and_leaves_a_shared_one)
-{
-    cls_Uid sole = cls_Uid::AllocateUid();
-    cls_UidCatalogEntry* const entry = sole.Entry();
-    new History(sole, 's');
-    sole.NewUid();
-    EXPECT_EQ(deleted, "s");
-    EXPECT_EQ(sole.Entry(), entry);
-    EXPECT_EQ(entry->GetRefCnt(), 1);
-    EXPECT_EQ(entry->History().Next(), &entry->History());
-
-    const cls_Uid other(sole);
-    new History(other, 'o');
-    sole.NewUid();
-    EXPECT_EQ(deleted, "s");
-    EXPECT_NE(sole, other);
-    EXPECT_EQ(other.Entry()->GetRefCnt(), 1);
+    std::mt19937 random(6);
+    std::vector<cls_Uid> uids;
+    std::vector<std::shared_ptr<std::string>> models; // the entries of the history in ring order
+    for (int i = 0; i < 6; ++i) {
+        uids.push_back(cls_Uid::AllocateUid());
+        models.push_back(std::make_shared<std::string>());
+    }
+    for (int step = 0; step < 5000; ++step) {
+        const std::size_t a = random() % 6;
+        const std::size_t b = random() % 6;
+        std::string lost = models[a].use_count() == 1 ? *models[a] : "";
+        deleted.clear();
+        if (const auto what = random() % 4; what == 0) {
+            const cls_Uid& source = uids[b];
+            uids[a] = source;
+            lost = a == b ? "" : lost;
+            models[a] = models[b];
+        } else if (what == 1) {
+            uids[a].NewUid();
+            models[a] = std::make_shared<std::string>();
+        } else {
+            const char letter = static_cast<char>('a' + step % 26);
+            new History(uids[a], letter);
+            delete new History(uids[a], '!');
+            *models[a] += letter;
+            lost = "!";
+        }
+        ASSERT_EQ(deleted, lost) << "step " << step;
+        for (std::size_t i = 0; i < 6; ++i) {
+            const cls_Uid copy(uids[i]);
+            ASSERT_EQ(copy.Entry()->GetRefCnt(), models[i].use_count() + 1) << "step " << step;
+            ASSERT_EQ(copy == uids[a], models[i] == models[a]) << "step " << step;
+        }
+    }
 }
 
 TEST_F(Uid, A_history_entry_that_stays_linked_is_reported_and_not_deleted_again)

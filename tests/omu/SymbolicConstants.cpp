@@ -173,28 +173,24 @@ TEST(Constant, Reading_sets_the_value_and_refuses_unknown_names)
 
 TEST(StoredConstant, Writes_its_name_under_its_identity_when_the_record_is_granted)
 {
+    /// Grants element 7 of one uid, and notes what is written there.
     struct Record : MementoWriteDouble
     {
-        explicit Record(cow_String& target) : written(target) {}
+        Record(const cls_Uid& uid, cow_String& target) : expected(uid), written(target) {}
+        cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid& uid) override
+        {
+            return element == 7 && uid == expected ? new Record(uid, written) : nullptr;
+        }
         void WriteString(const cls_FieldHandle& field, cow_String value) override
         {
             written = field.FieldName() + "=" + value;
-        }
-        cow_String& written;
-    };
-    struct Parent : MementoWriteDouble
-    {
-        Parent(const cls_Uid& uid, cow_String& target) : expected(uid), written(target) {}
-        cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid& uid) override
-        {
-            return element == 7 && uid == expected ? new Record(written) : nullptr;
         }
         cls_Uid expected;
         cow_String& written;
     };
     const omu_PrimBool<2> constant(false);
     cow_String written;
-    const cls_WriteVisitor parent(new Parent(constant.GetUid(), written));
+    const cls_WriteVisitor parent(new Record(constant.GetUid(), written));
     constant.DBWrite(cls_WriteVisitor(parent, 8));
     EXPECT_EQ(written, "");
     constant.DBWrite(cls_WriteVisitor(parent, 7));
