@@ -47,7 +47,7 @@ def test_argument_errors_are_type_errors_with_exact_texts(arguments, keywords, m
     ("range", vexomu.RangeError, ValueError, "width must be an Integer in the range: 1 <= width < 10"),
     ("text", RuntimeError, RuntimeError, "plain text"),
     ("root", RuntimeError, RuntimeError, ""),
-    ("system", FileNotFoundError, OSError, "[Errno 2] IOError: : No such file or directory"),
+    ("system", FileNotFoundError, OSError, "[Errno 2] IOError: \udc80: No such file or directory: '\\udc80'"),
     ("memory", MemoryError, MemoryError, ""),
     ("std", RuntimeError, RuntimeError, "std text"),
     ("foreign", RuntimeError, RuntimeError, "an exception of unknown type"),

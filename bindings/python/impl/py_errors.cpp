@@ -79,8 +79,10 @@ void SetError(PyObject* type, const cow_String& message)
 
 void SetSystemError(const uti_SystemException& error)
 {
-    const PyRef arguments(Py_BuildValue("(isz)", error.ErrorNumber(), error.AsString().AsCharPtr(),
-                                        error.FileName().IsEmpty() ? nullptr : error.FileName().AsCharPtr()));
+    const PyRef message = Text(error.AsString());
+    const PyRef fileName = error.FileName().IsEmpty() ? PyRef(Py_NewRef(Py_None)) : Text(error.FileName());
+    const PyRef arguments(
+        message && fileName ? Py_BuildValue("(iOO)", error.ErrorNumber(), message.Get(), fileName.Get()) : nullptr);
     if (arguments) {
         PyErr_SetObject(PyExc_OSError, arguments.Get());
     }
@@ -99,7 +101,7 @@ void Translate()
     } catch (const std::bad_alloc&) {
         PyErr_NoMemory();
     } catch (const std::exception& error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
+        SetError(PyExc_RuntimeError, cow_String(error.what()));
     } catch (...) {
         PyErr_SetString(PyExc_RuntimeError, "an exception of unknown type");
     }

@@ -116,7 +116,7 @@ constexpr std::array<NamedFailure, 18> failures{{
     {"font", [] { omu_FontErrorException("wingding").Throw("probe", 1); }},
     {"brename", [] { omu_BreNameErrorException(omu_BreNameErrorException::EMPTY).Throw("probe", 1); }},
     {"text", [] { nex_TextException("plain text").Throw("probe", 1); }},
-    {"system", [] { uti_SystemException("open", 2).Throw("probe", 1); }},
+    {"system", [] { uti_SystemException("open", 2, "\x80").Throw("probe", 1); }},
     {"memory", [] { throw std::bad_alloc(); }},
     {"std", [] { throw std::out_of_range("std text"); }},
     {"foreign", [] { throw 42; }},
