@@ -31,7 +31,7 @@ public:
     bool Get(unsigned int key, T* value) const
     {
         unsigned int pos;
-        const bool found = FindEntry(key, &pos);
+        const bool found = FindKey(key, &pos);
         if (found) {
             *value = m_entries[pos].value;
         }
@@ -40,7 +40,7 @@ public:
     bool Exists(unsigned int key) const
     {
         unsigned int pos;
-        return FindEntry(key, &pos);
+        return FindKey(key, &pos);
     }
     /// Sets key and value of the entry at `pos`; false, and nothing set, when there is none.
     bool GetEntry(unsigned int pos, unsigned int& key, T& value) const noexcept
@@ -67,8 +67,30 @@ protected:
             m_length != 0 && m_length + 1 < m_capacity && key > m_entries[m_length - 1].index_ && m_ranks.Append(key);
         if (fits) {
             m_entries[m_length++] = {key, value};
+            m_reach = key - m_firstKey + 1;
+            m_runLength += m_reach == m_length;
         }
         return fits;
+    }
+    /// FindEntry where a missing key needs no position: a handful of steps while the ranks are on.
+    bool FindKey(unsigned int key, unsigned int* pos) const
+    {
+        const unsigned int offset = key - m_firstKey;
+        if (offset < m_runLength) {
+            *pos = offset;
+            return true;
+        }
+        if (offset < m_reach) {
+            return m_ranks.Find(key, pos);
+        }
+        return (key == 0 || !m_ranks.IsOn()) && FindEntry(key, pos);
+    }
+    /// To be called after every change.
+    void NoteReach() noexcept
+    {
+        m_firstKey = m_length != 0 ? m_entries[0].index_ : 0;
+        m_reach = m_length != 0 && m_ranks.IsOn() ? m_entries[m_length - 1].index_ - m_firstKey + 1 : 0;
+        m_runLength = m_reach == m_length ? m_length : 0;
     }
     /// FindEntry for first key <= key <= last key when the ranks are off.
     bool FindSparse(unsigned int key, unsigned int* pos) const;
@@ -81,6 +103,10 @@ protected:
     // m_entries[m_length] can always be written to.
     Entry* m_entries = nullptr;
     omu_KeyRanks m_ranks; // of the entries' keys, or off
+    // What a look-up needs of them while the ranks are on.
+    unsigned int m_firstKey = 0;
+    unsigned int m_reach = 0;     // numbers from the first to the last key; 0 while the ranks are off
+    unsigned int m_runLength = 0; // so many keys, at least, are in sequence from the first on
 };
 
 template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, unsigned int* pos) const
@@ -92,16 +118,9 @@ template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, uns
         *pos = 0;
         return false;
     }
-    const unsigned int first = m_entries[0].index_;
-    const unsigned int last = m_entries[m_length - 1].index_;
-    if (key > last) {
+    if (key > m_entries[m_length - 1].index_) {
         *pos = m_length;
         return false;
-    }
-    const unsigned int guess = key - first;
-    if (last - first == m_length - 1 && m_entries[guess].index_ == key) {
-        *pos = guess;
-        return true;
     }
     return m_ranks.IsOn() ? m_ranks.Find(key, pos) : FindSparse(key, pos);
 }

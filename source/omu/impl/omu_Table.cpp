@@ -106,6 +106,7 @@ template <omu_Word T> bool omu_Table<T>::InsertEntry(unsigned int pos, Entry ent
     }
     this->m_ranks.SwitchOff();
     ShiftUp(pos, entry);
+    this->NoteReach();
     return true;
 }
 
@@ -122,6 +123,7 @@ template <omu_Word T> bool omu_Table<T>::Insert(unsigned int key, T value)
     } else if (std::has_single_bit(length)) { // often enough to notice that the gaps were filled, at O(1) for each key
         this->m_ranks.Build(this->m_entries, length);
     }
+    this->NoteReach();
     return true;
 }
 
@@ -150,6 +152,7 @@ template <omu_Word T> bool omu_Table<T>::RemoveEntry(unsigned int pos)
     const unsigned int key = place->index_;
     std::memmove(place, place + 1, (this->m_length - pos - 1) * sizeof(Entry));
     this->m_ranks.Remove(key, --this->m_length);
+    this->NoteReach();
     return true;
 }
 
@@ -165,6 +168,7 @@ template <omu_Word T> bool omu_Table<T>::ClearAll()
         std::free(std::exchange(this->m_entries, fresh));
         this->m_capacity = this->m_initialSize;
     }
+    this->NoteReach();
     return true;
 }
 
@@ -175,6 +179,9 @@ template <omu_Word T> void omu_Table<T>::Swap(omu_Table& other) noexcept
     std::swap(this->m_length, other.m_length);
     std::swap(this->m_entries, other.m_entries);
     std::swap(this->m_ranks, other.m_ranks);
+    std::swap(this->m_firstKey, other.m_firstKey);
+    std::swap(this->m_reach, other.m_reach);
+    std::swap(this->m_runLength, other.m_runLength);
 }
 
 bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table)
