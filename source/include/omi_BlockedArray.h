@@ -100,6 +100,8 @@ protected:
         }
     }
     T* ChunkCells(unsigned int k) noexcept { return m_chunks[k].get(); }
+    /// Chunk(k) for a slot that is there.
+    const T* ChunkAt(unsigned int k) const noexcept { return m_chunks[k].get(); }
     unsigned int Bits() const noexcept { return m_bits; }
 
 private:

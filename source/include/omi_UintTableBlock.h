@@ -66,6 +66,25 @@ public:
         *cells = chunk != nullptr ? chunk + std::size_t{i} * WORD_BITS : nullptr;
         return chunk != nullptr ? Words(chunk)[i] : 0;
     }
+    /// The first cell of the first word with an occupied cell at or behind `cell`, the start of a word; CellCount() when
+    /// there is none.
+    unsigned int FindWord(unsigned int cell) const noexcept
+    {
+        const unsigned int slots = this->SlotCount();
+        unsigned int i = (cell & (this->ChunkSize() - 1)) / WORD_BITS;
+        for (unsigned int k = cell >> this->Bits(); k < slots; ++k, i = 0) {
+            const T* const chunk = this->ChunkAt(k);
+            if (chunk == nullptr) {
+                continue;
+            }
+            for (; i < WordCount(this->Bits()); ++i) {
+                if (Words(chunk)[i] != 0) {
+                    return (k << this->Bits()) + i * WORD_BITS;
+                }
+            }
+        }
+        return CellCount();
+    }
     /// Cells that share a word.
     unsigned int CellsPerWord() const noexcept { return std::min(this->ChunkSize(), WORD_BITS); }
     unsigned int CellCount() const noexcept { return this->SlotCount() << this->Bits(); }

@@ -236,14 +236,12 @@ template <class T> bool omi_UintTableIterator<T>::EnterBlock(std::int64_t index)
 
 template <class T> bool omi_UintTableIterator<T>::SearchUp(unsigned int cell) noexcept
 {
-    while (cell < m_block->CellCount()) {
-        if (EnterWord(cell)) {
-            MoveToBit(std::countr_zero(m_word));
-            return true;
-        }
-        cell = m_cells != nullptr ? cell + m_block->CellsPerWord() : (cell | (m_block->ChunkSize() - 1)) + 1;
+    const unsigned int found = m_block->FindWord(cell);
+    const bool isFound = found < m_block->CellCount() && EnterWord(found);
+    if (isFound) {
+        MoveToBit(std::countr_zero(m_word));
     }
-    return false;
+    return isFound;
 }
 
 template <class T> bool omi_UintTableIterator<T>::SearchDown(unsigned int cell) noexcept
