@@ -46,11 +46,8 @@ std::string_view UpToZeroByte(std::string_view text)
 
 cow_1DArrayList<int, int> Offsets(const real_pcre& compiled, int pairs)
 {
-    cow_1DArrayList<int, int> offsets;
-    offsets.Reserve(2 * pairs);
-    for (int i = 0; i < 2 * pairs; ++i) {
-        offsets.Append(static_cast<int>(compiled.offsets[i])); // unset ones become -1
-    }
+    cow_1DArrayList<int, int> offsets(2 * pairs);
+    rgx_detail::CopyOffsets(compiled.offsets, pairs, offsets.Write());
     return offsets;
 }
 

@@ -132,10 +132,7 @@ int rgx_pcre_exec(const real_pcre* code, const real_pcre_extra*, const char* sub
         return result;
     }
     const int room = offsetCount / 2;
-    const int count = 2 * std::min(code->pairs, room);
-    for (int i = 0; i < count; ++i) {
-        offsets[i] = static_cast<int>(code->offsets[i]); // unset ones become -1
-    }
+    rgx_detail::CopyOffsets(code->offsets, std::min(code->pairs, room), offsets);
     return result <= room ? result : 0;
 }
 

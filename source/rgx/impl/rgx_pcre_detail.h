@@ -21,6 +21,15 @@ struct Release
 };
 template <class T> using Owned = std::unique_ptr<T, Release>;
 
+/// Unset ones become -1. A pair at a time, since most patterns have few.
+inline void CopyOffsets(const PCRE2_SIZE* from, int pairs, int* to) noexcept
+{
+    for (const PCRE2_SIZE* const end = from + 2 * pairs; from != end; from += 2, to += 2) {
+        to[0] = static_cast<int>(from[0]);
+        to[1] = static_cast<int>(from[1]);
+    }
+}
+
 } // namespace rgx_detail
 
 struct real_pcre_extra
