@@ -61,7 +61,12 @@ void omu_Primitive::ReadTypeCode(bio_Ifilter& in, omu_Primitive& value, const ch
     const std::uint64_t start = in.Offset();
     char code = '\0';
     in >> code;
-    if (std::string_view(allowedCodes).find(code) == std::string_view::npos) {
+    // One or two characters: looking at them here is cheaper than any call, and every value that is read gets here.
+    const char* allowed = allowedCodes;
+    while (*allowed != '\0' && *allowed != code) {
+        ++allowed;
+    }
+    if (*allowed == '\0') {
         in.FailAt("type code of another class", start);
     }
     value.m_typeCode = code;
