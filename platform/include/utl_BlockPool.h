@@ -9,9 +9,9 @@
 /// touches the general allocator only once.
 ///
 /// Ownership:  whoever allocates frees, with the same size; on any thread.
-/// Threads:    each thread keeps its own blocks, at most MAX_KEPT_BLOCKS of a size class (16, 32, ... bytes). They go
-///             back to the general allocator when the thread ends, after the thread's singletons are gone; what the
-///             thread frees later goes there directly.
+/// Threads:    each thread keeps its own blocks, at most MAX_KEPT_BLOCKS and 4 KiB of a size class (16, 32, ... bytes).
+///             What is more, and what is left when the thread ends after its singletons are gone, goes to a store for
+///             all threads, which grows by 4 KiB at a time and never shrinks: as large as what was once in use.
 /// Complexity: a few loads and stores for sizes up to MAX_POOLED_BYTES; larger ones go straight to operator new.
 /// Errors:     std::bad_alloc.
 /// Under the sanitizers every request goes to operator new, so that they see each block's lifetime.

@@ -3,6 +3,7 @@
 #include "VEXcrt_System.h"
 
 #include <atomic>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -25,10 +26,68 @@ struct FreeBlock
     FreeBlock* next;
 };
 
+/// The first block of a batch: a list of blocks that no thread keeps.
+struct Batch : FreeBlock
+{
+    Batch* nextBatch;
+};
+static_assert(sizeof(Batch) <= GRAIN);
+
+// Blocks come and go between threads, and from the general allocator, as lists of about this many bytes.
+constexpr std::size_t BATCH_BYTES = 4096;
+
+constexpr std::size_t BlockBytes(std::size_t sizeClass) noexcept
+{
+    return (sizeClass + 1) * GRAIN;
+}
+
+constexpr std::size_t BatchBlocks(std::size_t sizeClass) noexcept
+{
+    return BATCH_BYTES / BlockBytes(sizeClass);
+}
+
+/// The blocks that no thread keeps, for all threads.
+class Store
+{
+public:
+    void Give(FreeBlock* blocks, std::size_t sizeClass) noexcept
+    {
+        FreeBlock* const others = blocks->next;
+        const std::lock_guard lock(m_mutex);
+        m_batches[sizeClass] = new (blocks) Batch{{others}, m_batches[sizeClass]};
+    }
+    /// A list of blocks, never empty; new ones when none are left.
+    FreeBlock* Take(std::size_t sizeClass)
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            if (Batch* const batch = m_batches[sizeClass]) {
+                m_batches[sizeClass] = batch->nextBatch;
+                return batch;
+            }
+        }
+        const std::size_t bytes = BlockBytes(sizeClass);
+        auto* const memory = static_cast<std::byte*>(::operator new(BatchBlocks(sizeClass) * bytes));
+        FreeBlock* first = nullptr;
+        for (std::size_t i = BatchBlocks(sizeClass); i-- != 0;) {
+            first = new (memory + i * bytes) FreeBlock{first};
+        }
+        return first;
+    }
+
+private:
+    std::mutex m_mutex;
+    Batch* m_batches[CLASSES] = {};
+};
+
+constinit Store store;
+
 struct FreeList
 {
     FreeBlock* first = nullptr;
-    std::size_t room = 0; // how many more blocks it may keep
+    std::size_t room = 0; // how many more blocks it may keep there
+    FreeBlock* spare = nullptr;
+    std::size_t spareCount = 0; // at least as many as are in `spare`; as many as make a batch go to the store
 };
 
 struct Pool
@@ -80,15 +139,17 @@ void EndPool()
 {
     Pool& pool = Current();
     SetCurrent(noPoolAnyMore);
-    for (const FreeList& list : pool.lists) {
-        for (FreeBlock* block = list.first; block;) {
-            ::operator delete(std::exchange(block, block->next));
+    for (std::size_t sizeClass = 0; sizeClass < CLASSES; ++sizeClass) {
+        for (FreeBlock* const batch : {pool.lists[sizeClass].first, pool.lists[sizeClass].spare}) {
+            if (batch) {
+                store.Give(batch, sizeClass);
+            }
         }
     }
     delete &pool;
 }
 
-/// Gives the calling thread its pool; without one every block goes back to the general allocator.
+/// Gives the calling thread its pool; without one every block comes from the store and goes back there.
 void StartPool() noexcept
 {
     Pool* const pool = new (std::nothrow) Pool;
@@ -116,18 +177,51 @@ inline std::size_t SizeClass(std::size_t bytes) noexcept
     return (bytes - 1) / GRAIN;
 }
 
-[[gnu::noinline]] void FreeWithoutRoom(void* block, std::size_t sizeClass) noexcept
+/// The list of the thread's own pool, or null when it has none; starts one if it never had.
+FreeList* OwnList(std::size_t sizeClass) noexcept
 {
     if (&Current() == &noPoolYet) {
         StartPool();
     }
-    FreeList& list = Current().lists[sizeClass];
-    if (list.room == 0) {
-        ::operator delete(block);
-        return;
+    const bool isOwn = &Current() != &noPoolYet && &Current() != &noPoolAnyMore;
+    return isOwn ? &Current().lists[sizeClass] : nullptr;
+}
+
+[[gnu::noinline]] void* AllocateFromSpare(std::size_t sizeClass)
+{
+    FreeList* const list = OwnList(sizeClass);
+    if (!list) {
+        FreeBlock* const block = store.Take(sizeClass);
+        if (block->next) {
+            store.Give(block->next, sizeClass);
+        }
+        return block;
     }
-    --list.room;
-    list.first = new (block) FreeBlock{list.first};
+    if (!list->spare) {
+        list->spare = store.Take(sizeClass);
+        list->spareCount = BatchBlocks(sizeClass);
+    }
+    FreeBlock* const block = list->spare;
+    list->spare = block->next;
+    list->spareCount -= list->spareCount != 0;
+    return block;
+}
+
+[[gnu::noinline]] void FreeWithoutRoom(void* block, std::size_t sizeClass) noexcept
+{
+    FreeList* const list = OwnList(sizeClass);
+    if (!list) {
+        store.Give(new (block) FreeBlock{nullptr}, sizeClass);
+    } else if (list->room != 0) {
+        --list->room;
+        list->first = new (block) FreeBlock{list->first};
+    } else {
+        list->spare = new (block) FreeBlock{list->spare};
+        if (++list->spareCount >= BatchBlocks(sizeClass)) {
+            store.Give(std::exchange(list->spare, nullptr), sizeClass);
+            list->spareCount = 0;
+        }
+    }
 }
 } // namespace
 
@@ -140,7 +234,7 @@ void* utl_BlockPool::Allocate(std::size_t bytes)
     FreeList& list = Current().lists[sizeClass];
     FreeBlock* const block = list.first;
     if (!block) {
-        return ::operator new((sizeClass + 1) * GRAIN);
+        return AllocateFromSpare(sizeClass);
     }
     list.first = block->next;
     ++list.room;
