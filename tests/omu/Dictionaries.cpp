@@ -15,6 +15,7 @@
 
 #include <limits>
 #include <tuple>
+#include <vector>
 
 namespace
 {
@@ -22,17 +23,17 @@ namespace
 using Strings = omu_PrimDictionary<cow_String>;
 using Ints = omu_PrimDictionary<int>;
 
-/// Which of the stored kinds a target of type T takes, one letter each.
-template <class T> std::string Accepted(const Strings& values)
+/// The stored kinds that a target of each type takes are these, one letter each.
+template <class... T> void ExpectAccepted(const Strings& values, const std::string& promised)
 {
-    std::string accepted;
-    for (const cow_String& key : values.Keys()) {
-        T target{};
-        if (values.Get(target, key) != 0) {
-            accepted += key.AsCharPtr();
+    const auto accepted = [&values](auto target) {
+        std::string letters;
+        for (const cow_String& key : values.Keys()) {
+            letters += values.Get(target, key) != 0 ? key.AsCharPtr() : "";
         }
-    }
-    return accepted;
+        return letters;
+    };
+    EXPECT_EQ(std::vector<std::string>({accepted(T{})...}), std::vector<std::string>(sizeof...(T), promised));
 }
 
 } // namespace
@@ -60,33 +61,25 @@ TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
     values.Put(Strings(), "S");
     values.Put(omu_ObjectRef(part), "o");
     values.Put(omu_PrimExpr("e"), "e");
-    EXPECT_EQ(Accepted<double>(values), "fiu");
-    EXPECT_EQ(Accepted<int>(values), "iu");
-    EXPECT_EQ(Accepted<unsigned int>(values), "iu");
-    EXPECT_EQ(Accepted<const char*>(values), "s");
-    EXPECT_EQ(Accepted<cow_String>(values), "s");
-    EXPECT_EQ(Accepted<omi_complex>(values), "x");
-    EXPECT_EQ(Accepted<utl_FilePath>(values), "s");
-    EXPECT_EQ(Accepted<omu_PrimPath>(values), "p");
-    EXPECT_EQ(Accepted<omu_PrimTuple>(values), "2ablmt");
-    EXPECT_EQ(Accepted<omu_PrimArray>(values), "ab");
-    EXPECT_EQ(Accepted<omu_PrimEnumBase>(values), "c");
-    EXPECT_EQ(Accepted<omu_PrimNone>(values), "n");
-    EXPECT_EQ(Accepted<omu_PrimType>(values), "y");
-    EXPECT_EQ(Accepted<Strings>(values), "S");
-    EXPECT_EQ(Accepted<Ints>(values), "I");
-    EXPECT_EQ(Accepted<const omu_InterfaceObj*>(values), "o");
-    EXPECT_EQ(Accepted<cow_List<int>>(values), "at");
-    EXPECT_EQ(Accepted<cow_List<float>>(values), "at");
-    EXPECT_EQ(Accepted<cow_List<cow_String>>(values), "l");
-    EXPECT_EQ((Accepted<cow_1DArrayList<float, float>>(values)), "at");
-    EXPECT_EQ((Accepted<cow_1DArrayList<double, double>>(values)), "at");
-    EXPECT_EQ((Accepted<cow_1DArrayList<int, int>>(values)), "at");
-    EXPECT_EQ((Accepted<cow_1DArrayList<cow_String, cow_String>>(values)), "l");
-    EXPECT_EQ(Accepted<cow_1DArray<int>>(values), "at");
-    EXPECT_EQ(Accepted<cow_2DArray<double>>(values), "b");
-    EXPECT_EQ(Accepted<cow_2DArray<cow_String>>(values), "2");
-    EXPECT_EQ((Accepted<cow_Map<cow_String, float>>(values)), "m");
+    ExpectAccepted<double>(values, "fiu");
+    ExpectAccepted<int, unsigned int>(values, "iu");
+    ExpectAccepted<const char*, cow_String, utl_FilePath>(values, "s");
+    ExpectAccepted<omi_complex>(values, "x");
+    ExpectAccepted<omu_PrimPath>(values, "p");
+    ExpectAccepted<omu_PrimTuple>(values, "2ablmt");
+    ExpectAccepted<omu_PrimArray>(values, "ab");
+    ExpectAccepted<omu_PrimEnumBase>(values, "c");
+    ExpectAccepted<omu_PrimNone>(values, "n");
+    ExpectAccepted<omu_PrimType>(values, "y");
+    ExpectAccepted<Strings>(values, "S");
+    ExpectAccepted<Ints>(values, "I");
+    ExpectAccepted<const omu_InterfaceObj*>(values, "o");
+    ExpectAccepted<cow_List<int>, cow_List<float>, cow_1DArray<int>, cow_1DArrayList<int, int>,
+                   cow_1DArrayList<float, float>, cow_1DArrayList<double, double>>(values, "at");
+    ExpectAccepted<cow_List<cow_String>, cow_1DArrayList<cow_String, cow_String>>(values, "l");
+    ExpectAccepted<cow_2DArray<double>>(values, "b");
+    ExpectAccepted<cow_2DArray<cow_String>>(values, "2");
+    ExpectAccepted<cow_Map<cow_String, float>>(values, "m");
 
     const omu_InterfaceObj* object = nullptr;
     values.Get(object, "o");

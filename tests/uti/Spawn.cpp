@@ -76,11 +76,7 @@ std::string Output(const char* command, const uti_Spawn::Environment& env = {})
 TEST_F(Spawn, A_command_is_cut_into_words_overrides_and_redirections)
 {
     Make("in", "b\na\n", 0644);
-    const struct
-    {
-        const char* command;
-        const char* output;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"printf [%s] a  'b  \"c' \"d '\" \t e", "[a][b  \"c][d '][e]"},
         {R"(printf [%s] a\ b "\"\\\x" '\' c"d"'e' '' \>)", R"([a b]["\\x][\][cde][][>])"},
         {"printf [%s] a|b * $HOME A=1", "[a|b][*][$HOME][A=1]"},
@@ -99,10 +95,10 @@ TEST_F(Spawn, A_command_is_cut_into_words_overrides_and_redirections)
         {"echo > a", "Stream stdout has already redirected."},
         {"no-such-program", "no-such-program not found in PATH."},
     };
-    for (const auto& row : rows) {
+    for (const auto& [command, promised] : rows) {
         std::string output;
-        const std::string refusal = ErrorOf([&] { output = Output(row.command); });
-        EXPECT_EQ(refusal.empty() ? output : refusal, row.output) << row.command;
+        const std::string refusal = ErrorOf([&] { output = Output(command); });
+        EXPECT_EQ(refusal.empty() ? output : refusal, promised) << command;
     }
 }
 

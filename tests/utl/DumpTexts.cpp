@@ -12,6 +12,7 @@
 #include <locale>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace
 {
@@ -61,18 +62,13 @@ TEST(DebugPrint, Text_appears_only_between_start_and_end)
 
 TEST(DebugFlags, A_flags_text_is_a_whole_32_bit_number_or_nothing)
 {
-    struct Row
-    {
-        const char* text;
-        std::uint32_t flags;
-    };
-    const Row rows[] = {{"", 0},      {"5", 5},           {"4294967295", 0xFFFFFFFF},
-                        {"0x1f", 31}, {"0XFF", 255},      {"4294967296", 0},
-                        {"0x", 0},    {"1 ", 0},          {" 1", 0},
-                        {"-1", 0},    {"0x-1", 0},        {"1.5", 0},
-                        {"on", 0},    {"0x100000000", 0}, {"010", 10}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(typ_DebugFlags::Parse(row.text), row.flags) << '"' << row.text << '"';
+    const std::pair<const char*, std::uint32_t> rows[] = {{"", 0},      {"5", 5},           {"4294967295", 0xFFFFFFFF},
+                                                          {"0x1f", 31}, {"0XFF", 255},      {"4294967296", 0},
+                                                          {"0x", 0},    {"1 ", 0},          {" 1", 0},
+                                                          {"-1", 0},    {"0x-1", 0},        {"1.5", 0},
+                                                          {"on", 0},    {"0x100000000", 0}, {"010", 10}};
+    for (const auto& [text, flags] : rows) {
+        EXPECT_EQ(typ_DebugFlags::Parse(text), flags) << '"' << text << '"';
     }
 }
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace
 {
@@ -71,19 +72,15 @@ TEST_F(ObjectStream, A_dump_nests_objects)
 
 TEST_F(ObjectStream, Ids_that_may_not_stand_there_are_named)
 {
-    struct Row
-    {
-        std::uint32_t id;
-        const char* refusal;
-    };
-    const Row rows[] = {{0xEA620001, "unknown type id 0xEA620001 at offset 0"},
-                        {0xEA610003, "unknown type id 0xEA610003 at offset 0"},
-                        {0xEA610000, "unknown type id 0xEA610000 at offset 0"},
-                        {0x1F0002, "type nex_TextException where Shape is expected at offset 0"},
-                        {SHAPE, "type Shape is abstract at offset 0"},
-                        {NAMED_ONLY, "type NamedOnly has no stream functions at offset 0"}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(ShapeFrom(BytesOf(row.id) + std::string(8, '\0')), row.refusal);
+    const std::pair<std::uint32_t, const char*> rows[] = {
+        {0xEA620001, "unknown type id 0xEA620001 at offset 0"},
+        {0xEA610003, "unknown type id 0xEA610003 at offset 0"},
+        {0xEA610000, "unknown type id 0xEA610000 at offset 0"},
+        {0x1F0002, "type nex_TextException where Shape is expected at offset 0"},
+        {SHAPE, "type Shape is abstract at offset 0"},
+        {NAMED_ONLY, "type NamedOnly has no stream functions at offset 0"}};
+    for (const auto& [id, refusal] : rows) {
+        EXPECT_EQ(ShapeFrom(BytesOf(id) + std::string(8, '\0')), refusal);
     }
 }
 
