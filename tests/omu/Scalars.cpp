@@ -83,9 +83,10 @@ TEST(Number, Text_is_that_of_the_C_library)
 {
     std::mt19937_64 random(20261121);
     for (int i = 0; i < 20000; ++i) {
-        // Any bits, fractions of few digits, and whole numbers around the change to exponents.
+        // Any bits, fractions of few digits, and numbers around the changes to fewer decimals and to exponents.
         const double values[] = {
-            std::bit_cast<double>(random()), static_cast<double>(random() % 1000000) / 1000, 1e15 - 0.1 * (i % 8),
+            std::bit_cast<double>(random()), (static_cast<double>(random() % 2000000) - 1e6) / std::pow(10, i % 12),
+            1e9 + 1e-6 * (i % 16 - 8), 1e15 - 0.1 * (i % 8),
             std::round(std::ldexp(static_cast<double>(random()), -static_cast<int>(random() % 40)))};
         for (const double value : values) {
             if (std::isfinite(value)) {

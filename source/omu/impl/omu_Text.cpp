@@ -37,6 +37,35 @@ char* WriteFifteenDigits(char* text, char* limit, double value)
     return std::to_chars(text, limit, value, std::chars_format::general, MAX_DIGITS).ptr;
 }
 
+/// Writes a number that is no whole one and has at most six decimals and fifteen digits, as "%.15g" does; the result is
+/// its end, or null for other numbers. Such a number is one integer divided by a million, which is exact enough to tell:
+/// the division rounds correctly, as reading the digits would.
+char* WriteShortDecimal(char* text, char* limit, double value)
+{
+    constexpr int DECIMALS = 6;
+    constexpr std::int64_t SCALE = 1'000'000;
+    const double size = std::fabs(value);
+    if (!(size >= 1e-4 && size < 1e9)) { // where "%g" uses fixed notation, and fifteen digits are enough
+        return nullptr;
+    }
+    const auto scaled = static_cast<std::int64_t>(size * SCALE + 0.5);
+    if (static_cast<double>(scaled) / SCALE != size) {
+        return nullptr;
+    }
+    *text = '-';
+    char* const point = std::to_chars(text + (value < 0), limit, scaled / SCALE).ptr;
+    *point = '.';
+    char* end = point + 1 + DECIMALS;
+    std::int64_t rest = scaled % SCALE;
+    for (char* digit = end; digit != point + 1; rest /= 10) {
+        *--digit = static_cast<char>('0' + rest % 10);
+    }
+    while (end[-1] == '0') {
+        --end;
+    }
+    return end;
+}
+
 /// The first character that does not stand for itself between quotes, or npos.
 std::size_t FindEscaped(std::string_view text)
 {
@@ -119,10 +148,14 @@ void omu_AppendDouble(std::string& text, double value)
         std::fabs(value) < 1e15 && value == std::trunc(value) && !(value == 0 && std::signbit(value));
     char digits[32];
     char* const limit = digits + sizeof digits;
-    const char* const end = isShortWhole ? std::to_chars(digits, limit, static_cast<std::int64_t>(value)).ptr
-                                         : WriteFifteenDigits(digits, limit, value);
-    text.append(std::string_view(digits, end));
-    if (isShortWhole || std::string_view(digits, end).find_first_of(".e") == std::string_view::npos) {
+    if (isShortWhole) {
+        text.append(digits, std::to_chars(digits, limit, static_cast<std::int64_t>(value)).ptr);
         text += ".0";
+    } else if (char* const shortEnd = WriteShortDecimal(digits, limit, value)) {
+        text.append(digits, shortEnd);
+    } else {
+        const std::string_view written(digits, WriteFifteenDigits(digits, limit, value));
+        text += written;
+        text += written.find_first_of(".e") == std::string_view::npos ? ".0" : "";
     }
 }
