@@ -127,7 +127,10 @@ rgx_ReIterator rgx_match(const cow_String& pattern, const cow_String& subject)
     if (pairs == 0) {
         return {};
     }
-    return {text.size() == subject.size() ? subject : cow_String(text), Offsets(compiled, pairs)};
+    if (text.size() == subject.size()) {
+        return {subject, Offsets(compiled, pairs)}; // shared, without a holder in between
+    }
+    return {cow_String(text), Offsets(compiled, pairs)};
 }
 
 rgx_ReIterator rgx_match(const cow_String& pattern, const char* subject)
