@@ -3,6 +3,7 @@
 
 #include "omi_BtreeIterator.h"
 #include "omi_UintTableIterator.h"
+#include "omu_IdSeqIntObj.h"
 #include "omu_ListArrayInt.h"
 #include "omu_Table.h"
 
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <malloc.h>
 #include <map>
 #include <random>
 #include <string>
@@ -139,11 +141,23 @@ unsigned int Look(const Indexed& map, unsigned int key)
     return key < map.values.size() ? map.values[key] : 0;
 }
 
+/// Bytes that the general allocator has given out, with those that it keeps for the next small requests: means little
+/// for small containers.
+double BytesInUse()
+{
+    const auto info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
 template <class Map> void Find(benchmark::State& state, const Keys& keys, bool inOrder)
 {
+    const double before = BytesInUse();
     Map map;
     for (const unsigned int key : keys) {
         Put(map, key);
+    }
+    if (keys.size() == KEYS) {
+        state.counters["bytes_per_key"] = (BytesInUse() - before) / KEYS;
     }
     const Keys wanted = inOrder ? keys : Shuffled(keys);
     for (auto _ : state) {
@@ -271,6 +285,36 @@ void Compress(benchmark::State& state, const Keys& keys)
     for (auto _ : state) {
         benchmark::DoNotOptimize(list.Compress().ConstRuns().data());
     }
+    state.SetItemsProcessed(state.iterations() * std::ssize(keys));
+}
+
+class Ids final : public omu_IdSeqIntObj
+{
+public:
+    explicit Ids(const cow_1DArray<int>& ids)
+    {
+        m_ids = ids;
+        m_length = ids.Length();
+    }
+    omu_Primitive* Copy() const override { return new Ids(*this); }
+};
+
+/// Of ids of which every second one is there twice.
+void RemoveDuplicates(benchmark::State& state, const Keys& keys)
+{
+    Keys twice = keys;
+    twice.resize(keys.size() / 3 * 2);
+    for (std::size_t i = 0; twice.size() < keys.size(); ++i) {
+        twice.push_back(keys[2 * i]);
+    }
+    const Keys shuffled = Shuffled(twice);
+    const cow_1DArray<int> ids(shuffled.begin(), shuffled.end());
+    for (auto _ : state) {
+        Ids sequence(ids);
+        sequence.omu_SeqIntObj::RemoveDuplicates();
+        benchmark::DoNotOptimize(sequence.Length());
+    }
+    state.SetItemsProcessed(state.iterations() * std::ssize(keys));
 }
 
 void CompressByMap(benchmark::State& state, const Keys& keys)
@@ -337,6 +381,14 @@ const bool registered = [] {
                                      [keys = keys](auto& state) { IterateUintTable(state, keys()); });
         benchmark::RegisterBenchmark((std::string("uint_iterate/") + name + "/btree_map").c_str(),
                                      [keys = keys](auto& state) { Iterate<BtreeMap>(state, keys()); });
+    }
+    for (const std::size_t count : {62500, 250000, 1000000}) {
+        Keys few = Gaps();
+        few.resize(count);
+        const std::string end = "_growth/" + std::to_string(count);
+        benchmark::RegisterBenchmark(("compress" + end).c_str(), [=](auto& state) { Compress(state, few); });
+        benchmark::RegisterBenchmark(("remove_duplicates" + end).c_str(),
+                                     [=](auto& state) { RemoveDuplicates(state, few); });
     }
     RegisterNames<NameTree>("kernel");
     RegisterNames<NameMap>("map");
