@@ -69,6 +69,11 @@ def test_a_handle_whose_object_is_gone_raises_access_error():
             use()
         assert type(caught.value) is vexomu.AccessError
         assert str(caught.value) == "shelf.box('old') no longer exists"
+    remover = type("Remover", (), {"__index__": lambda self: shelf.remove() or 1})()
+    for use in (lambda box: box.describe(remover), lambda box: setattr(box, "name", remover),
+                lambda box: box + remover, lambda box: remover - box):
+        with pytest.raises(ReferenceError):  # while its argument is converted
+            use(shelf.add("old"))
     assert box in key and isinstance(box, vexomu.Object)
     shelf.add("new")
     with pytest.raises(ReferenceError):

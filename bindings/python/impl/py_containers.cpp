@@ -31,6 +31,12 @@ PyObject* NotOffered(PyObject* self, const char* what)
     return nullptr;
 }
 
+/// Throws when the object is gone: Python code ran, as indices and values may have of their own.
+void RequireAlive(PyObject* self)
+{
+    pyUnwrapObject(self);
+}
+
 /// What a kernel operation gave; null: it is not offered.
 PyObject* TakeOffered(PyObject* self, omu_Primitive* value, const char* what)
 {
@@ -57,6 +63,7 @@ int ChangeItem(PyObject* self, MakeKey makeKey, PyObject* value, const char* wha
         if (value != nullptr) {
             arguments.Put(std::move(shown));
         }
+        RequireAlive(self);
         entry.DescribeCall(object, pyJournalNameOf(self), method, arguments);
     }
     if (!change()) {
@@ -166,6 +173,7 @@ template <class Result, class Use> Result WithKey(PyObject* self, PyObject* obje
         return WithRepository(self, [&](auto& repository) {
             typename KeyTypeOf<std::remove_cvref_t<decltype(repository)>>::type key{};
             const KeyKind kind = ReadKey(object, key);
+            RequireAlive(self);
             return kind == KeyKind::FAILED ? failed : use(repository, key, kind == KeyKind::FITS);
         });
     });
@@ -292,12 +300,12 @@ struct Range
 };
 
 /// The elements that a slice means; false with a Python error set.
-bool ReadSlice(PyObject* slice, const omu_SeqIntObj& sequence, Range& range)
+bool ReadSlice(PyObject* slice, PyObject* self, Range& range)
 {
     if (PySlice_Unpack(slice, &range.start, &range.stop, &range.step) < 0) {
         return false;
     }
-    range.count = PySlice_AdjustIndices(std::max(sequence.Length(), 0), &range.start, &range.stop, range.step);
+    range.count = PySlice_AdjustIndices(std::max(SequenceOf(self).Length(), 0), &range.start, &range.stop, range.step);
     range.stop = std::max(range.start, range.stop);
     return true;
 }
@@ -326,15 +334,15 @@ PyObject* SequenceItem(PyObject* self, Py_ssize_t index)
 PyObject* SequenceSubscript(PyObject* self, PyObject* key)
 {
     return pyGuard(static_cast<PyObject*>(nullptr), [&]() -> PyObject* {
-        const omu_SeqIntObj& sequence = SequenceOf(self);
         Range range{};
         int index = 0;
         if (!PySlice_Check(key)) {
-            return ReadIndex(key, index) ? Element(self, sequence, index) : nullptr;
+            return ReadIndex(key, index) ? Element(self, SequenceOf(self), index) : nullptr;
         }
-        if (!ReadSlice(key, sequence, range)) {
+        if (!ReadSlice(key, self, range)) {
             return nullptr;
         }
+        const omu_SeqIntObj& sequence = SequenceOf(self);
         if (range.step != 1) {
             return Stepped(self, sequence, range);
         }
@@ -343,24 +351,26 @@ PyObject* SequenceSubscript(PyObject* self, PyObject* key)
     });
 }
 
-int DeleteElement(PyObject* self, omu_SeqIntObj& sequence, PyObject* key)
+int DeleteElement(PyObject* self, PyObject* key)
 {
     int index = 0;
     if (!ReadIndex(key, index)) {
         return -1;
     }
+    omu_SeqIntObj& sequence = SequenceOf(self);
     const int position = sequence.ConvertSubscrIndex(index);
     return ChangeItem(
         self, [&] { return omu_PrimHolder(new omu_PrimNumber(position)); }, nullptr, "item deletion",
         [&] { return sequence.Remove(position) != 0; });
 }
 
-int DeleteSlice(PyObject* self, omu_SeqIntObj& sequence, PyObject* key)
+int DeleteSlice(PyObject* self, PyObject* key)
 {
     Range range{};
-    if (!ReadSlice(key, sequence, range)) {
+    if (!ReadSlice(key, self, range)) {
         return -1;
     }
+    omu_SeqIntObj& sequence = SequenceOf(self);
     const auto low = static_cast<int>(range.start);
     const auto high = static_cast<int>(range.stop);
     const auto makeKey = [&] {
@@ -377,8 +387,7 @@ int SequenceAssign(PyObject* self, PyObject* key, PyObject* value)
             NotOffered(self, "item assignment");
             return -1;
         }
-        omu_SeqIntObj& sequence = SequenceOf(self);
-        return PySlice_Check(key) ? DeleteSlice(self, sequence, key) : DeleteElement(self, sequence, key);
+        return PySlice_Check(key) ? DeleteSlice(self, key) : DeleteElement(self, key);
     });
 }
 

@@ -142,30 +142,31 @@ bool CommitEntry(PyJournalEntry& entry, PyObject* result)
 PyObject* CallMethod(PyObject* handle, const Descriptor& method, PyObject* const* values, Py_ssize_t positional,
                      PyObject* keywordNames)
 {
-    omu_InterfaceObj& object = ReferenceOf(handle).Target();
+    // Its target is asked for each time: converting values and warning may run Python code that deletes it.
+    omu_ObjectRef& object = ReferenceOf(handle);
     omu_Arguments arguments(static_cast<int>(positional));
     if (!FillArguments(arguments, values, positional, keywordNames)) {
         return nullptr;
     }
     PyJournalEntry entry;
-    if (entry.IsWanted(object, method.info.name)) {
+    if (entry.IsWanted(object.Target(), method.info.name)) {
         // Before the call: it may change what paths lead to.
         const PyJournalRendering rendering;
         omu_Arguments shown(static_cast<int>(positional));
         if (!FillArguments(shown, values, positional, keywordNames)) {
             return nullptr;
         }
-        entry.DescribeCall(object, JournalNameOf(handle), method.info.name, shown);
+        entry.DescribeCall(object.Target(), JournalNameOf(handle), method.info.name, shown);
     }
     bool deprecated = false;
-    if (method.info.deprecated && !object.IsMethod(method.info.name, deprecated)) {
+    if (method.info.deprecated && !object.Target().IsMethod(method.info.name, deprecated)) {
         SetNoAttribute(handle, method);
         return nullptr;
     }
     if (deprecated && !WarnDeprecated(method)) {
         return nullptr;
     }
-    PyRef result(pyTakeResult(object.CallMethod("", method.info.name, arguments, deprecated)));
+    PyRef result(pyTakeResult(object.Target().CallMethod("", method.info.name, arguments, deprecated)));
     if (!result || !CommitEntry(entry, result.Get()) || !WarnDeprecatedKeywords(arguments)) {
         return nullptr;
     }
@@ -223,13 +224,13 @@ PyObject* GetMember(PyObject* handle, const Descriptor& member)
 
 int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
 {
-    omu_InterfaceObj& object = ReferenceOf(handle).Target();
+    omu_ObjectRef& object = ReferenceOf(handle); // as in a call
     if (value == nullptr) {
         PyJournalEntry entry;
-        if (entry.IsWanted(object, member.info.name)) {
-            entry.DescribeDeletion(object, JournalNameOf(handle), member.info.name);
+        if (entry.IsWanted(object.Target(), member.info.name)) {
+            entry.DescribeDeletion(object.Target(), JournalNameOf(handle), member.info.name);
         }
-        if (object.DeleteMember(cow_String(member.info.name))) {
+        if (object.Target().DeleteMember(cow_String(member.info.name))) {
             return entry.Commit(nullptr, nullptr) ? 0 : -1;
         }
         SetAttributeError(handle, member, cow_String(member.info.name) + " cannot be deleted");
@@ -240,18 +241,18 @@ int SetMember(PyObject* handle, const Descriptor& member, PyObject* value)
         return -1;
     }
     PyJournalEntry entry;
-    if (entry.IsWanted(object, member.info.name)) {
+    if (entry.IsWanted(object.Target(), member.info.name)) {
         const PyJournalRendering rendering;
         omu_PrimHolder shown = pyFromPython(value);
         if (!shown) {
             return -1;
         }
-        entry.DescribeAssignment(object, JournalNameOf(handle), member.info.name, std::move(shown));
+        entry.DescribeAssignment(object.Target(), JournalNameOf(handle), member.info.name, std::move(shown));
     }
     omu_Arguments arguments(1);
     arguments.Put(std::move(converted));
     bool deprecated = false;
-    const std::unique_ptr<omu_Primitive> done(object.SetMember(member.info.name, arguments, deprecated));
+    const std::unique_ptr<omu_Primitive> done(object.Target().SetMember(member.info.name, arguments, deprecated));
     if (done == nullptr && member.info.deprecated && !deprecated) {
         SetNoAttribute(handle, member);
         return -1;

@@ -50,12 +50,16 @@ PyObject* Binary(PyObject* left, PyObject* right)
     }
     return pyGuard(static_cast<PyObject*>(nullptr), [&]() -> PyObject* {
         std::unique_ptr<omu_Primitive> keepers[2];
-        omu_InterfaceObj* const a = Operand(left, right, keepers[0]);
-        omu_InterfaceObj* const b = a != nullptr ? Operand(right, left, keepers[1]) : nullptr;
+        // A kernel object last: making a value of the other operand may run Python code that deletes it.
+        const bool isRightFirst = pyUnwrapsToObject(left);
+        PyObject* const first = isRightFirst ? right : left;
+        PyObject* const second = isRightFirst ? left : right;
+        omu_InterfaceObj* const a = Operand(first, second, keepers[0]);
+        omu_InterfaceObj* const b = a != nullptr ? Operand(second, first, keepers[1]) : nullptr;
         if (b == nullptr) {
             return PyErr_Occurred() != nullptr ? nullptr : Py_NewRef(Py_NotImplemented);
         }
-        return pyTakeResult((a->*operation)(b));
+        return pyTakeResult(isRightFirst ? (b->*operation)(a) : (a->*operation)(b));
     });
 }
 
