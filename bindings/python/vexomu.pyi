@@ -66,19 +66,19 @@ class KeyError(builtins.KeyError): ...
 class AccessError(ReferenceError): ...
 class XypError(RuntimeError): ...
 
-def array(values: Any, kind: str) -> Any:
+def array(values: Any, kind: str, /) -> Any:
     """Numbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."""
 
-def startJournal(path: str | os.PathLike[str]) -> None:
+def startJournal(path: str | os.PathLike[str], /) -> None:
     """Writes what succeeds from here on into the file, as a script that does it again."""
 
 def stopJournal() -> None:
     """Closes the journal."""
 
-def match(pattern: str, text: str) -> tuple[str, ...] | None:
+def match(pattern: str, text: str, /) -> tuple[str, ...] | None:
     """The first match and its groups, or None. Patterns are PCRE2's."""
 
-def split(pattern: str, text: str) -> list[str]:
+def split(pattern: str, text: str, /) -> list[str]:
     """The pieces between matches; empty ones before a match are left out."""
 
 def substitute(pattern: str, text: str, replacement: str, count: int = 2147483647) -> str:

@@ -415,7 +415,7 @@ PyObject* NewArray(PyObject*, PyObject* arguments)
 
 PyMethodDef functions[] = {
     {"array", NewArray, METH_VARARGS,
-     "array(values, kind)\n--\n\nNumbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."},
+     "array(values, kind, /)\n--\n\nNumbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."},
     {},
 };
 

@@ -125,7 +125,7 @@ PyObject* StopJournal(PyObject*, PyObject*)
 
 PyMethodDef functions[] = {
     {"startJournal", StartJournal, METH_O,
-     "startJournal(path)\n--\n\nWrites what succeeds from here on into the file, as a script that does it again."},
+     "startJournal(path, /)\n--\n\nWrites what succeeds from here on into the file, as a script that does it again."},
     {"stopJournal", StopJournal, METH_NOARGS, "stopJournal()\n--\n\nCloses the journal."},
     {},
 };

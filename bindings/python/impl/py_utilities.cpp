@@ -273,9 +273,9 @@ template <class Function> PyCFunction AsFunction(Function* function)
 
 PyMethodDef functions[] = {
     {"match", AsFunction(Match), METH_FASTCALL,
-     "match(pattern, text)\n--\n\nThe first match and its groups as a tuple, or None. Patterns are PCRE2's."},
+     "match(pattern, text, /)\n--\n\nThe first match and its groups as a tuple, or None. Patterns are PCRE2's."},
     {"split", AsFunction(Split), METH_FASTCALL,
-     "split(pattern, text)\n--\n\nThe pieces between matches; empty ones before a match are left out."},
+     "split(pattern, text, /)\n--\n\nThe pieces between matches; empty ones before a match are left out."},
     {"substitute", AsFunction(Substitute), METH_VARARGS | METH_KEYWORDS,
      "substitute(pattern, text, replacement, count=2147483647)\n--\n\n"
      "The text with matches replaced; $1 to $9, $&, $` and $' in the replacement are parts of the first match."},
