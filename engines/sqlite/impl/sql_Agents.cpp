@@ -1,0 +1,409 @@
+#include "cls_AgentListPrim.h"
+#include "cls_ArrayPrim.h"
+#include "cls_ObjectAgents.h"
+#include "nex_TextException.h"
+#include "sql_Collections_detail.h"
+#include "sql_MementoRead_detail.h"
+#include "sql_MementoWrite_detail.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+namespace
+{
+/// What all agents have in common: the record they serve, who uses them, and what was last seen of it.
+class Agent
+{
+protected:
+    Agent(const sql_SessionPtr& session, std::int64_t record, sql_Form form) : m_session(session), m_record(record)
+    {
+        const sql_Record head = Head();
+        if (head.form != form) {
+            Fail("it is " + sql_FormName(head.form) + ", not " + sql_FormName(form));
+        }
+        See(head);
+    }
+
+    sql_Record Head() const
+    {
+        const auto head = m_session->Reading().FindRecord(m_record);
+        if (!head) {
+            Fail("it was removed, or never committed");
+        }
+        return *head;
+    }
+    void See(const sql_Record& head) noexcept
+    {
+        m_length = static_cast<int>(head.length);
+        m_revision = head.revision;
+    }
+    bool HasChanged()
+    {
+        const sql_Record head = Head();
+        const bool hasChanged = head.revision != m_revision;
+        See(head);
+        return hasChanged;
+    }
+    /// The last chance of a collection to be stored. Where nothing may be thrown, the next commit throws.
+    void Leave(const cls_PC& collection) noexcept
+    {
+        try {
+            collection.Flush();
+        } catch (...) {
+            m_session->Defer(std::current_exception());
+            m_hasFailed = true;
+        }
+        --m_users;
+    }
+    /// After a failure that is kept for the commit, which will fail, nobody is to try again.
+    bool Refuses() const noexcept { return m_hasFailed || m_session->IsReadOnly(); }
+    [[noreturn]] void Fail(const std::string& what) const
+    {
+        const std::string text =
+            "'" + m_session->Reading().Name() + "' record " + std::to_string(m_record) + ": " + what;
+        nex_TextException(text.c_str()).Throw("engines/sqlite/impl/sql_Agents", __LINE__);
+    }
+
+    sql_SessionPtr m_session;
+    std::int64_t m_record;
+    int m_users = 0;
+    int m_length = 0;
+    std::int64_t m_revision = 0;
+    bool m_hasFailed = false;
+};
+
+template <class T> class ListAgent final : public cls_AgentListPrim<T>, Agent
+{
+public:
+    ListAgent(const sql_SessionPtr& session, std::int64_t record)
+        : Agent(session, record, sql_Form::PAGED_LIST + sql_KindOf<T>)
+    {}
+
+    int Size() override { return m_length; }
+    bool IsChanged() override { return HasChanged(); }
+    void EndWrite() override
+    {
+        if (m_hasWritten) {
+            sql_Record head = Head();
+            head.length = m_length;
+            ++head.revision;
+            m_session->Writing().PutRecord(head);
+            See(head);
+            m_hasWritten = false;
+        }
+    }
+    void WriteRange(int first, int count, const T* values) override;
+    void ReadRange(int first, int count, T* values) override;
+    void Attach() override { ++m_users; }
+    void Detach(cls_ArrayPrim<T>& array) noexcept override { Leave(array); }
+    bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
+    bool IsReadOnly() override { return Refuses(); }
+    void Register(cls_ArrayPrim<T>& array) noexcept override { m_session->Pending().Link(&array); }
+
+private:
+    static constexpr int SIZE = sql_Records::BLOCK_LENGTH;
+
+    /// How many values the block that starts at `start` holds.
+    int Stored(int start) const noexcept { return std::clamp(m_length - start, 0, SIZE); }
+    void ReadBlock(int start, int count, T* values);
+    void PutBlock(int start, int count, const T* values);
+    void WriteInBlock(int start, int offset, int count, const T* values);
+    /// Values that nobody set, from the end of the list up to `first`.
+    void Fill(int first);
+    T* Scratch()
+    {
+        if (m_scratch == nullptr) {
+            m_scratch = std::make_unique<T[]>(SIZE);
+        }
+        return m_scratch.get();
+    }
+
+    std::unique_ptr<T[]> m_scratch; // a block, for ranges that are none
+    std::string m_bytes;
+    bool m_hasWritten = false;
+};
+
+template <class T> void ListAgent<T>::ReadBlock(int start, int count, T* values)
+{
+    bool isRead = false;
+    const auto read = [&isRead, values, count](std::string_view bytes) {
+        isRead = sql_ReadItems(bytes, values, static_cast<std::size_t>(count));
+    };
+    sql_Records& records = m_session->Reading();
+    const std::string name = "block " + std::to_string(start / SIZE) + " of record " + std::to_string(m_record);
+    if (!records.ReadBlock(m_record, start / SIZE, read)) {
+        records.FailDamaged(name + " is missing");
+    }
+    if (!isRead) {
+        records.FailDamaged(name + " does not hold " + std::to_string(count) + " values");
+    }
+}
+
+template <class T> void ListAgent<T>::ReadRange(int first, int count, T* values)
+{
+    if (first < 0 || count < 0 || first > m_length - count) {
+        Fail("values " + std::to_string(first) + " to " + std::to_string(std::int64_t{first} + count) +
+             " were asked for, of " + std::to_string(m_length));
+    }
+    while (count > 0) {
+        const int start = first - first % SIZE;
+        const int stored = Stored(start);
+        const int taken = std::min(count, start + stored - first);
+        if (taken == stored) {
+            ReadBlock(start, stored, values);
+        } else {
+            ReadBlock(start, stored, Scratch());
+            std::copy_n(Scratch() + (first - start), taken, values);
+        }
+        first += taken;
+        count -= taken;
+        values += taken;
+    }
+}
+
+template <class T> void ListAgent<T>::PutBlock(int start, int count, const T* values)
+{
+    m_hasWritten = true;
+    if constexpr (std::is_same_v<T, cow_String>) {
+        m_bytes.clear();
+        sql_AppendItems(m_bytes, values, static_cast<std::size_t>(count));
+        m_session->Writing().PutBlock(m_record, start / SIZE, m_bytes);
+    } else {
+        const std::string_view bytes(reinterpret_cast<const char*>(values),
+                                     static_cast<std::size_t>(count) * sizeof(T));
+        m_session->Writing().PutBlock(m_record, start / SIZE, bytes);
+    }
+    m_length = std::max(m_length, start + count);
+}
+
+template <class T> void ListAgent<T>::WriteInBlock(int start, int offset, int count, const T* values)
+{
+    const int stored = Stored(start);
+    if (offset == 0 && count >= stored) {
+        PutBlock(start, count, values);
+        return;
+    }
+    if (stored > 0) {
+        ReadBlock(start, stored, Scratch());
+    }
+    std::copy_n(values, count, Scratch() + offset);
+    PutBlock(start, std::max(stored, offset + count), Scratch());
+}
+
+template <class T> void ListAgent<T>::Fill(int first)
+{
+    const auto unset = std::make_unique<T[]>(SIZE);
+    while (m_length < first) {
+        const int start = m_length - m_length % SIZE;
+        WriteInBlock(start, m_length - start, std::min(first - m_length, start + SIZE - m_length), unset.get());
+    }
+}
+
+template <class T> void ListAgent<T>::WriteRange(int first, int count, const T* values)
+{
+    if (first < 0 || count < 0 || count > std::numeric_limits<int>::max() - first) {
+        Fail("values from " + std::to_string(first) + " on were written, " + std::to_string(count) + " of them");
+    }
+    Fill(first);
+    while (count > 0) {
+        const int start = first - first % SIZE;
+        const int written = std::min(count, start + (SIZE - first));
+        WriteInBlock(start, first - start, written, values);
+        first += written;
+        count -= written;
+        values += written;
+    }
+}
+
+/// An agent of objects, by index or by key.
+class ObjectAgent : protected Agent
+{
+protected:
+    ObjectAgent(const sql_SessionPtr& session, std::int64_t record, int depth, sql_Form form)
+        : Agent(session, record, form), m_depth(depth)
+    {}
+
+    /// The node of the object under a key; null when there is none that this program knows.
+    sql_NodePtr Object(const sql_Key& key)
+    {
+        m_session->FinishClosed();
+        return sql_ReadNode(m_session, Head(), m_depth).KnownChild(key);
+    }
+    std::uint32_t ClassAt(const sql_Key& key)
+    {
+        const sql_NodePtr node = Object(key);
+        return node != nullptr && node->Class() != nullptr ? node->Class()->classId : 0;
+    }
+    cls_MementoRead* ReaderAt(const sql_Key& key)
+    {
+        const sql_NodePtr node = Object(key);
+        return node != nullptr ? new sql_MementoRead(node) : nullptr;
+    }
+    sql_Session::Open Open() { return m_session->OpenStored(m_record, m_depth); }
+    cls_MementoWrite* Write(const sql_Key& key, std::uint32_t classId, const cls_Uid& uid)
+    {
+        const sql_Session::Open open = Open();
+        auto written = std::make_unique<sql_MementoWrite>(m_session, m_session->OpenAt(open, key, classId, uid));
+        Touch(*open);
+        return written.release();
+    }
+    void Touch(sql_OpenRecord& open)
+    {
+        m_session->Touch(open);
+        See(open.head);
+    }
+    void Clear()
+    {
+        const sql_Session::Open open = Open();
+        while (!open->rows.empty()) {
+            m_session->Erase(*open, sql_Key(open->rows.begin()->first));
+        }
+        open->next = 0;
+        Touch(*open);
+    }
+
+    int m_depth;
+};
+
+class ObjListAgent final : public cls_AgentListObj, ObjectAgent
+{
+public:
+    ObjListAgent(const sql_SessionPtr& session, std::int64_t record, int depth)
+        : ObjectAgent(session, record, depth, sql_Form::LIST + sql_Kind::OBJECT)
+    {}
+
+    int Size() override { return m_length; }
+    bool IsChanged() override { return HasChanged(); }
+    void EndWrite() override {}
+    std::uint32_t ClassId(int index) override { return ClassAt(Checked(index, m_length)); }
+    cls_MementoRead* MakeReader(int index) override { return ReaderAt(Checked(index, m_length)); }
+    void Attach() override { ++m_users; }
+    cls_MementoWrite* MakeWriteObj(int index, std::uint32_t classId, const cls_Uid& uid) override
+    {
+        return Write(Checked(index, m_length + 1), classId, uid);
+    }
+    void Detach(cls_PC& collection) noexcept override { Leave(collection); }
+    bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
+    bool IsReadOnly() override { return Refuses(); }
+    void RemoveAt(int index) override;
+    void Clear() override { ObjectAgent::Clear(); }
+    void Register(cls_PC& collection) noexcept override { m_session->Pending().Link(&collection); }
+
+private:
+    sql_Key Checked(int index, int end) const
+    {
+        if (index < 0 || index >= end) {
+            Fail("there is no element " + std::to_string(index));
+        }
+        return sql_Key(std::int64_t{index});
+    }
+};
+
+void ObjListAgent::RemoveAt(int index)
+{
+    Checked(index, m_length);
+    const sql_Session::Open open = Open();
+    m_session->Erase(*open, sql_Key(std::int64_t{index}));
+    for (std::int64_t next = std::int64_t{index} + 1; next < open->next; ++next) {
+        const std::int64_t child = std::exchange(open->rows[sql_Key(next)].child, 0);
+        m_session->Erase(*open, sql_Key(next));
+        m_session->Put(*open, sql_Key(next - 1), {sql_Kind::OBJECT, child});
+    }
+    --open->next;
+    Touch(*open);
+}
+
+template <class K> class MapAgent final : public cls_AgentMapKey2Obj<K>, ObjectAgent
+{
+public:
+    MapAgent(const sql_SessionPtr& session, std::int64_t record, int depth)
+        : ObjectAgent(session, record, depth,
+                      (std::is_same_v<K, int> ? sql_Form::INT_MAP : sql_Form::STRING_MAP) + sql_Kind::OBJECT)
+    {}
+
+    int Size() override { return m_length; }
+    bool IsChanged() override { return HasChanged(); }
+    void EndWrite() override {}
+    cow_1DArray<K> Keys() override;
+    std::uint32_t ClassId(const K& key) override { return ClassAt(KeyOf(key)); }
+    cls_MementoRead* MakeReader(const K& key) override { return ReaderAt(KeyOf(key)); }
+    void Attach() override { ++m_users; }
+    cls_MementoWrite* MakeWriteObj(const K& key, std::uint32_t classId, const cls_Uid& uid) override
+    {
+        return Write(KeyOf(key), classId, uid);
+    }
+    void Detach(cls_PC& collection) noexcept override { Leave(collection); }
+    bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
+    bool IsReadOnly() override { return Refuses(); }
+    bool Remove(const K& key) override
+    {
+        const sql_Session::Open open = Open();
+        if (!open->rows.contains(KeyOf(key))) {
+            return false;
+        }
+        m_session->Erase(*open, KeyOf(key));
+        Touch(*open);
+        return true;
+    }
+    void Clear() override { ObjectAgent::Clear(); }
+    void Register(cls_PC& collection) noexcept override { m_session->Pending().Link(&collection); }
+
+private:
+    static sql_Key KeyOf(const K& key)
+    {
+        if constexpr (std::is_same_v<K, int>) {
+            return sql_Key(std::int64_t{key});
+        } else {
+            return sql_Key(key);
+        }
+    }
+};
+
+template <class K> cow_1DArray<K> MapAgent<K>::Keys()
+{
+    std::vector<K> keys;
+    for (const auto& [key, cell] : m_session->Reading().Rows(m_record)) {
+        if (key.IsNumber() != std::is_same_v<K, int>) {
+            Fail("the key " + key.AsString() + " is of the wrong type");
+        }
+        if constexpr (std::is_same_v<K, int>) {
+            keys.push_back(static_cast<int>(key.Number()));
+        } else {
+            keys.push_back(key.Text());
+        }
+    }
+    std::sort(keys.begin(), keys.end());
+    return cow_1DArray<K>(keys.begin(), keys.end());
+}
+} // namespace
+
+template <class T>
+cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr& session, std::int64_t record,
+                                        const std::optional<cls_Uid>& uid)
+{
+    auto agent = std::make_unique<ListAgent<T>>(session, record);
+    if (uid) {
+        session->NotePaged(*uid, record);
+    }
+    return agent.release();
+}
+
+cls_AgentListObj* sql_MakeObjListAgent(const sql_SessionPtr& session, std::int64_t record, int depth)
+{
+    return new ObjListAgent(session, record, depth);
+}
+
+template <class K>
+cls_AgentMapKey2Obj<K>* sql_MakeMapAgent(const sql_SessionPtr& session, std::int64_t record, int depth)
+{
+    return new MapAgent<K>(session, record, depth);
+}
+
+template cls_AgentMapKey2Obj<int>* sql_MakeMapAgent(const sql_SessionPtr&, std::int64_t, int);
+template cls_AgentMapKey2Obj<cow_String>* sql_MakeMapAgent(const sql_SessionPtr&, std::int64_t, int);
+#define INSTANTIATE(N, T)                                                                                              \
+    template cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr&, std::int64_t,                              \
+                                                     const std::optional<cls_Uid>&);
+SQL_KINDS(INSTANTIATE)
+#undef INSTANTIATE

@@ -1,0 +1,483 @@
+#include "sql_RecordFile.h"
+
+#include "nex_TextException.h"
+#include "sql_Schema_detail.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sqlite3.h>
+#include <xxhash.h>
+
+namespace
+{
+constexpr const char* SOURCE = "engines/sqlite/impl/sql_RecordFile";
+
+[[noreturn]] void Throw(const std::string& text, int line)
+{
+    nex_TextException(text.c_str()).Throw(SOURCE, line);
+}
+
+sql_Connection::Mode ConnectionMode(const std::string& file, sql_RecordFile::Mode mode)
+{
+    switch (mode) {
+    case sql_RecordFile::Mode::CREATE: {
+        std::error_code error;
+        if (std::filesystem::file_size(file, error) != 0 && !error) {
+            Throw("'" + file + "' cannot be created: a file of that name is there already", __LINE__);
+        }
+        return sql_Connection::Mode::CREATE;
+    }
+    case sql_RecordFile::Mode::READ_WRITE:
+        return sql_Connection::Mode::READ_WRITE;
+    case sql_RecordFile::Mode::READ_ONLY:
+    case sql_RecordFile::Mode::SALVAGE:
+        return sql_Connection::Mode::READ_ONLY;
+    }
+    return sql_Connection::Mode::READ_ONLY;
+}
+
+std::string TruncatedText(std::int64_t size, std::int64_t stated)
+{
+    return "is truncated: " + std::to_string(size) + " of " + std::to_string(stated) + " bytes are there";
+}
+
+std::uint32_t BigEndian(const unsigned char* bytes)
+{
+    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+}
+
+/// A running checksum: each step takes the one before as its seed.
+class Sum
+{
+public:
+    Sum& Add(std::int64_t number) { return Add(&number, sizeof number); }
+    Sum& Add(std::string_view bytes)
+    {
+        return Add(bytes.data(), bytes.size()).Add(static_cast<std::int64_t>(bytes.size()));
+    }
+    Sum& Add(const sql_Key& key) { return key.IsNumber() ? Add(key.Number()) : Add(key.Text().view()); }
+    Sum& Add(const sql_Cell& cell)
+    {
+        Add(static_cast<std::int64_t>(cell.kind));
+        if (const auto* number = std::get_if<std::int64_t>(&cell.data)) {
+            return Add(*number);
+        }
+        if (const auto* real = std::get_if<double>(&cell.data)) {
+            return Add(real, sizeof *real);
+        }
+        return Add(std::get<cow_String>(cell.data).view());
+    }
+    /// 32 bits guard a row: they take half the room of 64 in it.
+    std::int64_t Short() const noexcept { return static_cast<std::int32_t>(m_sum); }
+    std::int64_t Long() const noexcept { return static_cast<std::int64_t>(m_sum); }
+
+private:
+    Sum& Add(const void* bytes, std::size_t size)
+    {
+        m_sum = XXH3_64bits_withSeed(bytes, size, m_sum);
+        return *this;
+    }
+
+    std::uint64_t m_sum = 0;
+};
+} // namespace
+
+sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilliseconds)
+    : m_isReadOnly(mode == Mode::READ_ONLY || mode == Mode::SALVAGE),
+      m_db(file, ConnectionMode(file, mode), busyMilliseconds)
+{
+    try {
+        m_db.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -16384; PRAGMA temp_store = MEMORY");
+        if (mode == Mode::CREATE) {
+            MakeSchema();
+        }
+        BeginRead(); // nobody changes the file's size meanwhile
+        CheckSchema(mode);
+        if (mode != Mode::SALVAGE) {
+            CheckLength();
+            CheckVersions(mode);
+        }
+        EndRead();
+    } catch (const nex_TextException&) {
+        const int code = sqlite3_errcode(m_db.Handle());
+        if (const std::string why = code == SQLITE_NOTADB || code == SQLITE_CORRUPT ? WhyUnreadable(file) : "";
+            !why.empty()) {
+            Throw("'" + file + "' " + why, __LINE__);
+        }
+        throw;
+    }
+    if (!m_isReadOnly) {
+        // What another program may have left; older versions of SQLite can lose data in the write-ahead mode.
+        m_db.Execute("PRAGMA journal_mode = DELETE");
+    }
+}
+
+void sql_RecordFile::MakeSchema()
+{
+    // A page of 8192 bytes holds half a block of doubles: little of it is left over.
+    m_db.Execute("PRAGMA page_size = 8192; PRAGMA encoding = 'UTF-8'; PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE");
+    if (Pragma("SELECT count(*) FROM sqlite_schema") != 0) {
+        Throw("'" + Name() + "' cannot be created: another process made it meanwhile", __LINE__);
+    }
+    for (const auto& [name, text] : sql_detail::SCHEMA) {
+        m_db.Execute(text);
+    }
+    m_db.Execute(("PRAGMA application_id = " + std::to_string(APPLICATION_ID)).c_str());
+    m_db.Execute(("PRAGMA user_version = " + std::to_string(FORMAT)).c_str());
+    for (const char* setting : {"reader", "writer", "next"}) {
+        sql_Rows(m_putSetting, cow_String(setting), FORMAT).Run();
+    }
+    sql_Statement kind(m_db, "INSERT INTO kind VALUES (?, ?)");
+    sql_Statement form(m_db, "INSERT INTO form VALUES (?, ?)");
+    for (int code = 0; code < 100; ++code) {
+        if (const std::string name = sql_KindName(static_cast<sql_Kind>(code)); !name.starts_with("kind ")) {
+            sql_Rows(kind, code, cow_String(name.c_str())).Run();
+        }
+        if (const std::string name = sql_FormName(static_cast<sql_Form>(code)); !name.starts_with("form ")) {
+            sql_Rows(form, code, cow_String(name.c_str())).Run();
+        }
+    }
+    m_db.Execute("COMMIT");
+}
+
+void sql_RecordFile::FailNotStore(const std::string& why) const
+{
+    Throw("'" + Name() + "' is not a store: " + why, __LINE__);
+}
+
+std::int64_t sql_RecordFile::Pragma(const char* text)
+{
+    sql_Statement statement(m_db, text);
+    sql_Rows rows(statement);
+    return rows.Next() ? rows.Int(0) : 0;
+}
+
+void sql_RecordFile::CheckSchema(Mode mode)
+{
+    const auto id = static_cast<std::uint32_t>(Pragma("PRAGMA application_id"));
+    if (id == 0 && Pragma("PRAGMA page_count") == 0) {
+        FailNotStore("it is empty");
+    }
+    if (id != APPLICATION_ID) {
+        FailNotStore("it is an SQLite file of another application (id " + std::to_string(id) + ")");
+    }
+    // A newer format may have other tables: the versions are looked at first.
+    if (const std::int64_t format = Pragma("PRAGMA user_version"); format > FORMAT) {
+        if (mode == Mode::SALVAGE) {
+            Throw("'" + Name() + "' is of a newer format: it has format " + std::to_string(format) +
+                      ", this program has format " + std::to_string(FORMAT),
+                  __LINE__);
+        }
+        return;
+    }
+    sql_Statement text(m_db, "SELECT sql FROM sqlite_schema WHERE name = ?");
+    for (const auto& [name, definition] : sql_detail::SCHEMA) {
+        sql_Rows rows(text, cow_String(name));
+        if (!rows.Next() || rows.Bytes(0) != definition) {
+            m_db.FailDamaged("its table '" + std::string(name) + "' is not that of a store");
+        }
+    }
+    sql_Statement encoding(m_db, "PRAGMA encoding");
+    if (sql_Rows rows(encoding); !rows.Next() || rows.Bytes(0) != "UTF-8") {
+        m_db.FailDamaged("its texts are not in UTF-8");
+    }
+}
+
+void sql_RecordFile::CheckVersions(Mode mode)
+{
+    const int reader = LowestReader();
+    const int writer = LowestWriter();
+    const auto text = [this](const char* what, int lowest) {
+        return "'" + Name() + "' is of a newer format: " + what + " format " + std::to_string(lowest) +
+               ", this program has format " + std::to_string(FORMAT);
+    };
+    if (reader < 1 || writer < 1) {
+        m_db.FailDamaged("it names no format version");
+    }
+    if (reader > FORMAT) {
+        Throw(text("reading it takes", reader), __LINE__);
+    }
+    if (writer > FORMAT && mode != Mode::READ_ONLY) {
+        Throw(text("writing it takes", writer) + "; it can be opened read-only", __LINE__);
+    }
+}
+
+void sql_RecordFile::CheckLength()
+{
+    const std::int64_t stated = Pragma("PRAGMA page_count") * Pragma("PRAGMA page_size");
+    std::error_code error;
+    const auto size = static_cast<std::int64_t>(std::filesystem::file_size(Name(), error));
+    if (!error && size < stated) {
+        Throw("'" + Name() + "' " + TruncatedText(size, stated), __LINE__);
+    }
+}
+
+std::string sql_RecordFile::WhyUnreadable(const std::string& file)
+{
+    std::array<char, 100> head{};
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        return "";
+    }
+    stream.read(head.data(), head.size());
+    static constexpr std::string_view magic("SQLite format 3\0", 16);
+    if (std::string_view(head.data(), magic.size()) != magic) {
+        return "is not a store: it is a file of another format";
+    }
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(head.data());
+    const std::uint64_t page = (std::uint64_t{bytes[16]} << 8 | bytes[17]) == 1 ? 65536 : bytes[16] << 8 | bytes[17];
+    const std::uint64_t stated = page * BigEndian(bytes + 28);
+    std::error_code error;
+    const std::uint64_t size = std::filesystem::file_size(file, error);
+    if (!error && size < std::max<std::uint64_t>(stated, head.size())) {
+        return TruncatedText(static_cast<std::int64_t>(size), static_cast<std::int64_t>(stated));
+    }
+    return "";
+}
+
+void sql_RecordFile::EndRead() noexcept
+{
+    // Nothing was written, so there is nothing that could fail to be.
+    sqlite3_exec(m_db.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void sql_RecordFile::Rollback()
+{
+    if (m_db.InTransaction()) {
+        m_db.Execute("ROLLBACK");
+    }
+}
+
+std::int64_t sql_RecordFile::Setting(const char* name)
+{
+    const cow_String key(name);
+    sql_Rows rows(m_setting, key);
+    const std::int64_t value = rows.Next() ? rows.Int(0) : 0;
+    if (value < 0 || value > std::numeric_limits<std::int64_t>::max() / BLOCKS_PER_RECORD / 2) {
+        m_db.FailDamaged("its setting '" + std::string(name) + "' is out of range");
+    }
+    return value;
+}
+
+void sql_RecordFile::SetNextNumber(std::int64_t number)
+{
+    const cow_String key("next");
+    sql_Rows(m_putSetting, key, number).Run();
+}
+
+std::int64_t sql_RecordFile::SumOf(const sql_Record& record)
+{
+    const std::int64_t numbers[] = {
+        record.id,     record.classRow, record.owner, record.identity, static_cast<std::int64_t>(record.form),
+        record.length, record.revision};
+    return Sum().Add(std::string_view(reinterpret_cast<const char*>(numbers), sizeof numbers)).Short();
+}
+
+std::int64_t sql_RecordFile::SumOf(std::int64_t record, const sql_Key& key, const sql_Cell& cell)
+{
+    return Sum().Add(record).Add(key).Add(cell).Short();
+}
+
+std::int64_t sql_RecordFile::SumOfBlock(std::int64_t place, std::string_view bytes)
+{
+    return static_cast<std::int64_t>(
+        XXH3_64bits_withSeed(bytes.data(), bytes.size(), static_cast<std::uint64_t>(place)));
+}
+
+std::int64_t sql_RecordFile::SumOf(const sql_Class& added)
+{
+    Sum sum;
+    sum.Add(added.row).Add(added.name.view()).Add(added.version).Add(std::int64_t{added.typeId});
+    for (const sql_Attribute& attribute : added.attributes) {
+        sum.Add(attribute.name.view()).Add(std::int64_t{attribute.type});
+        sum.Add(std::int64_t{attribute.count}).Add(std::int64_t{attribute.collection});
+    }
+    return sum.Short();
+}
+
+std::int64_t sql_RecordFile::SumOfRoot(const cow_String& name, std::int64_t record)
+{
+    return Sum().Add(name.view()).Add(record).Short();
+}
+
+std::optional<sql_Record> sql_RecordFile::FindRecord(std::int64_t id)
+{
+    sql_Rows rows(m_findRecord, id);
+    if (!rows.Next()) {
+        return std::nullopt;
+    }
+    const sql_Record record{.id = id,
+                            .classRow = rows.Int(0),
+                            .owner = rows.Int(1),
+                            .identity = rows.Int(2),
+                            .form = static_cast<sql_Form>(rows.Int(3)),
+                            .length = rows.Int(4),
+                            .revision = rows.Int(5)};
+    if (SumOf(record) != rows.Int(6) || record.length < 0 || record.length > std::numeric_limits<std::int32_t>::max()) {
+        FailDamaged("record " + std::to_string(id) + " does not match its checksum");
+    }
+    return record;
+}
+
+void sql_RecordFile::PutRecord(const sql_Record& record)
+{
+    sql_Rows(m_putRecord, record.id, record.classRow, record.owner, record.identity, static_cast<int>(record.form),
+             record.length, record.revision, SumOf(record))
+        .Run();
+}
+
+void sql_RecordFile::RemoveRecord(std::int64_t id)
+{
+    RemoveRows(id);
+    RemoveBlocks(id);
+    sql_Rows(m_removeRecord, id).Run();
+}
+
+std::vector<sql_Records::Row> sql_RecordFile::Rows(std::int64_t record)
+{
+    std::vector<Row> found;
+    for (sql_Rows rows(m_rows, record); rows.Next();) {
+        Row row{rows.Key(0), rows.Cell(1)};
+        if (SumOf(record, row.first, row.second) != rows.Int(3)) {
+            FailDamaged("field " + row.first.AsString() + " of record " + std::to_string(record) +
+                        " does not match its checksum");
+        }
+        if (!found.empty() && !(found.back().first < row.first)) {
+            FailDamaged("the fields of record " + std::to_string(record) + " are out of order");
+        }
+        found.push_back(std::move(row));
+    }
+    return found;
+}
+
+std::optional<sql_Cell> sql_RecordFile::FindRow(std::int64_t record, const sql_Key& key)
+{
+    sql_Rows rows(m_findRow, record, key);
+    if (!rows.Next()) {
+        return std::nullopt;
+    }
+    sql_Cell cell = rows.Cell(0);
+    if (SumOf(record, key, cell) != rows.Int(2)) {
+        FailDamaged("field " + key.AsString() + " of record " + std::to_string(record) +
+                    " does not match its checksum");
+    }
+    return cell;
+}
+
+void sql_RecordFile::PutRow(std::int64_t record, const sql_Key& key, const sql_Cell& cell)
+{
+    sql_Rows(m_putRow, record, key, static_cast<int>(cell.kind), cell, SumOf(record, key, cell)).Run();
+}
+
+void sql_RecordFile::RemoveRow(std::int64_t record, const sql_Key& key)
+{
+    sql_Rows(m_removeRow, record, key).Run();
+}
+
+void sql_RecordFile::RemoveRows(std::int64_t record)
+{
+    sql_Rows(m_removeRows, record).Run();
+}
+
+bool sql_RecordFile::ReadBlock(std::int64_t record, std::int64_t block, const BlockSink& sink)
+{
+    const std::int64_t place = BlockPlace(record, block);
+    sql_Rows rows(m_readBlock, place);
+    if (!rows.Next()) {
+        return false;
+    }
+    const std::string_view bytes = rows.Bytes(1);
+    if (SumOfBlock(place, bytes) != rows.Int(0)) {
+        FailDamaged("block " + std::to_string(block) + " of record " + std::to_string(record) +
+                    " does not match its checksum");
+    }
+    sink(bytes);
+    return true;
+}
+
+void sql_RecordFile::PutBlock(std::int64_t record, std::int64_t block, std::string_view bytes)
+{
+    const std::int64_t place = BlockPlace(record, block);
+    sql_Rows(m_putBlock, place, SumOfBlock(place, bytes), bytes).Run();
+}
+
+void sql_RecordFile::RemoveBlocks(std::int64_t record)
+{
+    sql_Rows(m_removeBlocks, BlockPlace(record, 0), BlockPlace(record + 1, 0)).Run();
+}
+
+std::vector<std::pair<cow_String, std::int64_t>> sql_RecordFile::Roots()
+{
+    std::vector<std::pair<cow_String, std::int64_t>> roots;
+    for (sql_Rows rows(m_roots); rows.Next();) {
+        const cow_String name(rows.Bytes(0));
+        if (SumOfRoot(name, rows.Int(1)) != rows.Int(2)) {
+            FailDamaged("the root '" + std::string(name.view()) + "' does not match its checksum");
+        }
+        roots.emplace_back(name, rows.Int(1));
+    }
+    return roots;
+}
+
+std::optional<std::int64_t> sql_RecordFile::FindRoot(const cow_String& name)
+{
+    for (const auto& [found, record] : Roots()) {
+        if (found == name) {
+            return record;
+        }
+    }
+    return std::nullopt;
+}
+
+void sql_RecordFile::PutRoot(const cow_String& name, std::int64_t record)
+{
+    sql_Rows(m_putRoot, name, record, SumOfRoot(name, record)).Run();
+}
+
+void sql_RecordFile::RemoveRoot(const cow_String& name)
+{
+    sql_Rows(m_removeRoot, name).Run();
+}
+
+std::vector<sql_Attribute> sql_RecordFile::AttributesOf(std::int64_t classRow)
+{
+    std::vector<sql_Attribute> attributes;
+    for (sql_Rows rows(m_attributes, classRow); rows.Next();) {
+        attributes.push_back({cow_String(rows.Bytes(0)), static_cast<std::uint32_t>(rows.Int(1)),
+                              static_cast<std::uint32_t>(rows.Int(2)), static_cast<std::uint32_t>(rows.Int(3))});
+    }
+    return attributes;
+}
+
+std::vector<sql_Class> sql_RecordFile::Classes()
+{
+    std::vector<sql_Class> classes;
+    for (sql_Rows rows(m_classes); rows.Next();) {
+        classes.push_back({rows.Int(0), cow_String(rows.Bytes(1)), static_cast<int>(rows.Int(2)),
+                           static_cast<std::uint32_t>(rows.Int(3)), AttributesOf(rows.Int(0))});
+        if (SumOf(classes.back()) != rows.Int(4)) {
+            FailDamaged("the class '" + std::string(classes.back().name.view()) + "' does not match its checksum");
+        }
+    }
+    return classes;
+}
+
+std::int64_t sql_RecordFile::CountRecordsOf(std::int64_t classRow)
+{
+    sql_Rows rows(m_countOf, classRow);
+    return rows.Next() ? rows.Int(0) : 0;
+}
+
+void sql_RecordFile::AddClass(const sql_Class& added)
+{
+    sql_Rows(m_addClass, added.row, added.name, added.version, std::int64_t{added.typeId}, SumOf(added)).Run();
+    for (const sql_Attribute& attribute : added.attributes) {
+        sql_Rows(m_addAttribute, added.row, attribute.name, std::int64_t{attribute.type}, std::int64_t{attribute.count},
+                 std::int64_t{attribute.collection})
+            .Run();
+    }
+}
