@@ -1,0 +1,381 @@
+#include "StoreTest.h"
+#include "cls_ArrayPrim.h"
+
+#include <csignal>
+#include <fstream>
+#include <random>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace
+{
+using Field = cls_FieldHandle;
+
+/// A model that changes as a whole: its array holds `stamp` throughout, and its label says the same.
+struct Model
+{
+    static constexpr int LENGTH = 5000;
+
+    explicit Model(int stamp) : part(std::to_string(stamp)) { Fill(stamp); }
+    explicit Model(const cls_ReadVisitor& visitor)
+        : uid(visitor.GetUid()), part(cls_ReadVisitor(visitor, Field("part"))),
+          array(cls_ReadVisitor(visitor, Field("array")))
+    {}
+    void Fill(int stamp)
+    {
+        part.label = std::to_string(stamp).c_str();
+        for (int i = array.Size(); i < LENGTH; ++i) {
+            array.Append(stamp);
+        }
+        for (int i = 0; i < LENGTH; ++i) {
+            array.Get(i) = stamp;
+        }
+    }
+    void Save(sql_Store& store, std::uint32_t classId) const
+    {
+        store.WriteRoot("model", [&](const cls_WriteVisitor& visitor) {
+            if (visitor.StartWrite(classId, uid) != 0) {
+                part.DBWrite(cls_WriteVisitor(visitor, Field("part"), nullptr));
+                array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
+            }
+        });
+        store.Commit();
+    }
+    /// The stamp, -1 when the model is not of one piece.
+    int Stamp() const
+    {
+        const int stamp = std::atoi(part.label.AsCharPtr());
+        bool isWhole = array.Size() == LENGTH;
+        for (int i = 0; isWhole && i < LENGTH; ++i) {
+            isWhole = array.ConstGet(i) == stamp;
+        }
+        return isWhole ? stamp : -1;
+    }
+
+    cls_Uid uid = cls_Uid::AllocateUid();
+    Part part;
+    cls_ArrayPrim<int> array;
+};
+
+/// The default file system of SQLite with faults: the n-th write, sync or read fails, or the disk is full after n bytes.
+struct Faults
+{
+    static inline int failAt = 0; // counts down; 0 is never
+    static inline int code = SQLITE_IOERR_WRITE;
+    static inline std::int64_t room = -1; // bytes; -1 is no limit
+
+    static bool Strikes() { return failAt > 0 && --failAt == 0; }
+};
+
+class FaultyFiles
+{
+public:
+    FaultyFiles() : m_system(sqlite3_vfs_find(nullptr)), m_vfs(*m_system)
+    {
+        system = m_system;
+        m_vfs.zName = "faulty";
+        m_vfs.szOsFile += static_cast<int>(sizeof(File));
+        m_vfs.xOpen = Open;
+        sqlite3_vfs_register(&m_vfs, 1);
+    }
+    ~FaultyFiles()
+    {
+        sqlite3_vfs_unregister(&m_vfs);
+        Faults::failAt = 0;
+        Faults::room = -1;
+    }
+
+private:
+    struct File : sqlite3_file
+    {
+        sqlite3_file* Real() { return reinterpret_cast<sqlite3_file*>(this + 1); }
+    };
+    static File& Of(sqlite3_file* file) { return *static_cast<File*>(file); }
+    static int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags)
+    {
+        File& opened = Of(file);
+        opened.pMethods = nullptr;
+        const int result = system->xOpen(system, name, opened.Real(), flags, outFlags);
+        if (opened.Real()->pMethods != nullptr) {
+            opened.pMethods = &methods;
+        }
+        return result;
+    }
+#define PASS(NAME, PARAMETERS, ...)                                                                                    \
+    static int NAME PARAMETERS { return Of(f).Real()->pMethods->x##NAME(Of(f).Real(), ##__VA_ARGS__); }
+    PASS(Close, (sqlite3_file * f))
+    PASS(Truncate, (sqlite3_file * f, sqlite3_int64 n), n)
+    PASS(FileSize, (sqlite3_file * f, sqlite3_int64* n), n)
+    PASS(Lock, (sqlite3_file * f, int lock), lock)
+    PASS(Unlock, (sqlite3_file * f, int lock), lock)
+    PASS(CheckReservedLock, (sqlite3_file * f, int* result), result)
+    PASS(FileControl, (sqlite3_file * f, int op, void* argument), op, argument)
+    PASS(SectorSize, (sqlite3_file * f))
+    PASS(DeviceCharacteristics, (sqlite3_file * f))
+#undef PASS
+    static int Read(sqlite3_file* f, void* to, int n, sqlite3_int64 at)
+    {
+        return Faults::Strikes() ? SQLITE_IOERR_READ : Of(f).Real()->pMethods->xRead(Of(f).Real(), to, n, at);
+    }
+    static int Write(sqlite3_file* f, const void* from, int n, sqlite3_int64 at)
+    {
+        if (Faults::room >= 0 && (Faults::room -= n) < 0) {
+            Faults::room = 0;
+            return SQLITE_FULL;
+        }
+        return Faults::Strikes() ? Faults::code : Of(f).Real()->pMethods->xWrite(Of(f).Real(), from, n, at);
+    }
+    static int Sync(sqlite3_file* f, int flags)
+    {
+        return Faults::Strikes() ? SQLITE_IOERR_FSYNC : Of(f).Real()->pMethods->xSync(Of(f).Real(), flags);
+    }
+
+    static inline sqlite3_vfs* system = nullptr;
+    static inline const sqlite3_io_methods methods = {1,
+                                                      Close,
+                                                      Read,
+                                                      Write,
+                                                      Truncate,
+                                                      Sync,
+                                                      FileSize,
+                                                      Lock,
+                                                      Unlock,
+                                                      CheckReservedLock,
+                                                      FileControl,
+                                                      SectorSize,
+                                                      DeviceCharacteristics,
+                                                      nullptr,
+                                                      nullptr,
+                                                      nullptr,
+                                                      nullptr,
+                                                      nullptr,
+                                                      nullptr};
+
+    sqlite3_vfs* m_system;
+    sqlite3_vfs m_vfs;
+};
+
+class Reliability : public StoreTest
+{
+protected:
+    int StampOf(sql_Store& store) { return Model(cls_ReadVisitor(store.OpenRoot("model"))).Stamp(); }
+    /// Runs `work` in a process of its own, which exits with its result.
+    template <class F> static pid_t Fork(F work)
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            _exit(work());
+        }
+        return child;
+    }
+    static int Wait(pid_t child)
+    {
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+    std::string Bytes() const
+    {
+        std::ifstream file(Path(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void Put(const std::string& bytes) const { std::ofstream(Path(), std::ios::binary) << bytes; }
+    /// All that a reader gets: "whole", or the error.
+    std::string Read()
+    {
+        return Said([&] {
+            sql_Store store = sql_Store::OpenReadOnly(Path(), registrar);
+            EXPECT_GE(StampOf(store), 0);
+            store.UnknownClasses();
+        });
+    }
+};
+
+TEST_F(Reliability, A_killed_save_leaves_the_last_commit)
+{
+    constexpr int kills = 200;
+    std::mt19937 random(11);
+    {
+        sql_Store store = Create();
+        Model(0).Save(store, BOX);
+    }
+    int last = 0;
+    for (int round = 0; round < kills; ++round) {
+        int pipes[2];
+        ASSERT_EQ(pipe(pipes), 0);
+        const pid_t child = Fork([&] {
+            sql_Store store = Open();
+            Model model(cls_ReadVisitor(store.OpenRoot("model")));
+            for (int stamp = last;; ++stamp) { // the first one tells that it goes on from here
+                if (stamp > last) {
+                    model.Fill(stamp);
+                    model.Save(store, BOX);
+                }
+                if (write(pipes[1], &stamp, sizeof stamp) != sizeof stamp) {
+                    return 1;
+                }
+            }
+        });
+        close(pipes[1]);
+        int told = -1;
+        for (int heard = round % 8 == 0 ? 2 : 1; heard > 0;
+             --heard) { // on a slow machine, some saves are to succeed too
+            ASSERT_EQ(read(pipes[0], &told, sizeof told), static_cast<ssize_t>(sizeof told));
+        }
+        usleep(static_cast<useconds_t>(random() % 12000));
+        kill(child, SIGKILL);
+        ASSERT_EQ(Wait(child), -SIGKILL);
+        for (int stamp = 0; read(pipes[0], &stamp, sizeof stamp) == sizeof stamp;) {
+            told = stamp;
+        }
+        close(pipes[0]);
+        sql_Store store = Open();
+        last = StampOf(store);
+        ASSERT_TRUE(last == told || last == told + 1) << "round " << round << ": " << last << " after " << told;
+    }
+    EXPECT_GT(last, 0);
+}
+
+TEST_F(Reliability, Every_fault_of_the_file_system_is_an_error_and_leaves_the_last_commit)
+{
+    {
+        sql_Store store = Create();
+        Model(1).Save(store, BOX);
+    }
+    const std::string before = Bytes();
+    for (const int code : {SQLITE_IOERR_WRITE, SQLITE_FULL}) {
+        bool hasWorked = false;
+        for (int n = 1; !hasWorked; ++n) {
+            Put(before);
+            const std::string said = Said([&] {
+                const FaultyFiles faulty;
+                Faults::code = code;
+                sql_Store store = Open();
+                Model model(cls_ReadVisitor(store.OpenRoot("model")));
+                Faults::failAt = n;
+                model.Fill(2);
+                model.Save(store, BOX);
+                hasWorked = Faults::failAt > 0;
+            });
+            if (!hasWorked && said != "nothing") {
+                EXPECT_EQ(said.find("'" + Path() + "' "), 0U) << said;
+            }
+            sql_Store store = Open(); // a journal that was left rolls back here
+            const int stamp = StampOf(store);
+            ASSERT_TRUE(stamp == 2 || (stamp == 1 && said != "nothing")) << "fault " << n << ": " << said;
+            ASSERT_LT(n, 2000);
+        }
+    }
+    Put(before);
+    const FaultyFiles faulty;
+    sql_Store store = Open();
+    Model model(cls_ReadVisitor(store.OpenRoot("model")));
+    Faults::room = 20000;
+    EXPECT_EQ(Said([&] {
+                  model.Fill(3);
+                  model.Save(store, BOX);
+              }),
+              "'" + Path() + "' cannot be written: database or disk is full");
+    Faults::room = -1;
+    EXPECT_EQ(Said([&] { model.Save(store, BOX); }).find("'" + Path() + "' was rolled back after a failure"), 0U);
+    store.Rollback();
+    EXPECT_EQ(StampOf(store), 1);
+}
+
+TEST_F(Reliability, Damage_is_reported_or_harmless)
+{
+    {
+        sql_Store store = Create();
+        Model(1).Save(store, BOX);
+    }
+    const std::string whole = Bytes();
+    ASSERT_EQ(Read(), "nothing");
+    std::mt19937 random(5);
+    int reported = 0;
+    for (int seed = 0; seed < 500; ++seed) {
+        std::string damaged = whole;
+        for (int flips = 1 + seed % 3; flips > 0; --flips) {
+            damaged[random() % damaged.size()] ^= static_cast<char>(1 << random() % 8);
+        }
+        Put(damaged);
+        const std::string said = Read();
+        EXPECT_TRUE(said == "nothing" || said.find("'" + Path() + "' ") == 0) << said;
+        reported += said != "nothing";
+    }
+    EXPECT_GT(reported, 150); // the others struck what no reader needs
+    for (std::size_t length = 0; length < whole.size(); length += 1 + random() % 700) {
+        Put(whole.substr(0, length));
+        const std::string said = Read();
+        EXPECT_TRUE(said.find("truncated") != said.npos || said.find("not a store") != said.npos) << length << said;
+    }
+    const std::pair<const char*, const char*> tampered[] = {
+        {"DELETE FROM block WHERE id & 1048575 = 1", "is damaged: block 1 of record"},
+        {"UPDATE block SET data = zeroblob(8192) WHERE id & 1048575 = 1", "does not match its checksum"},
+        {"DELETE FROM field WHERE key = 'label'", "rows"},
+        {"UPDATE field SET value = 'other' WHERE key = 'label'", "does not match its checksum"},
+        {"DELETE FROM record WHERE owner != 0", "which is missing"},
+        {"UPDATE record SET owner = 1 WHERE owner != 0", "does not match its checksum"},
+        {"DELETE FROM class", "is missing"},
+        {"UPDATE class SET version = 1", "does not match its checksum"},
+        {"DROP TABLE field", "its table 'field' is not that of a store"},
+        {"DELETE FROM setting", "it names no format version"},
+        {"UPDATE setting SET value = 7 WHERE name = 'reader'",
+         "is of a newer format: reading it takes format 7, this program has format 1"},
+        {"PRAGMA application_id = 5", "is not a store: it is an SQLite file of another application (id 5)"},
+    };
+    for (const auto& [statement, error] : tampered) {
+        Put(whole);
+        Tamper(statement);
+        EXPECT_NE(Read().find(error), std::string::npos) << statement << ": " << Read();
+    }
+    Put("a text, and no database");
+    EXPECT_EQ(Read(), "'" + Path() + "' is not a store: it is a file of another format");
+    Put("");
+    EXPECT_EQ(Read(), "'" + Path() + "' is not a store: it is empty");
+    std::filesystem::remove(Path());
+    EXPECT_EQ(Read(), "'" + Path() + "' cannot open: unable to open database file (No such file or directory)");
+}
+
+TEST_F(Reliability, A_newer_writer_leaves_the_file_readable_and_a_reader_cannot_write)
+{
+    {
+        sql_Store store = Create();
+        Model(1).Save(store, BOX);
+    }
+    Tamper("UPDATE setting SET value = 2 WHERE name = 'writer'");
+    EXPECT_EQ(Said([&] { Open(); }),
+              "'" + Path() +
+                  "' is of a newer format: writing it takes format 2, this program has format 1; it "
+                  "can be opened read-only");
+    EXPECT_EQ(Read(), "nothing");
+    sql_Store store = sql_Store::OpenReadOnly(Path(), registrar);
+    Model model(cls_ReadVisitor(store.OpenRoot("model")));
+    model.array.Get(0) = 2; // stays in memory
+    EXPECT_EQ(Said([&] { model.Save(store, BOX); }), "'" + Path() + "' was opened read-only");
+    EXPECT_NE(Said([&] { Create(); }).find("is there already"), std::string::npos);
+}
+
+TEST_F(Reliability, One_process_writes_others_read_and_a_fork_is_refused)
+{
+    sql_Store store = Create();
+    Model model(1);
+    model.Save(store, BOX);
+    model.part.label = "0";
+    store.WriteRoot("other", [&](const cls_WriteVisitor& visitor) { model.part.DBWrite(visitor); });
+    const pid_t other = Fork([&] {
+        sql_Store second = sql_Store::Open(Path(), registrar, 50);
+        const bool isRefused = Said([&] { second.Begin(); }) ==
+                               "'" + Path() + "' is in use: waited 50 ms for another process or connection";
+        return isRefused && StampOf(second) == 1 && second.Roots().size() == 1 ? 0 : 1;
+    });
+    EXPECT_EQ(Wait(other), 0);
+    const pid_t forked = Fork([&] {
+        const bool isRefused =
+            Said([&] { store.Commit(); }).find("was opened by another process, before a fork") != std::string::npos;
+        return isRefused && Said([&] { store.Roots(); }) != "nothing" ? 0 : 1;
+    });
+    EXPECT_EQ(Wait(forked), 0);
+    store.Commit();
+    EXPECT_EQ(store.Roots().size(), 2U);
+}
+} // namespace

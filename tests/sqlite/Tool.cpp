@@ -1,0 +1,118 @@
+#include "StoreTest.h"
+#include "cls_ArrayPrim.h"
+
+#include <fstream>
+#include <random>
+#include <sys/wait.h>
+
+namespace
+{
+using Field = cls_FieldHandle;
+
+class Tool : public StoreTest
+{
+protected:
+    /// Runs vexstore; its exit status and all that it says.
+    static std::pair<int, std::string> Run(const std::string& arguments)
+    {
+        FILE* const pipe = popen((std::string(VEXSTORE) + " " + arguments + " 2>&1").c_str(), "r");
+        std::string said;
+        for (int byte = fgetc(pipe); byte != EOF; byte = fgetc(pipe)) {
+            said += static_cast<char>(byte);
+        }
+        const int status = pclose(pipe);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), said};
+    }
+    void SaveModel(const char* label, int changed)
+    {
+        std::filesystem::remove(Path(label));
+        sql_Store store = Create(label);
+        const Part part(label, 2.5);
+        cls_ArrayPrim<int> array;
+        for (int i = 0; i < 5000; ++i) {
+            array.Append(i == changed ? -1 : i);
+        }
+        Save(store, [&](const cls_WriteVisitor& visitor) {
+            part.DBWrite(cls_WriteVisitor(visitor, Field("part"), nullptr));
+            array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
+            visitor.Memento()->WriteDoubleArray(Field("loads"), {1.5, -2});
+        });
+        store.Commit();
+    }
+};
+
+TEST_F(Tool, Shows_what_is_stored_and_only_what_differs)
+{
+    SaveModel("a", -1);
+    SaveModel("b", 3000);
+    const std::string a = Path("a");
+    const std::pair<std::string, std::pair<int, std::string>> runs[] = {
+        {"ls " + a,
+         {0, "box  #2  cls_ArrayPrim, object, 3 rows, 32 bytes\n"
+             "  'array'  #6  cls_ArrayPrim, paged list of int, 5000 values, 20000 bytes\n"
+             "  'part'  #4  Part version 2, object, 2 rows, 9 bytes\n"}},
+        {"show " + a + " 4",
+         {0, "record 4: Part version 2, object, 2 rows, owner 2, identity 3, revision 1\n"
+             "  'label'  string  \"a\"\n  'weight'  double  2.5\n"}},
+        {"show " + a + " none", {1, "vexstore: '" + a + "' has no root or record 'none'\n"}},
+        {"diff " + a + " " + a, {0, ""}},
+        {"diff " + a + " " + Path("b"),
+         {1, "~ box.array[3000]: 3000 -> -1\n~ box.part.label: string \"a\" -> string \"b\"\n"}},
+        {"check " + a, {0, a + ": 3 records, no faults\n"}},
+        {"upgrade --dry-run " + a, {0, "format: 1, this program writes 1: nothing to convert\n"}},
+        {"ls " + Path("none"),
+         {3,
+          "vexstore: '" + Path("none") + "' cannot open: unable to open database file (No such file or directory)\n"}},
+    };
+    for (const auto& [arguments, expected] : runs) {
+        EXPECT_EQ(Run(arguments), expected) << arguments;
+    }
+    EXPECT_EQ(Run("show " + a).first, 2);
+    const auto exported = Run("export " + a);
+    EXPECT_EQ(exported.first, 0);
+    EXPECT_NE(exported.second.find("{\"key\": \"loads\", \"kind\": \"array of double\", \"values\": [1.5, -2]}"),
+              std::string::npos);
+}
+
+TEST_F(Tool, Check_finds_and_recover_names_what_is_lost)
+{
+    SaveModel("a", -1);
+    const std::string a = Path("a");
+    Tamper("DELETE FROM block WHERE id & 1048575 = 1; UPDATE field SET value = 'x' WHERE key = 'label'", "a");
+    const auto check = Run("check " + a);
+    EXPECT_EQ(check.first, 1);
+    EXPECT_NE(check.second.find("block 1 of record 6 is missing"), std::string::npos) << check.second;
+    EXPECT_NE(check.second.find("field 'label' of record 4 does not match its checksum"), std::string::npos);
+    const auto recovered = Run("recover " + a + " " + Path("c"));
+    EXPECT_EQ(recovered.first, 1);
+    EXPECT_NE(recovered.second.find("lost: values 2048 to 4999 of record 6"), std::string::npos) << recovered.second;
+    EXPECT_EQ(Run("check " + Path("c")), std::make_pair(0, Path("c") + ": 3 records, no faults\n"));
+    sql_Store store = Open("c");
+    const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
+    EXPECT_EQ(Part(cls_ReadVisitor(record->MakeFieldReader(Field("part")))).weight, 2.5);
+}
+
+TEST_F(Tool, Survives_damaged_files)
+{
+    SaveModel("a", -1);
+    std::ifstream file(Path("a"), std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(file), {}};
+    std::mt19937 random(3);
+    for (int seed = 0; seed < 20; ++seed) {
+        std::string damaged = whole;
+        for (int flips = 0; flips < 20; ++flips) {
+            damaged[random() % damaged.size()] ^= static_cast<char>(1 << random() % 8);
+        }
+        std::ofstream(Path("b"), std::ios::binary) << damaged;
+        std::filesystem::remove(Path("c"));
+        for (const std::string& arguments :
+             {"check " + Path("b"), "export " + Path("b"), "recover " + Path("b") + " " + Path("c")}) {
+            const auto [status, said] = Run(arguments);
+            EXPECT_TRUE(status == 0 || status == 1 || status == 3) << arguments << ": " << status << said;
+        }
+        if (std::filesystem::exists(Path("c"))) {
+            EXPECT_EQ(Run("check " + Path("c")).first, 0) << Run("check " + Path("c")).second;
+        }
+    }
+}
+} // namespace
