@@ -19,7 +19,8 @@ struct CommandPiece;
 ///     the file is     read   new    new     extended         new              extended
 ///
 /// Ownership:  owns the descriptors above 2 that it is given or opens, until a started child has them; then they are
-///             closed in this process. Descriptors 0 to 2 are this process's own streams and are never closed.
+///             closed in this process. A constructor that throws leaves them to the caller. Descriptors 0 to 2 are this
+///             process's own streams and are never closed.
 /// Threads:    one thread at a time. Files are closed to every child but the one they are meant for.
 /// Errors:     nex_TextException for what cannot be meant, uti_SystemException for what cannot be opened; what was set
 ///             before stays.

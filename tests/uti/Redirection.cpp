@@ -64,6 +64,7 @@ TEST(Redirection, Owns_descriptors_above_the_standard_streams)
 {
     VEXCRT::Pipe pipe;
     ASSERT_TRUE(VEXCRT::MakePipe(pipe, /*isText=*/false));
+    EXPECT_NE(ErrorOf([&] { uti_Redirection("<", pipe.readEnd, "?", "a"); }), ""); // and it stays open
     {
         uti_Redirection both("<", pipe.readEnd, ">&", pipe.writeEnd);
         both.Nullify();

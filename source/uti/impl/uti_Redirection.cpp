@@ -89,17 +89,21 @@ uti_Redirection::uti_Redirection(const cow_String& symbol, const Handle& target)
     Redirect(symbol, target);
 }
 
+// Nothing is delegated from here on: the destructor would run, and close the caller's descriptor, when a later pair is
+// refused.
+
 uti_Redirection::uti_Redirection(const cow_String& symbol1, const Handle& target1, const cow_String& symbol2,
                                  const Handle& target2)
-    : uti_Redirection(symbol1, target1)
 {
+    Redirect(symbol1, target1);
     Redirect(symbol2, target2);
 }
 
 uti_Redirection::uti_Redirection(const cow_String& symbol1, const Handle& target1, const cow_String& symbol2,
                                  const Handle& target2, const cow_String& symbol3, const Handle& target3)
-    : uti_Redirection(symbol1, target1, symbol2, target2)
 {
+    Redirect(symbol1, target1);
+    Redirect(symbol2, target2);
     Redirect(symbol3, target3);
 }
 
