@@ -215,8 +215,10 @@ cow_String uti_NumFormat::FormatEngineering(double value) const
             mantissa *= 1000.0;
         }
     }
-    const double size = std::fabs(mantissa);
-    const int integerDigits = size >= 100.0 ? 3 : size >= 10.0 ? 2 : 1;
+    int integerDigits = 1;
+    for (double rest = std::fabs(mantissa) * 0.1; rest >= 1.0 && integerDigits < MANTISSA_DIGITS; rest *= 0.1) {
+        ++integerDigits;
+    }
     const int decimals = Digits() - integerDigits;
     text.AppendNumber(mantissa, std::chars_format::fixed, std::max(decimals, 0));
     if (decimals <= 0) {
