@@ -28,7 +28,7 @@ public:
     /// Outside the list nothing is set.
     void Index(int p, int& id, int& instanceId, int& offset, int& run) const noexcept;
     /// The elements from flat position `from` up to but not including `to`, both cut to the list, in the runs they stand
-    /// in. Empty when `to` is 0 or not above `from`.
+    /// in, and with the runs without ids between these. Empty when `to` is 0 or not above `from`.
     omu_ListArrayInt Slice(int from, int to) const;
     /// One run for each instance, in the order in which they come first; its ids ascending, each once.
     omu_ListArrayInt Compress() const;

@@ -51,7 +51,7 @@ TEST(ListOfRuns, Slices_and_positions_agree_with_the_flat_list)
 {
     const omu_ListArrayInt list = List({{7, {1, 2, 3}}, {9, {4}}, {8, {}}, {7, {5, 6}}});
     EXPECT_EQ(list.Slice(1, 3), List({{7, {2, 3}}}));
-    EXPECT_EQ(list.Slice(0, 100), List({{7, {1, 2, 3}}, {9, {4}}, {7, {5, 6}}}));
+    EXPECT_EQ(list.Slice(0, 100), list);
     EXPECT_TRUE(list.Slice(0, 100).ConstRuns()[0].ConstIds().SharesWith(list.ConstRuns()[0].ConstIds()));
     EXPECT_EQ(list.Length(), 6);
     for (int from = -2; from < 9; ++from) {

@@ -103,7 +103,8 @@ omu_ListArrayInt omu_ListArrayInt::Slice(int from, int to) const
     for (const omu_IntAndArrayInt& run : m_runs) {
         const int first = std::clamp(from - start, 0, run.Length());
         const int end = std::clamp(to - start, 0, run.Length());
-        if (first == 0 && end == run.Length() && end != 0) {
+        const bool isWithin = end != 0 || !slice.m_runs.IsEmpty(); // also a run without ids, between others
+        if (first == 0 && end == run.Length() && isWithin) {
             slice.m_runs.Append(run);
         } else if (first < end) {
             const int* const ids = run.ConstIds().data();
