@@ -286,9 +286,8 @@ PyMethodDef functions[] = {
      "Adds or changes a named format of this thread; the notation is 'automatic', 'engineering' or 'scientific'."},
     {"run", AsFunction(RunProgram), METH_VARARGS | METH_KEYWORDS,
      "run(command, input=None, env=None)\n--\n\n"
-     "Runs a program and waits for it: its exit status and what it wrote. The command may redirect streams to files; "
-     "env"
-     " is the whole environment, that of this process when empty."},
+     "Runs a program and waits for it: its exit status and what it wrote. The command may redirect its errors and,"
+     " without input, what it reads; env is the whole environment, that of this process when empty."},
     {},
 };
 

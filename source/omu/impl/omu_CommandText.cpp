@@ -9,6 +9,8 @@
 #include "omu_PrimNumber.h"
 #include "omu_PrimString.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -199,6 +201,22 @@ void AppendValue(cow_String& text, const omu_Primitive* value)
     }
 }
 
+/// Whether the script language takes the name before an equals sign in a call.
+bool IsParameterName(std::string_view name)
+{
+    static constexpr std::array<std::string_view, 35> RESERVED = {
+        "False", "None",     "True",  "and",    "as",   "assert", "async",  "await",    "break",
+        "class", "continue", "def",   "del",    "elif", "else",   "except", "finally",  "for",
+        "from",  "global",   "if",    "import", "in",   "is",     "lambda", "nonlocal", "not",
+        "or",    "pass",     "raise", "return", "try",  "while",  "with",   "yield"};
+    const auto isLetter = [](char character) {
+        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') || character == '_';
+    };
+    const auto isPart = [&](char character) { return isLetter(character) || (character >= '0' && character <= '9'); };
+    return !name.empty() && isLetter(name[0]) && std::all_of(name.begin(), name.end(), isPart) &&
+           !std::binary_search(RESERVED.begin(), RESERVED.end(), name);
+}
+
 } // namespace
 
 cow_String omu_ArgumentsCommandText(const omu_Arguments& arguments)
@@ -211,9 +229,18 @@ cow_String omu_ArgumentsCommandText(const omu_Arguments& arguments)
         text += ", ";
     }
     AppendItems(text, keywords.Length(), [&](int i) {
-        text += keywords[i].name;
-        text.Append('=');
-        AppendValue(text, keywords[i].value.ConstGet());
+        const auto& [name, value, turn] = keywords[i];
+        if (IsParameterName(name)) {
+            text += name;
+            text.Append('=');
+            AppendValue(text, value.ConstGet());
+        } else {
+            text += "**{";
+            AppendQuoted(text, name);
+            text += ": ";
+            AppendValue(text, value.ConstGet());
+            text.Append('}');
+        }
     });
     text.Append(')');
     return text;
