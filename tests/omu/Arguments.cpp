@@ -127,4 +127,10 @@ TEST(Arguments, A_command_text_writes_what_reads_back_equal)
     arguments.Put(List({1}).Copy());
     arguments.Put(omu_PrimBool<2>(true), "mode");
     EXPECT_EQ(arguments.AsString(0), "(0.30000000000000004, 0.1, 'tab\\x09here\\x0d\\'\\\\\\x01\\n', [1], mode=ON)");
+
+    omu_Arguments names;
+    for (const char* name : {"from", "fromage", "two words", "2nd", ""}) {
+        names.Put(1, name);
+    }
+    EXPECT_EQ(names.AsString(0), "(**{'': 1}, **{'2nd': 1}, **{'from': 1}, fromage=1, **{'two words': 1})");
 }
