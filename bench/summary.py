@@ -57,6 +57,11 @@ GOALS = [
     ("100,000 array elements read in random order", "array_anywhere_kernel", ["array_anywhere_vector"], None),
     ("1000 uids taken and released", "uid_kernel", ["uid_make_shared", "uid_malloc", "uid_boost_pool"], 0.90),
     ("the same, beside what any thread may call", "uid_kernel", ["uid_make_shared", "uid_malloc"], None),
+    ("10,000,000 doubles written, beside SQLite", "store_write<Kernel>/real_time", ["store_write<Sqlite>/real_time"], 1.05),
+    ("10,000,000 doubles read in order, beside SQLite", "store_read<Kernel>/real_time", ["store_read<Sqlite>/real_time"], 1.10),
+    ("10,000,000 doubles read in order, beside HDF5", "store_read<Kernel>/real_time", ["store_read<Hdf5>/real_time"], None),
+    ("100,000 random doubles, beside HDF5", "store_random<Kernel>/real_time", ["store_random<Hdf5>/real_time"], 0.60),
+    ("100,000 random doubles, beside plain reads", "store_random<Kernel>/real_time", ["store_random<Plain>/real_time"], None),
 ]
 
 
