@@ -68,7 +68,7 @@ public:
     }
     /// The first cell of the first word with an occupied cell at or behind `cell`, the start of a word; CellCount() when
     /// there is none.
-    unsigned int FindWord(unsigned int cell) const noexcept
+    std::uint64_t FindWord(unsigned int cell) const noexcept
     {
         const unsigned int slots = this->SlotCount();
         unsigned int i = (cell & (this->ChunkSize() - 1)) / WORD_BITS;
@@ -79,7 +79,7 @@ public:
             }
             for (; i < WordCount(this->Bits()); ++i) {
                 if (Words(chunk)[i] != 0) {
-                    return (k << this->Bits()) + i * WORD_BITS;
+                    return (std::uint64_t{k} << this->Bits()) + i * WORD_BITS;
                 }
             }
         }
@@ -87,7 +87,8 @@ public:
     }
     /// Cells that share a word.
     unsigned int CellsPerWord() const noexcept { return std::min(this->ChunkSize(), WORD_BITS); }
-    unsigned int CellCount() const noexcept { return this->SlotCount() << this->Bits(); }
+    /// Up to 2^32, and more where slots were made in steps beyond the block.
+    std::uint64_t CellCount() const noexcept { return std::uint64_t{this->SlotCount()} << this->Bits(); }
 
 private:
     static constexpr std::size_t CellBytes(unsigned int bits) noexcept { return (std::size_t{1} << bits) * sizeof(T); }

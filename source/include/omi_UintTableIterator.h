@@ -28,6 +28,9 @@ public:
 
     explicit omi_UintTableIterator(const omi_UintTable<T>& table) : m_table(&table) {}
     omi_UintTableIterator(const omi_UintTable<T>& table, Compare compare) : m_table(&table), m_compare(compare) {}
+    // The sorted order points into the entries.
+    omi_UintTableIterator(const omi_UintTableIterator&) = delete;
+    omi_UintTableIterator& operator=(const omi_UintTableIterator&) = delete;
 
     bool IsDone() const
     {
@@ -92,7 +95,7 @@ private:
     /// To the first occupied cell at or behind `cell`, the start of a word; false when there is none in the block.
     bool SearchUp(unsigned int cell) noexcept;
     /// To the last occupied cell in the words before `cell`, the start of a word; false when there is none.
-    bool SearchDown(unsigned int cell) noexcept;
+    bool SearchDown(std::uint64_t cell) noexcept;
     /// The word that starts at `cell`; false when none of its cells is occupied.
     bool EnterWord(unsigned int cell) noexcept
     {
@@ -236,19 +239,19 @@ template <class T> bool omi_UintTableIterator<T>::EnterBlock(std::int64_t index)
 
 template <class T> bool omi_UintTableIterator<T>::SearchUp(unsigned int cell) noexcept
 {
-    const unsigned int found = m_block->FindWord(cell);
-    const bool isFound = found < m_block->CellCount() && EnterWord(found);
+    const std::uint64_t found = m_block->FindWord(cell);
+    const bool isFound = found < m_block->CellCount() && EnterWord(static_cast<unsigned int>(found));
     if (isFound) {
         MoveToBit(std::countr_zero(m_word));
     }
     return isFound;
 }
 
-template <class T> bool omi_UintTableIterator<T>::SearchDown(unsigned int cell) noexcept
+template <class T> bool omi_UintTableIterator<T>::SearchDown(std::uint64_t cell) noexcept
 {
     while (cell != 0) {
         cell -= m_block->CellsPerWord();
-        if (EnterWord(cell)) {
+        if (EnterWord(static_cast<unsigned int>(cell))) {
             MoveToBit(static_cast<int>(std::bit_width(m_word)) - 1);
             return true;
         }
