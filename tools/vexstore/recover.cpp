@@ -220,10 +220,11 @@ private:
     {
         std::int64_t next = 0;
         for (const auto& [key, cell] : m_to.Rows(record.id)) {
-            if (const sql_Key place(next++); key != place) {
+            if (!key.IsNumber() || key.Number() != next) {
                 m_to.RemoveRow(record.id, key);
-                m_to.PutRow(record.id, place, cell);
+                m_to.PutRow(record.id, sql_Key(next), cell);
             }
+            ++next;
         }
     }
 
