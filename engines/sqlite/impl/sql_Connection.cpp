@@ -236,11 +236,12 @@ void sql_Rows::Bind(int index, std::string_view bytes)
 
 void sql_Rows::Bind(int index, const cow_String& text)
 {
+    // A short text is part of the object, which may be a temporary: SQLite takes a copy.
     if (sql_IsPlainText(text)) {
-        Check(sqlite3_bind_text64(m_statement.m_handle, index, text.AsCharPtr(), text.size(), SQLITE_STATIC,
+        Check(sqlite3_bind_text64(m_statement.m_handle, index, text.AsCharPtr(), text.size(), SQLITE_TRANSIENT,
                                   SQLITE_UTF8));
     } else {
-        Bind(index, text.view());
+        Check(sqlite3_bind_blob64(m_statement.m_handle, index, text.AsCharPtr(), text.size(), SQLITE_TRANSIENT));
     }
 }
 

@@ -72,7 +72,8 @@ private:
     sqlite3_stmt* m_handle = nullptr;
 };
 
-/// One run of a statement. Parameters are bound in order; their memory must last as long as the run.
+/// One run of a statement. Parameters are bound in order; the memory of bytes must last as long as the run, all others
+/// are copied.
 ///
 /// Errors:     nex_TextException; a column of another type than asked for is damage.
 /// Example:    for (sql_Rows rows(m_fields, record); rows.Next();) { Use(rows.Int(0)); }
