@@ -96,6 +96,12 @@ def test_objects_that_only_a_script_has_are_variables(journal):
     assert text == repr((ledger.read()[first:-2], "vectors")).encode()
 
 
+def test_an_object_whose_text_is_no_path_is_what_scripts_import(journal):
+    shelf.echo(1)
+    shelf.echo([shelf])
+    assert lines(journal) == ["shelf.echo(1)", "shelf.echo([shelf])"]
+
+
 def test_a_variable_means_nothing_in_the_next_journal(journal, tmp_path):
     old = ledger.vector(1)
     vexomu.stopJournal()

@@ -26,7 +26,13 @@ struct PyJournalName
 namespace
 {
 
-using Root = std::pair<std::string, std::string>; // module, name
+/// A kernel object that scripts import.
+struct Root
+{
+    std::string module;
+    std::string name;
+    const omu_InterfaceObj* object; // only compared: another may be made in its place once it is gone
+};
 
 PyObject* file = nullptr; // a raw binary file, so that every line is with the system when the call is done
 unsigned int journal = 0; // counts the journals of the process
@@ -44,7 +50,7 @@ bool CanBeVariable(std::string_view constant)
         return isCapital(character) || (character >= '0' && character <= '9') || character == '_';
     };
     return !constant.empty() && isCapital(constant[0]) && std::all_of(constant.begin(), constant.end(), isWord) &&
-           std::none_of(roots.begin(), roots.end(), [&](const Root& root) { return root.second == constant; });
+           std::none_of(roots.begin(), roots.end(), [&](const Root& root) { return root.name == constant; });
 }
 
 cow_String Quoted(const cow_String& text)
@@ -78,7 +84,7 @@ bool Write(const cow_String& lines)
 
 cow_String ImportLine(const Root& root)
 {
-    return cow_String("from ") + root.first + " import " + root.second + "\n";
+    return cow_String("from ") + root.module + " import " + root.name + "\n";
 }
 
 /// False with a Python error set.
@@ -140,15 +146,23 @@ bool IsCurrent(const PyJournalName* variable)
     return variable != nullptr && variable->journal == journal;
 }
 
+/// What leads a script to the object: its variable, or its text. An object whose text is no path can be one that scripts
+/// import; in brackets stands what has no path at all.
 cow_String PathOf(const omu_InterfaceObj& object, const PyJournalName* variable)
 {
-    return IsCurrent(variable) ? cow_String(variable->variable) : object.Repr();
+    if (IsCurrent(variable)) {
+        return variable->variable;
+    }
+    const cow_String text = object.Repr();
+    const auto isIt = [&object](const Root& root) { return root.object == &object; };
+    const auto root = text.StartsWith("<") ? std::find_if(roots.begin(), roots.end(), isIt) : roots.end();
+    return root != roots.end() ? cow_String(root->name) : text;
 }
 
 /// False for what only a script has, which is in no model.
 bool HasPath(const omu_InterfaceObj& object, const PyJournalName* variable)
 {
-    return variable == nullptr && !object.Repr().StartsWith("<");
+    return variable == nullptr && !PathOf(object, variable).StartsWith("<");
 }
 
 /// The line defines the constants that it is the first to use.
@@ -182,9 +196,9 @@ bool pyAddJournal(PyObject* module)
     return PyModule_AddFunctions(module, functions) == 0;
 }
 
-bool pyAnnounceRoot(const char* module, const char* name)
+bool pyAnnounceRoot(const char* module, const char* name, const omu_InterfaceObj& object)
 {
-    roots.emplace_back(module, name);
+    roots.push_back({module, name, &object});
     return file == nullptr || Write(ImportLine(roots.back()));
 }
 
@@ -214,8 +228,9 @@ omu_PrimHolder PyJournalRendering::ForText(PyObject* value, const cow_String& te
 
 omu_PrimHolder PyJournalRendering::ForObject(const omu_InterfaceObj& object, const PyJournalName* variable)
 {
-    if (IsCurrent(variable)) {
-        return Expression(variable->variable);
+    const cow_String path = PathOf(object, variable);
+    if (IsCurrent(variable) || path != object.Repr()) {
+        return Expression(path);
     }
     isAllNamed = isAllNamed && HasPath(object, variable);
     return {};

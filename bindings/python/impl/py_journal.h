@@ -14,9 +14,9 @@ class omu_InterfaceObj;
 /// Adds startJournal and stopJournal to the module. False with a Python error set.
 bool pyAddJournal(PyObject* module);
 
-/// Tells the journal that scripts find a kernel object by importing `name` from `module`; a Python error is set when it
+/// Tells the journal that scripts find the kernel object by importing `name` from `module`; a Python error is set when it
 /// answers false.
-bool pyAnnounceRoot(const char* module, const char* name);
+bool pyAnnounceRoot(const char* module, const char* name, const omu_InterfaceObj& object);
 
 /// The variable that means a kernel object in the journal, when it is in no model yet and only a script has it.
 ///

@@ -29,9 +29,9 @@ omu_Primitive* FromPython(PyObject* value)
     return pyGuard(static_cast<omu_Primitive*>(nullptr), [&] { return pyFromPython(value).Release(); });
 }
 
-int AnnounceRoot(const char* module, const char* name)
+int AnnounceRoot(const char* module, const char* name, PyObject* object)
 {
-    return pyGuard(-1, [&] { return pyAnnounceRoot(module, name) ? 0 : -1; });
+    return pyGuard(-1, [&] { return pyAnnounceRoot(module, name, *pyUnwrapObject(object)) ? 0 : -1; });
 }
 
 vexomu_Api api{.wrap = Wrap, .toPython = ToPython, .fromPython = FromPython, .announceRoot = AnnounceRoot};

@@ -28,8 +28,9 @@ struct vexomu_Api
     PyObject* (*toPython)(const omu_Primitive* value) = nullptr;
     /// A value that the caller owns; null with a Python error set.
     omu_Primitive* (*fromPython)(PyObject* value) = nullptr;
-    /// Tells the journal that scripts find a kernel object by importing `name` from `module`; -1 with a Python error set.
-    int (*announceRoot)(const char* module, const char* name) = nullptr;
+    /// Tells the journal that scripts find `object`, which wrap gave, by importing `name` from `module`; -1 with a Python
+    /// error set.
+    int (*announceRoot)(const char* module, const char* name, PyObject* object) = nullptr;
 };
 
 /// The functions of module `vexomu`, which is imported by the first call; null with a Python error set.
@@ -72,7 +73,7 @@ inline PyObject* vexomu_NewModule(const char* name, const char* description,
         }
         PyObject* const wrapped = api->wrap(object.release());
         failed = wrapped == nullptr || PyModule_AddObjectRef(module, named.name, wrapped) < 0 ||
-                 api->announceRoot(name, named.name) < 0;
+                 api->announceRoot(name, named.name, wrapped) < 0;
         Py_XDECREF(wrapped);
     }
     if (failed) {
