@@ -29,7 +29,7 @@ omu_InterfaceObj* Operand(PyObject* value, PyObject* other, std::unique_ptr<omu_
     arguments.Put(std::move(held));
     keeper.reset(pyUnwrapObject(other)->Coerce(arguments));
     if (keeper == nullptr || !keeper->IsType('<')) {
-        PyErr_Format(PyExc_TypeError, "a %s cannot be made a %s", Py_TYPE(value)->tp_name, Py_TYPE(other)->tp_name);
+        PyErr_Format(PyExc_TypeError, "no %s can be made of a %s", Py_TYPE(other)->tp_name, Py_TYPE(value)->tp_name);
         return nullptr;
     }
     return &static_cast<omu_InterfaceObj&>(*keeper).Resolve();
@@ -86,7 +86,7 @@ PyObject* Cast(PyObject* self, const char* type)
         arguments.Put(cow_String(type));
         omu_Primitive* const result = pyUnwrapObject(self)->Cast(arguments);
         if (result == nullptr) {
-            PyErr_Format(PyExc_TypeError, "a %s cannot be made a %s", Py_TYPE(self)->tp_name, type);
+            PyErr_Format(PyExc_TypeError, "no %s can be made of a %s", type, Py_TYPE(self)->tp_name);
             return nullptr;
         }
         return pyTakeResult(result);
