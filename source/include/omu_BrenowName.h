@@ -45,7 +45,7 @@ public:
     /// Repairs `name` until it obeys the rules of GUI_NAME, at most 38 characters long; true when that changed it. It may
     /// come out empty. The six replacements are, in order, what is put before a leading digit, and what takes the place of
     /// a double quote, a dot, a backslash, a leading and a trailing underscore or blank; a dot removes the character (or
-    /// leading digits) instead. Replacements that break the rules themselves leave a name that does.
+    /// leading digits) instead. With replacements that break the rules themselves, the name may break them still.
     static bool MakeLegalGuiName(cow_String& name, const char* replacements);
 
     /// The name with an underscore for everything but letters, digits, "_", "-" and ".", and one before it when it is
