@@ -30,10 +30,11 @@ public:
     static constexpr std::size_t INLINE_LENGTH = 15;
     static constexpr std::size_t MAX_LENGTH = 0x7FFFFFFF;
 
+    // What is defined below says `inline` here already: a class imported from a DLL may not learn it after a first use.
     cow_String() noexcept { InitEmpty(); }
     /// A null pointer gives the empty text.
-    cow_String(const char* text);
-    cow_String(std::string_view text);
+    inline cow_String(const char* text);
+    inline cow_String(std::string_view text);
     cow_String(const char* bytes, std::size_t length) : cow_String(std::string_view(bytes, length)) {}
     explicit cow_String(char character);
     explicit cow_String(int value);
@@ -41,19 +42,19 @@ public:
     /// The text that "%.15g" gives in the C locale.
     explicit cow_String(double value);
 
-    cow_String(const cow_String& other) noexcept;
-    cow_String(cow_String&& other) noexcept;
-    cow_String& operator=(const cow_String& other) noexcept;
-    cow_String& operator=(cow_String&& other) noexcept;
-    ~cow_String();
+    inline cow_String(const cow_String& other) noexcept;
+    inline cow_String(cow_String&& other) noexcept;
+    inline cow_String& operator=(const cow_String& other) noexcept;
+    inline cow_String& operator=(cow_String&& other) noexcept;
+    inline ~cow_String();
 
     /// The bytes, followed by a zero byte that does not count.
-    const char* AsCharPtr() const noexcept;
+    inline const char* AsCharPtr() const noexcept;
     std::string_view view() const noexcept { return {AsCharPtr(), size()}; }
     operator std::string_view() const noexcept { return view(); }
 
     int Length() const noexcept { return static_cast<int>(size()); }
-    std::size_t size() const noexcept;
+    inline std::size_t size() const noexcept;
     bool IsEmpty() const noexcept { return size() == 0; }
     const char* begin() const noexcept { return AsCharPtr(); }
     const char* end() const noexcept { return AsCharPtr() + size(); }
@@ -85,7 +86,7 @@ public:
 
     /// Replaces the byte at `index`; outside the text an assertion is reported and nothing changes.
     void Set(int index, char character);
-    void Clear() noexcept;
+    inline void Clear() noexcept;
     /// Makes room for `length` bytes in all, so that appending up to there allocates at most once.
     void Reserve(std::size_t length);
 

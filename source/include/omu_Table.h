@@ -72,8 +72,8 @@ public:
     bool ClearAll();
 
 private:
-    friend bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table);
-    friend bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table);
+    friend VEXOMU_API bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table);
+    friend VEXOMU_API bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table);
 
     bool Insert(unsigned int key, T value);
     void Swap(omu_Table& other) noexcept;

@@ -63,8 +63,8 @@ public:
     void ClearAll();
 
 private:
-    friend bio_Ifilter& operator>>(bio_Ifilter& in, omu_Varray<unsigned int>& values);
-    friend bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Varray<unsigned int>& values);
+    friend VEXOMU_API bio_Ifilter& operator>>(bio_Ifilter& in, omu_Varray<unsigned int>& values);
+    friend VEXOMU_API bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Varray<unsigned int>& values);
 };
 
 extern template class VEXOMU_API omu_Varray<unsigned int>;
