@@ -2,7 +2,7 @@
 
 import builtins
 import os
-from typing import Any, Iterator
+from typing import Any, Iterator, Sequence
 
 class Object:
     """An object of the kernel. Equality is identity."""
@@ -53,6 +53,9 @@ class TypeName(str):
 class Array:
     """A numeric array of the kernel; memoryview and numpy read it in place."""
 
+    def reshape(self, shape: Sequence[int], /) -> Array:
+        """The same elements in other dimensions."""
+
 ON: Constant
 OFF: Constant
 TRUE: Constant
@@ -65,6 +68,9 @@ class BrenowNameError(ValueError): ...
 class KeyError(builtins.KeyError): ...
 class AccessError(ReferenceError): ...
 class XypError(RuntimeError): ...
+
+def number(value: int | float, kind: str, /) -> Any:
+    """A number for the kernel as int8 'b', int16 'h', uint32 'I' or float32 'f'."""
 
 def array(values: Any, kind: str, /) -> Any:
     """Numbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."""

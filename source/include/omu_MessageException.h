@@ -14,12 +14,15 @@ class VEXOMU_API omu_MessageException : public nex_CommandException
 public:
     using nex_CommandException::nex_CommandException;
     omu_MessageException() = default;
-    explicit omu_MessageException(cow_String text);
+    /// `subject` is the name or key that the error is about, for programs that look at the error; no stream has it.
+    explicit omu_MessageException(cow_String text, cow_String subject = {});
 
     /// The text as it stands.
     cow_String JournalMessage() const override;
 
     const cow_String& Text() const noexcept { return m_text; }
+    /// Empty when it was not said.
+    const cow_String& Subject() const noexcept { return m_subject; }
 
 protected:
     // All of these classes dump under this one word: promised, and it must stay.
@@ -28,4 +31,5 @@ protected:
 
 private:
     cow_String m_text;
+    cow_String m_subject;
 };

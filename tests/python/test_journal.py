@@ -64,7 +64,8 @@ VALUES = [0, -5, 4294967295, 0.1, 1e300, 5e-324, -0.0, math.nan, math.inf, -math
           [1, [2.5, "x"], ()], {}, {"k": [1]}, {1: "one", -2: None}, vexomu.ON, vexomu.Constant("STEEL"),
           vexomu.Constant("two words"), vexomu.Path("a.b"), vexomu.TypeName("Part"), {"c": (vexomu.Constant("STEEL"),)},
           numpy.array([[1, 2], [3, 4]], dtype="i4"), numpy.array([0.1, math.nan], dtype="f4"), numpy.linspace(0, 1, 7),
-          numpy.float32(0.1), numpy.zeros((2, 0, 3)), *map(vexomu.Constant, ["None", "if", "v", "ledger", "float"])]
+          numpy.float32(0.1), numpy.int8(-3), numpy.int16(300), numpy.uint32(7), numpy.zeros((2, 0, 3)),
+          *map(vexomu.Constant, ["None", "if", "v", "ledger", "float"])]
 
 
 def test_every_kind_of_value_comes_back_equal(journal):

@@ -56,6 +56,8 @@ def test_each_kernel_failure_is_the_right_python_error(kind, error, base, messag
     with pytest.raises(base) as caught:
         shelf.fail(kind)
     assert type(caught.value) is error and str(caught.value) == message
+    if base in (AttributeError, NameError, KeyError):
+        assert caught.value.obj is shelf and caught.value.name == ("such" if kind == "key" else None)
 
 
 def test_a_handle_whose_object_is_gone_raises_access_error():

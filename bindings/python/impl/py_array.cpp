@@ -1,6 +1,8 @@
 #include "py_array.h"
 
+#include "omu_Arguments.h"
 #include "omu_PrimArray.h"
+#include "omu_PrimExpr.h"
 #include "omu_PrimNumber.h"
 #include "py_errors.h"
 #include "py_journal.h"
@@ -9,6 +11,7 @@
 #include "nex_TextException.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -121,18 +124,15 @@ bool SetOverflow()
     return false;
 }
 
-std::unique_ptr<omu_Primitive> NumberFrom(const Py_buffer& view, char format)
+std::unique_ptr<omu_PrimNumber> NumberFrom(const Py_buffer& view, char format)
 {
     if (format == 'f') {
-        const float number = Load<float>(view.buf);
-        // A script's numbers have the precision of a double: with the digits of a float it would read another one.
-        return PyJournalRendering::IsOn() ? std::make_unique<omu_PrimNumber>(static_cast<double>(number))
-                                          : std::make_unique<omu_PrimNumber>(number);
+        return std::make_unique<omu_PrimNumber>(Load<float>(view.buf));
     }
     if (format == 'd') {
         return std::make_unique<omu_PrimNumber>(Load<double>(view.buf));
     }
-    std::unique_ptr<omu_Primitive> number;
+    std::unique_ptr<omu_PrimNumber> number;
     WithIntegerType(format, [&](auto sample) {
         using T = decltype(sample);
         const T integer = Load<T>(view.buf);
@@ -150,6 +150,29 @@ std::unique_ptr<omu_Primitive> NumberFrom(const Py_buffer& view, char format)
         return true;
     });
     return number;
+}
+
+/// What the journal writes for a number of a kind that the script's own numbers do not have; null for any other.
+std::unique_ptr<omu_Primitive> ShownNumber(const omu_PrimNumber& number)
+{
+    const auto shown = [](const auto& plain, const char* kind) {
+        omu_Arguments arguments(2);
+        arguments.Put(plain);
+        arguments.Put(cow_String(kind));
+        return std::make_unique<omu_PrimExpr>("number" + arguments.AsRepr());
+    };
+    switch (number.GetDataType()) {
+    case omu_PrimNumber::INT8:
+        return shown(number.GetInt(), "b");
+    case omu_PrimNumber::INT16:
+        return shown(number.GetInt(), "h");
+    case omu_PrimNumber::UINT32:
+        return std::in_range<std::int32_t>(number.GetUnsigned()) ? shown(number.GetInt(), "I") : nullptr;
+    case omu_PrimNumber::REAL32:
+        return shown(number.GetValue(), "f"); // the digits of a float would be read as another double
+    default:
+        return nullptr;
+    }
 }
 
 /// Elements of an integer format as 32-bit ones; false with a Python error set.
@@ -269,6 +292,43 @@ PyObject* NewArrayObject(const omu_PrimArray& array)
     ::new (&Of(self).strides) std::vector<Py_ssize_t>(std::move(strides));
     return self;
 }
+
+/// array.reshape(shape), which stands in the text of an array that has no elements in some dimension.
+PyObject* Reshape(PyObject* self, PyObject* shape)
+{
+    const omu_PrimArray& array = Of(self).array;
+    const PyRef lengths(PySequence_Tuple(shape));
+    std::vector<int> dimensions;
+    long long count = 1;
+    for (Py_ssize_t i = 0; lengths && i < PyTuple_GET_SIZE(lengths.Get()); ++i) {
+        const long length = PyLong_AsLong(PyTuple_GET_ITEM(lengths.Get(), i));
+        if (length == -1 && PyErr_Occurred() != nullptr) {
+            return nullptr;
+        }
+        if (length < 0 || length > std::numeric_limits<int>::max()) {
+            PyErr_SetString(PyExc_ValueError, "a dimension is negative or does not fit in 32 bits");
+            return nullptr;
+        }
+        dimensions.push_back(static_cast<int>(length));
+        count = std::min(count * length, 1LL << 32); // beyond every array, and short of overflow
+    }
+    if (!lengths) {
+        return nullptr;
+    }
+    if (count != array.ConstGetNumElements() || !array.IsContiguous()) {
+        PyErr_Format(PyExc_ValueError, "%d elements cannot be reshaped to %R", array.ConstGetNumElements(), shape);
+        return nullptr;
+    }
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] {
+        return NewArrayObject({static_cast<int>(dimensions.size()), dimensions.data(), array.ConstGetPrimNumberType(),
+                               array.ConstGetData()});
+    });
+}
+
+PyMethodDef methods[] = {
+    {"reshape", Reshape, METH_O, "reshape(shape, /)\n--\n\nThe same elements in other dimensions."},
+    {},
+};
 
 /// numpy.asarray, borrowed; null without a Python error when there is no numpy.
 PyObject* NumpyAsArray()
@@ -413,7 +473,42 @@ PyObject* NewArray(PyObject*, PyObject* arguments)
     });
 }
 
+/// number(value, kind): what the journal writes for a number of a kind that a script's own numbers do not have. A ctypes
+/// object carries it, so that a journal runs where there is no numpy.
+PyObject* NewNumber(PyObject*, PyObject* arguments)
+{
+    PyObject* value = nullptr;
+    const char* kind = nullptr;
+    if (PyArg_ParseTuple(arguments, "Os:number", &value, &kind) == 0) {
+        return nullptr;
+    }
+    static constexpr std::array<std::pair<std::string_view, const char*>, 4> classes{
+        {{"b", "c_int8"}, {"h", "c_int16"}, {"I", "c_uint32"}, {"f", "c_float"}}};
+    const auto* const found =
+        std::find_if(classes.begin(), classes.end(), [kind](const auto& row) { return row.first == kind; });
+    if (found == classes.end()) {
+        PyErr_SetString(PyExc_ValueError, "the kind of a number is 'b', 'h', 'I' or 'f'");
+        return nullptr;
+    }
+    const PyRef ctypes(PyImport_ImportModule("ctypes"));
+    PyRef number(ctypes ? PyObject_CallMethod(ctypes.Get(), found->second, "O", value) : nullptr);
+    const PyRef kept(number ? PyObject_GetAttrString(number.Get(), "value") : nullptr);
+    if (!kept) {
+        return nullptr;
+    }
+    if (*kind == 'f') {
+        return number.Release();
+    }
+    const int isSame = PyObject_RichCompareBool(kept.Get(), value, Py_EQ); // ctypes drops the bits that do not fit
+    if (isSame == 0) {
+        PyErr_Format(PyExc_OverflowError, "%R does not fit in a number of kind '%s'", value, kind);
+    }
+    return isSame == 1 ? number.Release() : nullptr;
+}
+
 PyMethodDef functions[] = {
+    {"number", NewNumber, METH_VARARGS,
+     "number(value, kind, /)\n--\n\nA number for the kernel as int8 'b', int16 'h', uint32 'I' or float32 'f'."},
     {"array", NewArray, METH_VARARGS,
      "array(values, kind, /)\n--\n\nNumbers in nested sequences as an array of int32 'i', float32 'f' or float64 'd'."},
     {},
@@ -426,6 +521,7 @@ bool pyAddArrayType(PyObject* module)
     PyType_Slot slots[] = {
         {Py_tp_dealloc, reinterpret_cast<void*>(Dealloc)},
         {Py_bf_getbuffer, reinterpret_cast<void*>(GetBuffer)},
+        {Py_tp_methods, methods},
         {Py_tp_doc, const_cast<char*>("A numeric array of the kernel; memoryview and numpy read it in place.")},
         {0, nullptr},
     };
@@ -448,7 +544,15 @@ std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)
                      Py_TYPE(value)->tp_name);
         return nullptr;
     }
-    return view->ndim == 0 ? NumberFrom(*view, format) : ArrayFrom(*view, format);
+    if (view->ndim != 0) {
+        return ArrayFrom(*view, format);
+    }
+    std::unique_ptr<omu_PrimNumber> number = NumberFrom(*view, format);
+    std::unique_ptr<omu_Primitive> shown;
+    if (number != nullptr && PyJournalRendering::IsOn()) {
+        shown = ShownNumber(*number);
+    }
+    return shown != nullptr ? std::move(shown) : std::move(number);
 }
 
 PyObject* pyToArray(const omu_PrimArray& array)

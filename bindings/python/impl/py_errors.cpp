@@ -2,6 +2,8 @@
 
 #include "nex_CommandException.h"
 #include "nex_TextException.h"
+#include "omu_AttributeErrorException.h"
+#include "omu_MessageException.h"
 #include "uti_SystemException.h"
 
 #include <array>
@@ -88,12 +90,43 @@ void SetSystemError(const uti_SystemException& error)
     }
 }
 
-void Translate()
+/// The name or key that the error is about; empty when it does not say.
+cow_String SubjectOf(const nex_CommandException& error)
+{
+    if (const auto* const message = dynamic_cast<const omu_MessageException*>(&error)) {
+        return message->Subject();
+    }
+    const auto* const attribute = dynamic_cast<const omu_AttributeErrorException*>(&error);
+    return attribute != nullptr && attribute->Kind() == omu_AttributeErrorException::READ_ONLY ? attribute->Text()
+                                                                                               : cow_String();
+}
+
+bool CarriesSubject(PyObject* type)
+{
+    return PyObject_IsSubclass(type, PyExc_AttributeError) == 1 || PyObject_IsSubclass(type, PyExc_NameError) == 1 ||
+           PyObject_IsSubclass(type, PyExc_KeyError) == 1;
+}
+
+void SetCommandError(const nex_CommandException& error, PyObject* object)
+{
+    PyObject* const type = TypeOfCategory(error.PythonType());
+    if (object == nullptr || !CarriesSubject(type)) {
+        SetError(type, error.JournalMessage());
+        return;
+    }
+    const cow_String subject = SubjectOf(error);
+    const PyRef name = subject.IsEmpty() ? PyRef(Py_NewRef(Py_None)) : Text(subject);
+    if (name) {
+        pySetErrorAbout(type, object, name.Get(), Text(error.JournalMessage()));
+    }
+}
+
+void Translate(PyObject* object)
 {
     try {
         throw;
     } catch (const nex_CommandException& error) {
-        SetError(TypeOfCategory(error.PythonType()), error.JournalMessage());
+        SetCommandError(error, object);
     } catch (const uti_SystemException& error) {
         SetSystemError(error);
     } catch (const nex_Exception& error) {
@@ -130,14 +163,14 @@ bool pyAddErrors(PyObject* module)
     return true;
 }
 
-void pySetErrorFromCurrentException() noexcept
+void pySetErrorFromCurrentException(PyObject* object) noexcept
 {
     PyObject* type = nullptr;
     PyObject* earlier = nullptr;
     PyObject* traceback = nullptr;
     PyErr_Fetch(&type, &earlier, &traceback);
     if (type == nullptr) {
-        Translate();
+        Translate(object);
         return;
     }
     PyErr_NormalizeException(&type, &earlier, &traceback);
@@ -146,7 +179,7 @@ void pySetErrorFromCurrentException() noexcept
     }
     Py_XDECREF(type);
     Py_XDECREF(traceback);
-    Translate();
+    Translate(object);
     PyObject* newType = nullptr;
     PyObject* value = nullptr;
     PyObject* newTraceback = nullptr;
@@ -156,13 +189,16 @@ void pySetErrorFromCurrentException() noexcept
     PyErr_Restore(newType, value, newTraceback);
 }
 
-void pySetKeyError(PyObject* object, PyObject* key)
+void pySetErrorAbout(PyObject* type, PyObject* object, PyObject* name, PyRef text)
 {
-    PyObject* const type = TypeOfCategory("KeyError");
-    const PyRef text(PyUnicode_FromFormat("no key %R", key));
     const PyRef error(text ? PyObject_CallOneArg(type, text.Get()) : nullptr);
-    if (error && PyObject_SetAttrString(error.Get(), "name", key) == 0 &&
+    if (error && PyObject_SetAttrString(error.Get(), "name", name) == 0 &&
         PyObject_SetAttrString(error.Get(), "obj", object) == 0) {
         PyErr_SetObject(type, error.Get());
     }
+}
+
+void pySetKeyError(PyObject* object, PyObject* key)
+{
+    pySetErrorAbout(TypeOfCategory("KeyError"), object, key, PyRef(PyUnicode_FromFormat("no key %R", key)));
 }

@@ -7,20 +7,25 @@
 bool pyAddErrors(PyObject* module);
 
 /// Turns the C++ exception being handled into the Python error of its kind with its exact text; call it in a catch
-/// clause. A Python error that is already set becomes the new one's context.
-void pySetErrorFromCurrentException() noexcept;
+/// clause. A Python error that is already set becomes the new one's context. An AttributeError, NameError or KeyError
+/// carries `object`, whose use it is unless that is null, and the name or key that it is about.
+void pySetErrorFromCurrentException(PyObject* object = nullptr) noexcept;
 
-/// KeyError for a key that `object` does not have; it carries both.
+/// Sets an error that carries the object and the name or key of it that was asked for, from which the interpreter makes
+/// its suggestions. A `text` that is null has set an error already.
+void pySetErrorAbout(PyObject* type, PyObject* object, PyObject* name, PyRef text);
+
+/// KeyError for a key that `object` does not have.
 void pySetKeyError(PyObject* object, PyObject* key);
 
 /// Runs `body` and returns its result; when it throws, sets the Python error and returns `failed`. Every entry from
-/// Python goes through it: no C++ exception may reach the interpreter.
-template <class Body, class Result> Result pyGuard(Result failed, Body body) noexcept
+/// Python goes through it: no C++ exception may reach the interpreter. `object` is what the entry is about, or null.
+template <class Body, class Result> Result pyGuard(Result failed, Body body, PyObject* object = nullptr) noexcept
 {
     try {
         return body();
     } catch (...) {
-        pySetErrorFromCurrentException();
+        pySetErrorFromCurrentException(object);
         return failed;
     }
 }

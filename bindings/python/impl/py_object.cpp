@@ -88,15 +88,9 @@ bool WarnDeprecatedKeywords(const omu_Arguments& arguments)
     return true;
 }
 
-/// AttributeError with the name and the object, from which the interpreter makes its suggestions.
 void SetAttributeError(PyObject* object, const Descriptor& descriptor, const cow_String& message)
 {
-    const PyRef text(pyText(message.view()));
-    const PyRef error(text ? PyObject_CallOneArg(PyExc_AttributeError, text.Get()) : nullptr);
-    if (error && PyObject_SetAttrString(error.Get(), "name", descriptor.name) == 0 &&
-        PyObject_SetAttrString(error.Get(), "obj", object) == 0) {
-        PyErr_SetObject(PyExc_AttributeError, error.Get());
-    }
+    pySetErrorAbout(PyExc_AttributeError, object, descriptor.name, PyRef(pyText(message.view())));
 }
 
 void SetNoAttribute(PyObject* object, const Descriptor& descriptor)
@@ -183,8 +177,9 @@ PyObject* MethodVectorcall(PyObject* callable, PyObject* const* values, std::siz
                      method.owner->tp_name);
         return nullptr;
     }
-    return pyGuard(static_cast<PyObject*>(nullptr),
-                   [&] { return CallMethod(values[0], method, values + 1, count - 1, keywordNames); });
+    return pyGuard(
+        static_cast<PyObject*>(nullptr),
+        [&] { return CallMethod(values[0], method, values + 1, count - 1, keywordNames); }, values[0]);
 }
 
 PyObject* MethodGet(PyObject* self, PyObject* object, PyObject*)
@@ -272,7 +267,8 @@ PyObject* MemberGet(PyObject* self, PyObject* object, PyObject*)
     if (object == nullptr || !PyObject_TypeCheck(object, member.owner)) {
         return Py_NewRef(self);
     }
-    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return GetMember(object, member); });
+    return pyGuard(
+        static_cast<PyObject*>(nullptr), [&] { return GetMember(object, member); }, object);
 }
 
 int MemberSet(PyObject* self, PyObject* object, PyObject* value)
@@ -282,7 +278,8 @@ int MemberSet(PyObject* self, PyObject* object, PyObject* value)
         PyErr_Format(PyExc_TypeError, "member '%s' needs a '%s' object", member.info.name, member.owner->tp_name);
         return -1;
     }
-    return pyGuard(-1, [&] { return SetMember(object, member, value); });
+    return pyGuard(
+        -1, [&] { return SetMember(object, member, value); }, object);
 }
 
 void DescriptorDealloc(PyObject* self)

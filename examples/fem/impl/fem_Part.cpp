@@ -244,7 +244,8 @@ omu_Primitive* fem_Part::Node(omu_Arguments& arguments)
     arguments.End("node");
     omu_Primitive* const position = m_nodes.Value(label);
     if (position == nullptr) {
-        omu_KeyErrorException(Repr() + " has no node " + cow_String(label)).Throw(SOURCE, __LINE__);
+        const cow_String key(label);
+        omu_KeyErrorException(Repr() + " has no node " + key, key).Throw(SOURCE, __LINE__);
     }
     return position;
 }

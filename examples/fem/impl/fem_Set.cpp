@@ -53,7 +53,8 @@ void fem_Set::Add(const fem_Part& part, const cow_List<int>& labels)
     omu_IntAndArrayInt run(part.Id(), {});
     for (const int label : labels) {
         if (!part.Elements().HasKey(label)) {
-            omu_KeyErrorException(part.Repr() + " has no element " + cow_String(label))
+            const cow_String key(label);
+            omu_KeyErrorException(part.Repr() + " has no element " + key, key)
                 .Throw("examples/fem/impl/fem_Set", __LINE__);
         }
         run.GetIds().Append(label);

@@ -13,7 +13,9 @@
 
 #include <utility>
 
-omu_MessageException::omu_MessageException(cow_String text) : m_text(std::move(text)) {}
+omu_MessageException::omu_MessageException(cow_String text, cow_String subject)
+    : m_text(std::move(text)), m_subject(std::move(subject))
+{}
 
 cow_String omu_MessageException::JournalMessage() const
 {

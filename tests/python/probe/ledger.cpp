@@ -83,7 +83,7 @@ public:
     Ledger()
     {
         static constexpr methodTable methods[] = {
-            {"record", "record(value): notes the value.", omu_AsMethod<&Ledger::Record>},
+            {"record", "record(value): notes the value and its type.", omu_AsMethod<&Ledger::Record>},
             {"read", "read(): all notes.", omu_AsMethod<&Ledger::Read>},
             {"vector", "vector(x, y=0.0): a new vector.", omu_AsMethod<&Ledger::NewVector>},
             {"point", "point(where): notes a vector.", omu_AsMethod<&Ledger::Point>},
@@ -107,6 +107,7 @@ private:
             nex_TextException("record takes one value that can be kept").Throw("ledger", __LINE__);
         }
         m_notes.Append(arguments[0]);
+        m_notes.Append(omu_Hold(arguments[0]->TypeString()));
         return new omu_PrimNone;
     }
     omu_Primitive* Read(omu_Arguments&)

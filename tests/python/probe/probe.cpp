@@ -104,7 +104,7 @@ struct NamedFailure
 
 constexpr std::array<NamedFailure, 18> failures{{
     {"value", [] { omu_ValueErrorException("bad value").Throw("probe", 1); }},
-    {"key", [] { omu_KeyErrorException("no 'such' key").Throw("probe", 1); }},
+    {"key", [] { omu_KeyErrorException("no 'such' key", "such").Throw("probe", 1); }},
     {"index", [] { omu_IndexErrorException("index 7").Throw("probe", 1); }},
     {"name", [] { omu_NameErrorException("no name").Throw("probe", 1); }},
     {"zero", [] { omu_ZeroDivisionErrorException("by zero").Throw("probe", 1); }},
