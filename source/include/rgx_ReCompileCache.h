@@ -64,4 +64,5 @@ private:
     int m_capacity = 100;
     cow_Map<cow_String, cow_CountedHld<Compiled>> m_entries;
     std::array<Recent, RECENT_COUNT> m_recent; // invariant: each one that is not null stands in m_entries
+    Recent* m_latest = m_recent.data();        // asked for last
 };

@@ -4,6 +4,9 @@
 #include "cow_1DArrayList.h"
 #include "cow_String.h"
 
+#include <array>
+#include <cstddef>
+
 /// The result of a match: the subject, and where in it the whole match (pair 0) and the groups (pairs 1...) stand. The
 /// default one means no match.
 ///
@@ -23,16 +26,16 @@ public:
     rgx_ReIterator() noexcept = default;
     /// A match of `count` pairs; copies the offsets and deletes them (delete[]).
     rgx_ReIterator(const cow_String& subject, int* offsets, int count);
-    /// A match of these pairs.
-    rgx_ReIterator(const cow_String& subject, cow_1DArrayList<int, int> offsets) noexcept;
+    /// A match of `count` pairs as the matching library has them: the greatest number is no place.
+    rgx_ReIterator(const cow_String& subject, const std::size_t* offsets, int count);
 
     bool IsMatched() const noexcept { return m_isMatched; }
     /// Number of pairs, the whole match included; groups behind the last one that took part are not counted.
-    int GroupCount() const noexcept { return m_offsets.Length() / 2; }
+    int GroupCount() const noexcept { return m_pairs; }
     /// Where the whole match or a group starts; -1 for one that took no part or is not there.
-    int Start(int n) const noexcept { return HasPair(n) ? m_offsets[2 * n] : -1; }
+    int Start(int n) const noexcept { return HasPair(n) ? Offsets()[2 * n] : -1; }
     /// Where it ends.
-    int End(int n) const noexcept { return HasPair(n) ? m_offsets[2 * n + 1] : -1; }
+    int End(int n) const noexcept { return HasPair(n) ? Offsets()[2 * n + 1] : -1; }
 
     /// Makes the next pair the current one; false, and nothing changes, at the last.
     bool Next() noexcept;
@@ -46,10 +49,17 @@ public:
     cow_String NthString(int n) const;
 
 private:
+    static constexpr int NEAR_PAIRS = 4; // more are rare, and cost a block of memory
+
     bool HasPair(int n) const noexcept { return n >= 0 && n < GroupCount(); }
+    const int* Offsets() const noexcept { return m_pairs <= NEAR_PAIRS ? m_near.data() : m_far.data(); }
+    /// Takes this many pairs and gives the place to write them to.
+    int* Reset(int pairs);
 
     cow_String m_subject;
-    int m_index = 0; // of the current pair's start in m_offsets
-    cow_1DArrayList<int, int> m_offsets;
     bool m_isMatched = false;
+    int m_current = 0; // pair
+    int m_pairs = 0;
+    std::array<int, 2 * NEAR_PAIRS> m_near{};
+    cow_1DArrayList<int, int> m_far; // those of a match of more pairs than m_near has room for
 };

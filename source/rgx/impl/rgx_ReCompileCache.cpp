@@ -16,8 +16,13 @@ constexpr const char* SOURCE = "source/rgx/impl/rgx_ReCompileCache";
 
 void* rgx_ReCompileCache::Get(const cow_String& pattern)
 {
-    const Recent& recent = RecentPlace(pattern);
-    return recent.compiled != nullptr && recent.pattern == pattern ? recent.compiled : Find(pattern);
+    if (m_latest->pattern != pattern || m_latest->compiled == nullptr) {
+        m_latest = &RecentPlace(pattern);
+        if (m_latest->pattern != pattern || m_latest->compiled == nullptr) {
+            return Find(pattern);
+        }
+    }
+    return m_latest->compiled;
 }
 
 void rgx_ReCompileCache::Insert(const cow_String& pattern, real_pcre* compiled)

@@ -1,34 +1,47 @@
 #include "rgx_ReIterator.h"
 
+#include "rgx_pcre_detail.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <memory>
-#include <utility>
 
 rgx_ReIterator::rgx_ReIterator(const cow_String& subject, int* offsets, int count)
     : m_subject(subject), m_isMatched(true)
 {
     const std::unique_ptr<int[]> owned(offsets);
-    if (offsets != nullptr) {
-        m_offsets = cow_1DArrayList<int, int>(offsets, offsets + 2 * std::max(count, 0));
+    if (offsets != nullptr && count > 0) {
+        std::copy_n(offsets, 2 * count, Reset(count));
     }
 }
 
-rgx_ReIterator::rgx_ReIterator(const cow_String& subject, cow_1DArrayList<int, int> offsets) noexcept
-    : m_subject(subject), m_offsets(std::move(offsets)), m_isMatched(true)
-{}
+rgx_ReIterator::rgx_ReIterator(const cow_String& subject, const std::size_t* offsets, int count)
+    : m_subject(subject), m_isMatched(true)
+{
+    rgx_detail::CopyOffsets(offsets, count, Reset(count));
+}
+
+int* rgx_ReIterator::Reset(int pairs)
+{
+    m_pairs = pairs;
+    if (pairs <= NEAR_PAIRS) {
+        return m_near.data();
+    }
+    m_far.Resize(2 * pairs);
+    return m_far.Write();
+}
 
 bool rgx_ReIterator::Next() noexcept
 {
-    const bool hasNext = HasPair(m_index / 2 + 1);
-    m_index += hasNext ? 2 : 0;
+    const bool hasNext = HasPair(m_current + 1);
+    m_current += hasNext ? 1 : 0;
     return hasNext;
 }
 
 cow_String rgx_ReIterator::String() const
 {
-    return NthString(m_index / 2);
+    return NthString(m_current);
 }
 
 int rgx_ReIterator::StringAsGroupNum() const

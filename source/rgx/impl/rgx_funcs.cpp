@@ -28,7 +28,7 @@ const real_pcre& Compiled(const cow_String& pattern)
 }
 
 /// Number of pairs of the match in `text`, 0 for none.
-int Match(const real_pcre& compiled, std::string_view text)
+[[gnu::always_inline]] inline int Match(const real_pcre& compiled, std::string_view text)
 {
     const int result = compiled.Match(text.data(), text.size());
     if (result < PCRE2_ERROR_NOMATCH) {
@@ -37,25 +37,20 @@ int Match(const real_pcre& compiled, std::string_view text)
     return std::max(result, 0);
 }
 
-std::string_view UpToZeroByte(std::string_view text)
+/// The end of the text when it has none.
+const char* FirstZeroByte(std::string_view text)
 {
     const void* const zero = std::memchr(text.data(), '\0', text.size());
-    return zero != nullptr ? text.substr(0, static_cast<std::size_t>(static_cast<const char*>(zero) - text.data()))
-                           : text;
-}
-
-cow_1DArrayList<int, int> Offsets(const real_pcre& compiled, int pairs)
-{
-    cow_1DArrayList<int, int> offsets(2 * pairs);
-    rgx_detail::CopyOffsets(compiled.offsets, pairs, offsets.Write());
-    return offsets;
+    return zero != nullptr ? static_cast<const char*>(zero) : text.data() + text.size();
 }
 
 /// What is left of a subject, from whose front matches are taken.
 class Rest
 {
 public:
-    explicit Rest(std::string_view subject) : m_text(subject), m_searched(UpToZeroByte(subject)) {}
+    explicit Rest(std::string_view subject)
+        : m_front(subject.data()), m_searchedEnd(FirstZeroByte(subject)), m_end(subject.data() + subject.size())
+    {}
     /// After its first match.
     Rest(std::string_view subject, const rgx_ReIterator& match) : Rest(subject)
     {
@@ -65,26 +60,24 @@ public:
     /// Matches the pattern against what is left.
     bool Find(const real_pcre& compiled)
     {
-        if (Match(compiled, m_searched) == 0) {
+        if (Match(compiled, {m_front, m_searchedEnd}) == 0) {
             return false;
         }
         SetMatch(compiled.offsets[0], compiled.offsets[1]);
         return true;
     }
     std::size_t Start() const noexcept { return m_start; }
-    std::size_t End() const noexcept { return m_end; }
+    std::size_t End() const noexcept { return m_matchEnd; }
 
-    std::string_view Text() const noexcept { return m_text; }
-    std::string_view BeforeMatch() const noexcept { return m_text.substr(0, m_start); }
-    std::string_view Matched() const noexcept { return m_text.substr(m_start, m_end - m_start); }
+    std::string_view Text() const noexcept { return {m_front, m_end}; }
+    std::string_view BeforeMatch() const noexcept { return {m_front, m_start}; }
+    std::string_view Matched() const noexcept { return {m_front + m_start, m_front + m_matchEnd}; }
 
     void Drop(std::size_t count)
     {
-        m_text.remove_prefix(count);
-        if (count <= m_searched.size()) {
-            m_searched.remove_prefix(count);
-        } else {
-            m_searched = UpToZeroByte(m_text); // a zero byte was dropped
+        m_front += count;
+        if (m_front > m_searchedEnd) {
+            m_searchedEnd = FirstZeroByte(Text()); // a zero byte was dropped
         }
     }
 
@@ -92,13 +85,14 @@ private:
     void SetMatch(std::size_t start, std::size_t end) noexcept
     {
         m_start = start;
-        m_end = std::max(start, end); // a group that a lookahead calls may move the start behind the end
+        m_matchEnd = std::max(start, end); // a group that a lookahead calls may move the start behind the end
     }
 
-    std::string_view m_text;
-    std::string_view m_searched; // m_text up to its first zero byte
-    std::size_t m_start = 0;     // of the last match
-    std::size_t m_end = 0;
+    const char* m_front;
+    const char* m_searchedEnd; // the first zero byte, if there is one
+    const char* m_end;
+    std::size_t m_start = 0; // of the last match
+    std::size_t m_matchEnd = 0;
 };
 
 /// The replacement with its references replaced by texts of `match`.
@@ -108,7 +102,8 @@ cow_String Expanded(const cow_String& replacement, const rgx_ReIterator& match)
     cow_String expanded;
     for (const real_pcre& reference = Compiled(REFERENCE_PATTERN); rest.Find(reference); rest.Drop(rest.End())) {
         const cow_String text = rest.Matched();
-        rgx_ReIterator number(text, {0, text.Length(), 1, text.Length()});
+        const std::size_t all[] = {0, text.size(), 1, text.size()};
+        rgx_ReIterator number(text, all, 2);
         number.Next();
         expanded += rest.BeforeMatch();
         expanded += match.NthString(number.StringAsGroupNum());
@@ -122,15 +117,12 @@ cow_String Expanded(const cow_String& replacement, const rgx_ReIterator& match)
 rgx_ReIterator rgx_match(const cow_String& pattern, const cow_String& subject)
 {
     const real_pcre& compiled = Compiled(pattern);
-    const std::string_view text = UpToZeroByte(subject);
+    const std::string_view text(subject.begin(), FirstZeroByte(subject));
     const int pairs = Match(compiled, text);
     if (pairs == 0) {
         return {};
     }
-    if (text.size() == subject.size()) {
-        return {subject, Offsets(compiled, pairs)}; // shared, without a holder in between
-    }
-    return {cow_String(text), Offsets(compiled, pairs)};
+    return {text.size() == subject.size() ? subject : cow_String(text), compiled.offsets, pairs};
 }
 
 rgx_ReIterator rgx_match(const cow_String& pattern, const char* subject)
@@ -177,9 +169,11 @@ cow_String rgx_subn(const cow_String& pattern, const cow_String& subject, const 
     if (!first.IsMatched() || count < 1) {
         return subject;
     }
-    const cow_String expanded = Expanded(replacement, first);
+    const cow_String expansion = Expanded(replacement, first);
+    const std::string_view expanded = expansion;
     const real_pcre& compiled = Compiled(pattern); // again: the references' pattern may have pushed it out
     std::string result;                            // whose appending is inlined
+    result.reserve(subject.size());
     Rest rest(subject, first);
     for (int n = 1; !rest.Text().empty(); ++n) {
         result += rest.BeforeMatch();

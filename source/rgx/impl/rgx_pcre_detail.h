@@ -43,9 +43,12 @@ struct real_pcre
     int Match(const char* subject, std::size_t length, std::uint32_t matchOptions = 0) const
     {
         const auto* const bytes = reinterpret_cast<PCRE2_SPTR>(subject);
-        const int result = matchOptions == 0 && extra.isTranslated
-                               ? pcre2_jit_match(code.get(), bytes, length, 0, 0, data.get(), context.get())
-                               : pcre2_match(code.get(), bytes, length, 0, matchOptions, data.get(), context.get());
+        int result = 0;
+        if (matchOptions == 0 && extra.isTranslated) [[likely]] {
+            result = pcre2_jit_match(code.get(), bytes, length, 0, 0, data.get(), context.get());
+        } else {
+            result = pcre2_match(code.get(), bytes, length, 0, matchOptions, data.get(), context.get());
+        }
         return result != PCRE2_ERROR_JIT_STACKLIMIT ? result : MatchInterpreted(subject, length, matchOptions);
     }
 
