@@ -42,7 +42,9 @@ TEST(Redirection, What_cannot_be_meant_is_refused)
             EXPECT_EQ(ErrorOf([&] { uti_Redirection from(text); }), row.refusal) << text;
         }
     }
-    EXPECT_EQ(ErrorOf([] { uti_Redirection from("> a b"); }), "Unrecognized redirector symbol");
+    for (const char* text : {"> a b", "'>'", "A=1"}) {
+        EXPECT_EQ(ErrorOf([&] { uti_Redirection from((cow_String(text))); }), "Unrecognized redirector symbol") << text;
+    }
     EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "a").CreateSink(); }), "Stream stdin has already redirected.");
     EXPECT_EQ(ErrorOf([] { uti_Redirection(">>&", "a").CreateSource(); }), "Stream stdout has already redirected.");
     EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "no/such/file").OpenAll(); }).substr(0, 11), "IOError: : ");

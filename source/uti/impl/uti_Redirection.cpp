@@ -142,12 +142,10 @@ void uti_Redirection::Redirect(const cow_String& symbol, const Handle& target)
     }
 }
 
-/// A word is taken for a symbol, which it is not.
+/// A word has no symbol, also one that was quoted and looks like one: that is refused.
 void uti_Redirection::Redirect(const CommandPiece& piece)
 {
-    const bool isWord = piece.kind == CommandPiece::WORD || piece.kind == CommandPiece::OVERRIDE;
-    Redirect(isWord ? piece.text : piece.symbol,
-             piece.kind == CommandPiece::STREAM ? Handle(OUTPUT) : Handle(piece.text));
+    Redirect(piece.symbol, piece.kind == CommandPiece::STREAM ? Handle(OUTPUT) : Handle(piece.text));
 }
 
 void uti_Redirection::setRedirector(int stream, bool append, const Handle& target)
