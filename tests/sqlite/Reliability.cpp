@@ -328,6 +328,10 @@ TEST_F(Reliability, Damage_is_reported_or_harmless)
         Tamper(statement);
         EXPECT_NE(Read().find(error), std::string::npos) << statement << ": " << Read();
     }
+    Put(whole);
+    Tamper("UPDATE setting SET value = 3 WHERE name = 'next'"); // would be given to another record again
+    EXPECT_EQ(Said([&] { Open().Begin(); }),
+              "'" + Path() + "' is damaged: its setting 'next' is the number of a record");
     Put("a text, and no database");
     EXPECT_EQ(Read(), "'" + Path() + "' is not a store: it is a file of another format");
     Put("");

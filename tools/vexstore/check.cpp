@@ -16,6 +16,7 @@ public:
     int Run()
     {
         Step([&] { CheckPages(); });
+        Step([&] { m_file.NextNumber(); });
         Step([&] { CheckTrees(); });
         Step([&] { CheckOrphans("SELECT id FROM record", "record %: no root leads to it"); });
         Step([&] { CheckOrphans("SELECT DISTINCT record FROM field", "the fields of record %: it is missing"); });

@@ -263,6 +263,16 @@ std::int64_t sql_RecordFile::Setting(const char* name)
     return value;
 }
 
+std::int64_t sql_RecordFile::NextNumber()
+{
+    const std::int64_t next = Setting("next");
+    sql_Rows rows(m_lastRecord);
+    if (!rows.Next() || rows.Int(0) >= next) {
+        m_db.FailDamaged("its setting 'next' is the number of a record");
+    }
+    return next;
+}
+
 void sql_RecordFile::SetNextNumber(std::int64_t number)
 {
     const cow_String key("next");
@@ -317,7 +327,9 @@ std::optional<sql_Record> sql_RecordFile::FindRecord(std::int64_t id)
                             .form = static_cast<sql_Form>(rows.Int(3)),
                             .length = rows.Int(4),
                             .revision = rows.Int(5)};
-    if (SumOf(record) != rows.Int(6) || record.length < 0 || record.length > std::numeric_limits<std::int32_t>::max()) {
+    const bool isSound = record.length >= 0 && record.length <= std::numeric_limits<std::int32_t>::max() &&
+                         record.identity >= 0 && record.identity < id; // numbers rise, and an identity comes first
+    if (SumOf(record) != rows.Int(6) || !isSound) {
         FailDamaged("record " + std::to_string(id) + " does not match its checksum");
     }
     return record;

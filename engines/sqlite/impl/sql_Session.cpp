@@ -127,6 +127,7 @@ void sql_Session::Begin()
     }
     records.BeginWrite();
     m_isWriting = true;
+    m_committed = m_next;
     try {
         LoadClasses();
         m_next = std::max(m_next, records.NextNumber());

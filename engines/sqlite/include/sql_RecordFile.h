@@ -76,7 +76,7 @@ public:
     std::vector<sql_Class> Classes() override;
     std::int64_t CountRecordsOf(std::int64_t classRow) override;
     void AddClass(const sql_Class& added) override;
-    std::int64_t NextNumber() override { return Setting("next"); }
+    std::int64_t NextNumber() override;
     void SetNextNumber(std::int64_t number) override;
 
 private:
@@ -100,6 +100,7 @@ private:
         m_db, "SELECT class, owner, identity, form, length, revision, checksum FROM record WHERE id = ?"};
     sql_Statement m_putRecord{m_db, "REPLACE INTO record VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
     sql_Statement m_removeRecord{m_db, "DELETE FROM record WHERE id = ?"};
+    sql_Statement m_lastRecord{m_db, "SELECT ifnull(max(id), 0) FROM record"};
     sql_Statement m_rows{m_db, "SELECT key, kind, value, checksum FROM field WHERE record = ? ORDER BY key"};
     sql_Statement m_findRow{m_db, "SELECT kind, value, checksum FROM field WHERE record = ? AND key = ?"};
     sql_Statement m_putRow{m_db, "REPLACE INTO field VALUES (?, ?, ?, ?, ?)"};
