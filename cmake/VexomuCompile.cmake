@@ -25,6 +25,8 @@ endif()
 
 add_library(vexomu_options INTERFACE)
 target_compile_options(vexomu_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+# Clang counts changes of sign among the conversions, GCC does not.
+target_compile_options(vexomu_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 target_compile_definitions(vexomu_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 if(VEXOMU_SANITIZE)
     target_compile_options(vexomu_options INTERFACE
