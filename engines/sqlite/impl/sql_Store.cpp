@@ -137,6 +137,12 @@ void sql_Store::WriteRoot(const cow_String& name, const WriteFn& write)
     }
 }
 
+void sql_Store::Read(const ReadFn& read)
+{
+    const ReadScope scope(*m_session);
+    read();
+}
+
 void* sql_Store::ReadRoot(const cow_String& name)
 {
     const ReadScope scope(*m_session);

@@ -32,6 +32,7 @@ class sql_Session;
 class VEXSQLITE_API sql_Store
 {
 public:
+    using ReadFn = std::function<void()>;
     using WriteFn = std::function<void(const cls_WriteVisitor& visitor)>;
 
     static constexpr int BUSY_MILLISECONDS = 5000;
@@ -61,6 +62,9 @@ public:
     /// Saves an object under a name, in place of the one that has it: `write` hands the visitor to the object's DBWrite.
     /// A failure rolls the transaction back.
     void WriteRoot(const cow_String& name, const WriteFn& write);
+    /// Calls `read`, for which the store is as it was last committed from beginning to end; within a transaction as the
+    /// transaction made it.
+    void Read(const ReadFn& read);
     /// Builds the object by the constructor of the class version it was written with; the caller owns it.
     void* ReadRoot(const cow_String& name);
     /// The record of a root, for the caller to build the object from; the caller owns the memento.

@@ -1,5 +1,9 @@
 #include "fem_Material.h"
 
+#include "cls_ClassRegistrar.h"
+#include "cls_MementoRead.h"
+#include "cls_MementoWrite.h"
+#include "cls_WriteVisitor.h"
 #include "omu_Arguments.h"
 #include "omu_PrimNone.h"
 #include "omu_PrimNumber.h"
@@ -7,6 +11,9 @@
 
 namespace
 {
+
+const cls_FieldHandle SUBSTANCE("substance");
+const cls_FieldHandle DENSITY("density");
 
 double CheckedDensity(double density)
 {
@@ -17,7 +24,18 @@ double CheckedDensity(double density)
 } // namespace
 
 fem_Material::fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density)
-    : fem_Named(model, "materials", substance.GetString()), m_substance(substance), m_density(CheckedDensity(density))
+    : fem_Material(model, substance, density, cls_Uid::AllocateUid())
+{}
+
+fem_Material::fem_Material(const omu_InterfaceObj& model, const cls_ReadVisitor& visitor)
+    : fem_Material(model, fem_SubstanceConstant(cls_ReadVisitor(visitor, SUBSTANCE)),
+                   visitor.Memento()->ReadDouble(DENSITY, 0.0), visitor.GetUid())
+{}
+
+fem_Material::fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density,
+                           const cls_Uid& uid)
+    : fem_Named(model, "materials", substance.GetString(), uid), m_substance(substance),
+      m_density(CheckedDensity(density))
 {
     static constexpr memberTable members[] = {
         {"name", "-> vexomu.Constant: STEEL, ALUMINUM or TITANIUM.", omu_AsGetter<&fem_Material::GetSubstance>,
@@ -27,6 +45,21 @@ fem_Material::fem_Material(const omu_InterfaceObj& model, const fem_SubstanceCon
         {},
     };
     DescribeType("Material", nullptr, members);
+}
+
+void fem_Material::Register(cls_ClassRegistrar& registrar)
+{
+    registrar.CreateClassMD("Material", CLASS_ID, 1, nullptr, 1)
+        .AddAttribute(SUBSTANCE, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_NONE)
+        .AddAttribute(DENSITY, cls_ATTRIBUTE_REAL, 1, cls_COLLECTION_NONE);
+}
+
+void fem_Material::DBWrite(const cls_WriteVisitor& visitor, fem_Save&) const
+{
+    if (visitor.StartWrite(CLASS_ID, Uid()) != 0) {
+        m_substance.DBWrite(cls_WriteVisitor(visitor, SUBSTANCE, nullptr));
+        visitor.Memento()->WriteDouble(DENSITY, m_density);
+    }
 }
 
 omu_Primitive* fem_Material::GetDensity()

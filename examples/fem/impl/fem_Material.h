@@ -7,14 +7,23 @@
 class fem_Material final : public fem_Named<omu_InterfaceObj>
 {
 public:
+    static constexpr std::uint32_t CLASS_ID = fem_MATERIAL;
+
     /// Throws omu_RangeErrorException unless the density is above 0.
     fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density);
+    fem_Material(const omu_InterfaceObj& model, const cls_ReadVisitor& visitor);
+
+    static void Register(cls_ClassRegistrar& registrar);
+    void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
 
     const fem_SubstanceConstant& Substance() const noexcept { return m_substance; }
     /// In tonnes per cubic millimetre, which goes with forces in N and lengths in mm.
     double Density() const noexcept { return m_density; }
 
 private:
+    fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density,
+                 const cls_Uid& uid);
+
     omu_Primitive* GetSubstance() { return m_substance.Copy(); }
     omu_Primitive* GetDensity();
     omu_Primitive* SetDensity(omu_Arguments& arguments);

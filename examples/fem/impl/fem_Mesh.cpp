@@ -1,7 +1,16 @@
 #include "fem_Mesh.h"
 
+#include "fem_Save.h"
+
+#include "cls_ClassRegistrar.h"
+#include "cls_MementoRead.h"
+#include "cls_MementoWrite.h"
+#include "cls_ReadVisitor.h"
+#include "cow_2DArray.h"
+
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace
 {
@@ -25,6 +34,47 @@ double Dot(const fem_Point& a, const fem_Point& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
+using Corners = std::array<fem_Point, fem_Mesh::NODES_PER_ELEMENT>;
+
+/// Six times the signed volume.
+double SixVolumes(const Corners& element)
+{
+    return Dot(Between(element[0], element[1]),
+               Cross(Between(element[0], element[2]), Between(element[0], element[3])));
+}
+
+double QualityOf(const Corners& element)
+{
+    double squaredLengths = 0.0;
+    for (const auto& [a, b] : EDGES) {
+        const fem_Point edge = Between(element[a], element[b]);
+        squaredLengths += Dot(edge, edge);
+    }
+    if (squaredLengths == 0.0) {
+        return 0.0; // all corners in one point
+    }
+    const double sixVolumes = SixVolumes(element);
+    const double threeVolumes = std::abs(sixVolumes) / 2.0;
+    return std::copysign(12.0 * std::cbrt(threeVolumes * threeVolumes) / squaredLengths, sixVolumes);
+}
+
+const cls_FieldHandle NODES("nodes");
+const cls_FieldHandle COORDINATES("coordinates");
+const cls_FieldHandle ELEMENTS("elements");
+const cls_FieldHandle CONNECTIVITY("connectivity");
+
+cow_1DArray<int> LabelsOf(const omu_Table<unsigned int>& rows)
+{
+    cow_1DArray<int> labels(static_cast<int>(rows.Length()));
+    int* const to = labels.Write();
+    unsigned int label = 0;
+    unsigned int row = 0;
+    for (unsigned int i = 0; rows.GetEntry(i, label, row); ++i) {
+        to[i] = static_cast<int>(label);
+    }
+    return labels;
+}
+
 int LabelOf(const omu_Table<unsigned int>& rows, unsigned int row)
 {
     unsigned int label = 0;
@@ -42,13 +92,77 @@ bool AddLabel(omu_Table<unsigned int>& rows, int label)
 
 } // namespace
 
+fem_Mesh::fem_Mesh(const cls_ReadVisitor& visitor) : m_uid(visitor.GetUid())
+{
+    if (visitor.Memento() == nullptr) {
+        fem_FailStored(visitor, "a part has no mesh");
+    }
+    m_coordinates = cls_2dArrayPrim<float>(cls_ReadVisitor(visitor, COORDINATES));
+    m_coordinates.SetRowLength(3);
+    for (const int label : visitor.Memento()->ReadIntArray(NODES, {})) {
+        if (!AddLabel(m_nodeRows, label)) {
+            fem_FailStored(visitor, "node " + cow_String(label) + " is out of order");
+        }
+    }
+    const cow_1DArray<int> labels = visitor.Memento()->ReadIntArray(ELEMENTS, {});
+    const cow_2DArray<int> nodes = visitor.Memento()->ReadIntMatrix(CONNECTIVITY, {});
+    if (std::int64_t{m_coordinates.Size()} != std::int64_t{3} * m_nodeRows.Length() ||
+        nodes.Rows() != labels.Length() ||
+        (nodes.Rows() > 0 && nodes.Columns() != static_cast<int>(NODES_PER_ELEMENT))) {
+        fem_FailStored(visitor, "its arrays differ in length");
+    }
+    for (int row = 0; row < labels.Length(); ++row) {
+        if (!AddElement(labels[row], {nodes(row, 0), nodes(row, 1), nodes(row, 2), nodes(row, 3)})) {
+            fem_FailStored(visitor,
+                           "element " + cow_String(labels[row]) + " is out of order, or a node of it is not there");
+        }
+    }
+}
+
+void fem_Mesh::Register(cls_ClassRegistrar& registrar)
+{
+    const auto labels = cls_CollectionTypeFix(cls_COLLECTION_ARRAY, static_cast<int*>(nullptr));
+    registrar.CreateClassMD("Mesh", CLASS_ID, 1, nullptr, 1)
+        .AddAttribute(NODES, cls_ATTRIBUTE_INT, 1, labels)
+        .AddAttribute(COORDINATES, cls_ATTRIBUTE_REAL, 3,
+                      cls_CollectionTypeFix(cls_COLLECTION_2D_ARRAY, static_cast<float*>(nullptr)))
+        .AddAttribute(ELEMENTS, cls_ATTRIBUTE_INT, 1, labels)
+        .AddAttribute(CONNECTIVITY, cls_ATTRIBUTE_INT, NODES_PER_ELEMENT,
+                      cls_CollectionTypeFix(cls_COLLECTION_2D_ARRAY, static_cast<int*>(nullptr)));
+}
+
+void fem_Mesh::DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
+{
+    if (visitor.StartWrite(CLASS_ID, m_uid) == 0) {
+        return;
+    }
+    const cow_1DArray<int> labels = LabelsOf(m_elementRows);
+    cow_2DArray<int> nodes(labels.Length(), NODES_PER_ELEMENT);
+    int* to = nodes.Write();
+    for (const int label : labels) {
+        to = std::ranges::copy(NodesOf(label), to).out;
+    }
+    visitor.Memento()->WriteIntArray(NODES, LabelsOf(m_nodeRows));
+    visitor.Memento()->WriteIntArray(ELEMENTS, labels);
+    visitor.Memento()->WriteIntMatrix(CONNECTIVITY, nodes);
+    save.Write(visitor, COORDINATES, m_coordinates);
+}
+
+cls_2dArrayPrim<float> fem_Mesh::NoCoordinates()
+{
+    cls_2dArrayPrim<float> none;
+    none.SetRowLength(3);
+    return none;
+}
+
 bool fem_Mesh::AddNode(int label, const fem_Point& position)
 {
     if (!AddLabel(m_nodeRows, label)) {
         return false;
     }
-    m_coordinates.Append(static_cast<float>(position[0]), static_cast<float>(position[1]),
-                         static_cast<float>(position[2]));
+    for (const double coordinate : position) {
+        m_coordinates.Append(static_cast<float>(coordinate));
+    }
     return true;
 }
 
@@ -76,8 +190,32 @@ bool fem_Mesh::AddElement(int label, const Nodes& nodeLabels)
 
 fem_Point fem_Mesh::Position(unsigned int nodeRow) const
 {
-    const float* const xyz = m_coordinates.GetCArray() + std::size_t{3} * nodeRow;
-    return {xyz[0], xyz[1], xyz[2]};
+    const int row = static_cast<int>(nodeRow);
+    return {m_coordinates.ConstGet(row, 0), m_coordinates.ConstGet(row, 1), m_coordinates.ConstGet(row, 2)};
+}
+
+uti_CoordCont3D fem_Mesh::Coordinates() const
+{
+    const cls_ArrayPrim<float>& flat = m_coordinates;
+    auto copied = std::make_unique<float[]>(static_cast<std::size_t>(flat.Size()));
+    for (int i = 0; i < flat.Size(); ++i) {
+        copied[static_cast<std::size_t>(i)] = flat.ConstGet(i);
+    }
+    return {copied.release(), flat.Size(), 3};
+}
+
+template <class F> void fem_Mesh::ForEachElement(F measure) const
+{
+    const uti_CoordCont3D coordinates = Coordinates();
+    const float* const xyz = coordinates.GetCArray();
+    for (unsigned int element = 0; element < m_elementRows.Length(); ++element) {
+        Corners corners{};
+        std::ranges::transform(RowsOf(element), corners.begin(), [xyz](unsigned int row) {
+            const float* const corner = xyz + std::size_t{3} * row;
+            return fem_Point{corner[0], corner[1], corner[2]};
+        });
+        measure(element, corners);
+    }
 }
 
 fem_Mesh::Nodes fem_Mesh::NodesOf(int elementLabel) const
@@ -111,19 +249,10 @@ fem_Box fem_Mesh::BoundingBox() const
     return box;
 }
 
-double fem_Mesh::SixVolumes(const Rows& element) const
-{
-    const fem_Point origin = Position(element[0]);
-    return Dot(Between(origin, Position(element[1])),
-               Cross(Between(origin, Position(element[2])), Between(origin, Position(element[3]))));
-}
-
 double fem_Mesh::Volume() const
 {
     double sum = 0.0;
-    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
-        sum += std::abs(SixVolumes(RowsOf(row)));
-    }
+    ForEachElement([&sum](unsigned int, const Corners& corners) { sum += std::abs(SixVolumes(corners)); });
     return sum / 6.0;
 }
 
@@ -136,16 +265,15 @@ double fem_Mesh::SurfaceArea() const
     };
     std::vector<Face> faces;
     faces.reserve(FACES.size() * m_elementRows.Length());
-    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
-        const Rows element = RowsOf(row);
+    ForEachElement([&](unsigned int row, const Corners& corners) {
+        const Rows nodes = RowsOf(row);
         for (const auto& [a, b, c] : FACES) {
-            const fem_Point first = Position(element[a]);
-            const fem_Point normal = Cross(Between(first, Position(element[b])), Between(first, Position(element[c])));
-            Face face{{element[a], element[b], element[c]}, 0.5 * std::sqrt(Dot(normal, normal))};
+            const fem_Point normal = Cross(Between(corners[a], corners[b]), Between(corners[a], corners[c]));
+            Face face{{nodes[a], nodes[b], nodes[c]}, 0.5 * std::sqrt(Dot(normal, normal))};
             std::sort(face.corners.begin(), face.corners.end());
             faces.push_back(face);
         }
-    }
+    });
     std::sort(faces.begin(), faces.end(), [](const Face& a, const Face& b) { return a.corners < b.corners; });
     double area = 0.0;
     for (std::size_t i = 0; i < faces.size();) {
@@ -159,28 +287,20 @@ double fem_Mesh::SurfaceArea() const
     return area;
 }
 
-double fem_Mesh::QualityOfRow(unsigned int elementRow) const
+double fem_Mesh::Quality(int elementLabel) const
 {
-    const Rows element = RowsOf(elementRow);
-    double squaredLengths = 0.0;
-    for (const auto& [a, b] : EDGES) {
-        const fem_Point edge = Between(Position(element[a]), Position(element[b]));
-        squaredLengths += Dot(edge, edge);
-    }
-    if (squaredLengths == 0.0) {
-        return 0.0; // all corners in one point
-    }
-    const double sixVolumes = SixVolumes(element);
-    const double threeVolumes = std::abs(sixVolumes) / 2.0;
-    return std::copysign(12.0 * std::cbrt(threeVolumes * threeVolumes) / squaredLengths, sixVolumes);
+    Corners corners{};
+    std::ranges::transform(RowsOf(m_elementRows[static_cast<unsigned int>(elementLabel)]), corners.begin(),
+                           [this](unsigned int row) { return Position(row); });
+    return QualityOf(corners);
 }
 
 std::vector<fem_ElementQuality> fem_Mesh::WorstElements(std::size_t count) const
 {
     std::vector<fem_ElementQuality> elements;
-    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
-        elements.push_back({LabelOf(m_elementRows, row), QualityOfRow(row)});
-    }
+    ForEachElement([&](unsigned int row, const Corners& corners) {
+        elements.push_back({LabelOf(m_elementRows, row), QualityOf(corners)});
+    });
     const std::size_t wanted = std::min(count, elements.size());
     std::partial_sort(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(wanted), elements.end(),
                       [](const fem_ElementQuality& a, const fem_ElementQuality& b) {
@@ -193,21 +313,20 @@ std::vector<fem_ElementQuality> fem_Mesh::WorstElements(std::size_t count) const
 std::vector<int> fem_Mesh::QualityHistogram(std::size_t bins, double low, double high) const
 {
     std::vector<int> counts(bins, 0);
-    for (unsigned int row = 0; row < m_elementRows.Length(); ++row) {
-        const double quality = QualityOfRow(row);
+    ForEachElement([&](unsigned int, const Corners& corners) {
+        const double quality = QualityOf(corners);
         if (quality >= low && quality <= high) {
             const double position = (quality - low) / (high - low) * static_cast<double>(bins);
             ++counts[std::min(static_cast<std::size_t>(position), bins - 1)];
         }
-    }
+    });
     return counts;
 }
 
 void fem_Mesh::Translate(const fem_Point& by)
 {
-    for (unsigned int row = 0; row < m_nodeRows.Length(); ++row) {
-        const fem_Point from = Position(row);
-        m_coordinates.SetCoord(static_cast<int>(row), static_cast<float>(from[0] + by[0]),
-                               static_cast<float>(from[1] + by[1]), static_cast<float>(from[2] + by[2]));
+    cls_ArrayPrim<float>& flat = m_coordinates;
+    for (int i = 0; i < flat.Size(); ++i) {
+        flat.Get(i) = static_cast<float>(flat.ConstGet(i) + by[static_cast<std::size_t>(i % 3)]);
     }
 }

@@ -2,8 +2,10 @@
 
 #include "fem_MeshFile.h"
 
+#include "cls_ClassRegistrar.h"
 #include "omu_Arguments.h"
 
+#include <limits>
 #include <new>
 
 namespace
@@ -11,11 +13,71 @@ namespace
 
 constexpr const char* SOURCE = "examples/fem/impl/fem_Model";
 
+const cls_FieldHandle LAST_PART_ID("lastPartId");
+const cls_FieldHandle MATERIALS("materials");
+const cls_FieldHandle PARTS("parts");
+const cls_FieldHandle SETS("sets");
+const cls_FieldHandle STEPS("steps");
+
 } // namespace
 
 fem_Model::fem_Model(const omu_InterfaceObj& session, const cow_String& name)
     : fem_Named(session, "models", name), m_parts(*this, "parts"), m_materials(*this, "materials"),
       m_sets(*this, "sets"), m_steps(*this, "steps")
+{
+    Describe();
+}
+
+fem_Model::fem_Model(const omu_InterfaceObj& session, const cow_String& name, const cls_ReadVisitor& visitor)
+    : fem_Named(session, "models", name, visitor.GetUid()), m_parts(*this, "parts"), m_materials(*this, "materials"),
+      m_sets(*this, "sets"), m_steps(*this, "steps"), m_lastPartId(visitor.Memento()->ReadInt(LAST_PART_ID, 0))
+{
+    Describe();
+    if (m_lastPartId < 0 || m_lastPartId == std::numeric_limits<int>::max()) {
+        fem_FailStored(visitor, "parts cannot have had ids up to " + cow_String(m_lastPartId));
+    }
+    // Each refers to those before it.
+    m_materials.DBRead(cls_ReadVisitor(visitor, MATERIALS), [this](const cow_String&, const cls_ReadVisitor& stored) {
+        return std::make_unique<fem_Material>(*this, stored);
+    });
+    m_parts.DBRead(cls_ReadVisitor(visitor, PARTS), [this](const cow_String& key, const cls_ReadVisitor& stored) {
+        auto part = std::make_unique<fem_Part>(*this, key, stored);
+        if (part->Id() < 1 || part->Id() > m_lastPartId || FindPart(part->Id()) != nullptr) {
+            fem_FailStored(stored, "a part cannot have the id " + cow_String(part->Id()));
+        }
+        NoteId(*part);
+        return part;
+    });
+    m_sets.DBRead(cls_ReadVisitor(visitor, SETS), [this](const cow_String& key, const cls_ReadVisitor& stored) {
+        return std::make_unique<fem_Set>(*this, key, stored);
+    });
+    m_steps.DBRead(cls_ReadVisitor(visitor, STEPS), [this](const cow_String& key, const cls_ReadVisitor& stored) {
+        return std::make_unique<fem_Step>(*this, key, stored);
+    });
+}
+
+void fem_Model::Register(cls_ClassRegistrar& registrar)
+{
+    registrar.CreateClassMD("Model", CLASS_ID, 1, nullptr, 1)
+        .AddAttribute(LAST_PART_ID, cls_ATTRIBUTE_INT, 1, cls_COLLECTION_NONE)
+        .AddAttribute(MATERIALS, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_STRING_KEYED)
+        .AddAttribute(PARTS, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_STRING_KEYED)
+        .AddAttribute(SETS, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_STRING_KEYED)
+        .AddAttribute(STEPS, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_STRING_KEYED);
+}
+
+void fem_Model::DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
+{
+    if (visitor.StartWrite(CLASS_ID, Uid()) != 0) {
+        visitor.Memento()->WriteInt(LAST_PART_ID, m_lastPartId);
+        m_materials.DBWrite(cls_WriteVisitor(visitor, MATERIALS, nullptr), save);
+        m_parts.DBWrite(cls_WriteVisitor(visitor, PARTS, nullptr), save);
+        m_sets.DBWrite(cls_WriteVisitor(visitor, SETS, nullptr), save);
+        m_steps.DBWrite(cls_WriteVisitor(visitor, STEPS, nullptr), save);
+    }
+}
+
+void fem_Model::Describe()
 {
     static constexpr methodTable methods[] = {
         {"createMaterial", "createMaterial(name: vexomu.Constant, density: float) -> Material: the density in t/mm3.",
@@ -50,6 +112,19 @@ fem_Model::fem_Model(const omu_InterfaceObj& session, const cow_String& name)
 fem_Part& fem_Model::PartOfId(int id) const
 {
     return *static_cast<fem_Part*>(m_partsById[static_cast<unsigned int>(id)]);
+}
+
+const fem_Part* fem_Model::FindPart(int id) const
+{
+    void* part = nullptr;
+    return id > 0 && m_partsById.Get(static_cast<unsigned int>(id), &part) ? static_cast<fem_Part*>(part) : nullptr;
+}
+
+void fem_Model::NoteId(fem_Part& part)
+{
+    if (!m_partsById.Add(static_cast<unsigned int>(part.Id()), &part)) {
+        throw std::bad_alloc();
+    }
 }
 
 const fem_Part& fem_Model::OwnPart(const omu_InterfaceObj& object) const
@@ -101,9 +176,7 @@ omu_Primitive* fem_Model::CreatePart(omu_Arguments& arguments)
     }
     const int id = m_lastPartId + 1;
     auto part = std::make_unique<fem_Part>(*this, name.AsString(), id, std::move(mesh));
-    if (!m_partsById.Add(static_cast<unsigned int>(id), part.get())) {
-        throw std::bad_alloc();
-    }
+    NoteId(*part);
     m_lastPartId = id;
     return new omu_ObjectRef(m_parts.Add(std::move(part)));
 }

@@ -14,17 +14,34 @@ class fem_Model final : public fem_Named<omu_InterfaceObj>
 public:
     static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_MODEL_NAME;
 
+    static constexpr std::uint32_t CLASS_ID = fem_MODEL;
+
     fem_Model(const omu_InterfaceObj& session, const cow_String& name);
+    fem_Model(const omu_InterfaceObj& session, const cow_String& name, const cls_ReadVisitor& visitor);
+
+    static void Register(cls_ClassRegistrar& registrar);
+    void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
 
     const fem_Repository<cow_String, fem_Set>& Sets() const noexcept { return m_sets; }
     /// Throws omu_KeyErrorException when the model has no such material.
     const fem_Material& Material(const fem_SubstanceConstant& name) const { return m_materials.Get(name.GetString()); }
+    /// Null when it has none.
+    const fem_Material* FindMaterial(const fem_SubstanceConstant& name) const
+    {
+        return m_materials.Find(name.GetString());
+    }
+    /// Null when there is none.
+    const fem_Part* FindPart(int id) const;
     /// Of a part that is there.
     fem_Part& PartOfId(int id) const;
     /// The part that `object` is; throws omu_ValueErrorException when it is none of this model's.
     const fem_Part& OwnPart(const omu_InterfaceObj& object) const;
 
 private:
+    void Describe();
+    /// The id is not taken.
+    void NoteId(fem_Part& part);
+
     omu_Primitive* GetParts();
     omu_Primitive* GetMaterials();
     omu_Primitive* GetSets();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "fem_Stored.h"
+
+#include "cls_Uid.h"
 #include "omu_InterfaceObj.h"
 #include "omu_PrimString.h"
 
@@ -7,10 +10,13 @@
 /// `Base` is the kind of interface object that it is.
 ///
 /// Ownership:  owned by the repository; refers to its owner, which outlives it.
+/// Threads:    the thread that made it: its identity is given back there.
 template <class Base> class fem_Named : public Base
 {
 public:
     const cow_String& Name() const noexcept { return m_name; }
+    /// Its identity in the store.
+    const cls_Uid& Uid() const noexcept { return m_uid; }
     /// For the repository alone, which keeps the names different.
     void SetName(const cow_String& name) { m_name = name; }
 
@@ -25,8 +31,9 @@ public:
 
 protected:
     /// `member` is the owner's, a literal, by which scripts reach the repository.
-    fem_Named(const omu_InterfaceObj& owner, const char* member, const cow_String& name)
-        : m_owner(owner), m_member(member), m_name(name)
+    fem_Named(const omu_InterfaceObj& owner, const char* member, const cow_String& name,
+              const cls_Uid& uid = cls_Uid::AllocateUid())
+        : m_owner(owner), m_member(member), m_name(name), m_uid(uid)
     {}
 
     omu_Primitive* GetName() { return new omu_PrimString(m_name); }
@@ -35,4 +42,5 @@ private:
     const omu_InterfaceObj& m_owner;
     const char* m_member;
     cow_String m_name;
+    cls_Uid m_uid;
 };

@@ -4,6 +4,10 @@
 #include "fem_Material.h"
 #include "fem_Model.h"
 
+#include "cls_ClassRegistrar.h"
+#include "cls_MementoRead.h"
+#include "cls_MementoWrite.h"
+#include "cls_WriteVisitor.h"
 #include "cow_1DArrayList.h"
 #include "omu_Arguments.h"
 #include "omu_KeyErrorException.h"
@@ -27,6 +31,11 @@ constexpr const char* SOURCE = "examples/fem/impl/fem_Part";
 
 constexpr int MAX_BINS = 10000;
 constexpr double MAX_DISTANCE = 1e9; // coordinates stay far from the limits of single precision
+
+const cls_FieldHandle ID("id");
+const cls_FieldHandle DESCRIPTION("description");
+const cls_FieldHandle MATERIAL("material");
+const cls_FieldHandle MESH("mesh");
 
 omu_PrimTuple PointTuple(const fem_Point& point)
 {
@@ -57,7 +66,48 @@ void NoArguments(omu_Arguments& arguments, const char* method)
 } // namespace
 
 fem_Part::fem_Part(const fem_Model& model, const cow_String& name, int id, std::unique_ptr<fem_Mesh> mesh)
-    : fem_Named(model, "parts", name), m_model(model), m_id(id), m_mesh(std::move(mesh)),
+    : fem_Part(model, name, cls_Uid::AllocateUid(), id, std::move(mesh))
+{}
+
+fem_Part::fem_Part(const fem_Model& model, const cow_String& name, const cls_ReadVisitor& visitor)
+    : fem_Part(model, name, visitor.GetUid(), visitor.Memento()->ReadInt(ID, 0),
+               std::make_unique<fem_Mesh>(cls_ReadVisitor(visitor, MESH)))
+{
+    m_description = visitor.Read(DESCRIPTION, "");
+    const fem_SubstanceConstant substance(cls_ReadVisitor(visitor, MATERIAL));
+    if (!substance.GetString().IsEmpty()) {
+        m_material = model.FindMaterial(substance);
+        if (m_material == nullptr) {
+            fem_FailStored(visitor, "its material " + substance.GetString() + " is not there");
+        }
+    }
+}
+
+void fem_Part::Register(cls_ClassRegistrar& registrar)
+{
+    registrar.CreateClassMD("Part", CLASS_ID, 1, nullptr, 1)
+        .AddAttribute(ID, cls_ATTRIBUTE_INT, 1, cls_COLLECTION_NONE)
+        .AddAttribute(DESCRIPTION, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_NONE)
+        .AddAttribute(MATERIAL, cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_NONE)
+        .AddAttribute(MESH, cls_ATTRIBUTE_REAL, 1, cls_COLLECTION_NONE);
+}
+
+void fem_Part::DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
+{
+    if (visitor.StartWrite(CLASS_ID, Uid()) == 0) {
+        return;
+    }
+    visitor.Memento()->WriteInt(ID, m_id);
+    visitor.Memento()->WriteString(DESCRIPTION, m_description);
+    if (m_material != nullptr) {
+        m_material->Substance().DBWrite(cls_WriteVisitor(visitor, MATERIAL, nullptr)); // with the material's identity
+    }
+    m_mesh->DBWrite(cls_WriteVisitor(visitor, MESH, nullptr), save);
+}
+
+fem_Part::fem_Part(const fem_Model& model, const cow_String& name, const cls_Uid& uid, int id,
+                   std::unique_ptr<fem_Mesh> mesh)
+    : fem_Named(model, "parts", name, uid), m_model(model), m_id(id), m_mesh(std::move(mesh)),
       m_nodes(*this, "nodes", m_mesh->NodeRows(), &NodeValue),
       m_elements(*this, "elements", m_mesh->ElementRows(), &ElementValue)
 {
@@ -214,7 +264,7 @@ omu_Primitive* fem_Part::QualityHistogram(omu_Arguments& arguments)
 omu_Primitive* fem_Part::Coordinates(omu_Arguments& arguments)
 {
     NoArguments(arguments, "coordinates");
-    const uti_CoordCont3D& coordinates = m_mesh->Coordinates();
+    const uti_CoordCont3D coordinates = m_mesh->Coordinates();
     const std::array<int, 2> dimensions{coordinates.Length(), 3};
     return new omu_PrimArray(2, dimensions.data(), omu_PrimNumber::REAL32, coordinates.GetCArray());
 }

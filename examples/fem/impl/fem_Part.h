@@ -18,15 +18,24 @@ class fem_Part final : public fem_Named<omu_InterfaceObj>
 {
 public:
     static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_NAME;
+    static constexpr std::uint32_t CLASS_ID = fem_PART;
 
     /// `id` stands for the part, whatever its name, in the sets of its model.
     fem_Part(const fem_Model& model, const cow_String& name, int id, std::unique_ptr<fem_Mesh> mesh);
+    /// The materials of the model are there already.
+    fem_Part(const fem_Model& model, const cow_String& name, const cls_ReadVisitor& visitor);
+
+    static void Register(cls_ClassRegistrar& registrar);
+    void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
 
     int Id() const noexcept { return m_id; }
     const fem_Mesh& Mesh() const noexcept { return *m_mesh; }
     const fem_LabelRepository& Elements() const noexcept { return m_elements; }
 
 private:
+    fem_Part(const fem_Model& model, const cow_String& name, const cls_Uid& uid, int id,
+             std::unique_ptr<fem_Mesh> mesh);
+
     omu_Primitive* GetDescription();
     omu_Primitive* SetDescription(omu_Arguments& arguments);
     omu_Primitive* GetMaterial();

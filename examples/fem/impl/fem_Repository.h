@@ -1,5 +1,15 @@
 #pragma once
 
+#include "fem_Stored.h"
+
+#include "cls_CollectionReaders.h"
+#include "cls_CollectionRequests.h"
+#include "cls_CollectionWriters.h"
+#include "cls_MementoRead.h"
+#include "cls_MementoWrite.h"
+#include "cls_ReadVisitor.h"
+#include "cls_Uid.h"
+#include "cls_WriteVisitor.h"
 #include "omu_BrenowName.h"
 #include "omu_DictIntObjABC.h"
 #include "omu_KeyErrorException.h"
@@ -104,6 +114,40 @@ public:
         Get(name);
         m_objects.erase(name);
     }
+    /// Exchanges the objects with those of a repository of the same owner.
+    void Swap(fem_Repository& other) noexcept
+    {
+        std::swap(m_objects, other.m_objects);
+        std::swap(m_uid, other.m_uid);
+    }
+
+    void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
+    {
+        if (visitor.StartWrite(fem_REPOSITORY, m_uid) != 0) {
+            visitor.CheckCollectionType(cls_COLLECTION_STRING_KEYED);
+            const std::unique_ptr<cls_WriteMapString2Obj> map(
+                visitor.Memento()->MakeStringMapObjWriter(cls_WriteVisitor::NO_ELEMENT));
+            for (const auto& [name, object] : m_objects) {
+                object->DBWrite(cls_WriteVisitor(cls_WriteRequestMapString2Obj(map.get(), name)), save);
+            }
+        }
+    }
+    /// Adds the stored objects, none when there is no record; `make(name, visitor)` builds one.
+    template <class F> void DBRead(const cls_ReadVisitor& visitor, F make)
+    {
+        if (visitor.Memento() == nullptr) {
+            return;
+        }
+        m_uid = visitor.GetUid();
+        const std::unique_ptr<cls_ReadMapString2Obj> map(
+            visitor.Memento()->MakeStringMapObjReader(cls_WriteVisitor::NO_ELEMENT));
+        while (map != nullptr && map->Next()) {
+            if (map->ClassId() == T::CLASS_ID) { // the store keeps those that this program does not know
+                Add(make(map->Key(), cls_ReadVisitor(map->MakeReader())));
+            }
+        }
+    }
+
     /// Pairs of name and object for iteration, in the order of the names.
     const std::map<cow_String, std::unique_ptr<T>>& Objects() const noexcept { return m_objects; }
 
@@ -116,4 +160,5 @@ private:
     const omu_InterfaceObj& m_owner;
     const char* m_member;
     std::map<cow_String, std::unique_ptr<T>> m_objects;
+    cls_Uid m_uid = cls_Uid::AllocateUid();
 };

@@ -3,6 +3,13 @@
 #include "fem_Element.h"
 #include "fem_Model.h"
 
+#include "cls_ClassRegistrar.h"
+#include "cls_CollectionReaders.h"
+#include "cls_CollectionWriters.h"
+#include "cls_MementoRead.h"
+#include "cls_MementoWrite.h"
+#include "cls_ReadVisitor.h"
+#include "cls_WriteVisitor.h"
 #include "omu_Arguments.h"
 #include "omu_KeyErrorException.h"
 #include "omu_PrimList.h"
@@ -11,7 +18,62 @@
 #include <algorithm>
 #include <memory>
 
+namespace
+{
+
+/// The element of the record that has the runs: arrays of a part's id and labels of its elements.
+constexpr std::uint32_t RUNS = 2;
+
+} // namespace
+
 fem_Set::fem_Set(const fem_Model& model, const cow_String& name) : fem_Named(model, "sets", name), m_model(model)
+{
+    Describe();
+}
+
+fem_Set::fem_Set(const fem_Model& model, const cow_String& name, const cls_ReadVisitor& visitor)
+    : fem_Named(model, "sets", name, visitor.GetUid()), m_model(model)
+{
+    Describe();
+    const std::unique_ptr<cls_ReadListPrim<int>> runs(visitor.Memento()->MakeIntListReader(RUNS));
+    while (runs != nullptr && runs->Next()) {
+        const cow_1DArray<int> run = runs->Array();
+        const fem_Part* const part = run.IsEmpty() ? nullptr : model.FindPart(run[0]);
+        if (part == nullptr) {
+            fem_FailStored(visitor, "it has elements of a part that is not there");
+        }
+        cow_List<int> labels;
+        for (int i = 1; i < run.Length(); ++i) {
+            if (!part->Elements().HasKey(run[i])) {
+                fem_FailStored(visitor, part->Repr() + " has no element " + cow_String(run[i]));
+            }
+            labels.Append(run[i]);
+        }
+        Add(*part, labels);
+    }
+}
+
+void fem_Set::Register(cls_ClassRegistrar& registrar)
+{
+    registrar.CreateClassMD("Set", CLASS_ID, 1, nullptr, 1); // its runs are an element
+}
+
+void fem_Set::DBWrite(const cls_WriteVisitor& visitor, fem_Save&) const
+{
+    if (visitor.StartWrite(CLASS_ID, Uid()) == 0) {
+        return;
+    }
+    const std::unique_ptr<cls_WriteListPrim<int>> runs(visitor.Memento()->MakeIntListWriter(RUNS));
+    for (const omu_IntAndArrayInt& run : m_subscripts.ConstRuns()) {
+        cow_1DArray<int> written(run.Length() + 1);
+        int* const to = written.Write();
+        to[0] = run.InstanceId();
+        std::copy_n(run.ConstIds().begin(), run.Length(), to + 1);
+        runs->AppendArray(written);
+    }
+}
+
+void fem_Set::Describe()
 {
     static constexpr methodTable methods[] = {
         {"add", "add(part: Part, labels: int | collections.abc.Sequence[int]) -> None: appends elements of a part.",

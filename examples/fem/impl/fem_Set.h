@@ -17,8 +17,13 @@ class fem_Set final : public fem_Named<omu_IdSeqIntObj>
 {
 public:
     static constexpr omu_BrenowName::omu_BrenowNameEnum NAME_RULES = omu_BrenowName::KER_NAME;
+    static constexpr std::uint32_t CLASS_ID = fem_SET;
 
     fem_Set(const fem_Model& model, const cow_String& name);
+    fem_Set(const fem_Model& model, const cow_String& name, const cls_ReadVisitor& visitor);
+
+    static void Register(cls_ClassRegistrar& registrar);
+    void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
 
     /// The elements.
     cow_String AsString(int depth) const override { return omu_IdSeqIntObj::AsString(depth); }
@@ -33,6 +38,8 @@ public:
     void RemovePart(int partId);
 
 private:
+    void Describe();
+
     omu_Primitive* GetParts();
     omu_Primitive* AddElements(omu_Arguments& arguments);
     omu_Primitive* Compress(omu_Arguments& arguments);

@@ -32,6 +32,9 @@ def text():
             lines.append(f"set {name}: {[repr(element) for element in elements]}")
         for name, step in model.steps.items():
             lines.append(f"step {name}: {step.procedure}, {step.loads!r}")
+            for field_name, field in step.fields.items():
+                values = hashlib.sha256(field[:].tobytes()).hexdigest()
+                lines.append(f"field {field_name}: {field.description!r}, {len(field)} values, {values}")
     return "\n".join(lines)
 
 
@@ -84,12 +87,16 @@ def build():
         print(f"  {element!r}: nodes {element.nodes}, quality {element.quality:.4f}")
     step = model.createStep("pressure", STATIC, loads={"slivers": 12.5})
     model.createStep("vibration", FREQUENCY)
-    print(f"steps {model.steps.keys()}; in the first one {step.loads}\n")
+    quality = step.createField("quality", "mean ratio of the elements of the whole, by label")
+    quality.append([element.quality for element in whole.elements.values()])
+    least, greatest = quality.extremes()
+    print(f"steps {model.steps.keys()}; in the first one {step.loads}, "
+          f"and a field of {len(quality)} values from {least:.3f} to {greatest:.3f}\n")
 
     print("elements by quality 0.0 to 1.0 in fifths:", whole.qualityHistogram(bins=5, limits=[0.0, 1.0]))
     print(f"center of all nodes: {whole.coordinates().mean(axis=0, dtype=float).round(2).tolist()}")
     # A program of the system works on the model's data, through a pipe.
-    qualities = "".join(f"{element.quality!r}\n" for element in whole.elements.values())
+    qualities = "".join(f"{value!r}\n" for value in quality)
     status, lines = vexomu.run("LC_ALL=C sort -g", input=qualities)
     print(f"median quality by sort, which ended with {status}: {lines.split()[len(whole.elements) // 2][:6]}\n")
     return model
