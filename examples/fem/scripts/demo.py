@@ -145,7 +145,8 @@ def main():
         vexomu.stopJournal()
         lines = journal.read_text().splitlines()
         replayed = subprocess.run([sys.executable, "-c", REPLAY, journal, __file__], stdout=subprocess.PIPE, text=True)
-    print(f"\nThe journal of it all has {len(lines)} lines, the last of which are", *lines[-3:], sep="\n  ")
+    print(f"\nThe journal of it all has {len(lines)} lines, the last of which are",
+          *[line if len(line) < 130 else line[:127] + "..." for line in lines[-3:]], sep="\n  ")
     is_same = replayed.returncode == 0 and replayed.stdout == text() + "\n"
     print("Replayed in a fresh process it", "builds an equal model." if is_same else "DOES NOT build an equal model.")
     session.deleteModel("assembly")
