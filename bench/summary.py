@@ -6,6 +6,10 @@ usage: summary.py RESULT.json...
 import json
 import sys
 
+# How many, as the names of what is measured have it; the clock on the wall counts there.
+CHILDREN = "iterations:200/manual_time"
+COPIES = "iterations:1/repeats:5/manual_time"
+
 # What is measured, the peers it is measured against (the fastest counts), and the highest ratio that meets the goal.
 GOALS = [
     ("call from C++, beside a fast-call C function", "call_kernel", ["call_cpython_fast_call"], 0.80),
@@ -57,6 +61,23 @@ GOALS = [
     ("100,000 array elements read in random order", "array_anywhere_kernel", ["array_anywhere_vector"], None),
     ("1000 uids taken and released", "uid_kernel", ["uid_make_shared", "uid_malloc", "uid_boost_pool"], 0.90),
     ("the same, beside what any thread may call", "uid_kernel", ["uid_make_shared", "uid_malloc"], None),
+    *(
+        row
+        for notation in ("automatic", "engineering", "scientific")
+        for ours in [f"format/{notation}/kernel"]
+        for row in (
+            (f"1 million {notation} texts, beside snprintf", ours, [f"format/{notation}/snprintf"], 0.60),
+            (f"1 million {notation} texts, beside std::to_chars", ours, [f"format/{notation}/by_hand"], 1.05),
+            (f"1 million {notation} texts, beside fmt", ours, [f"format/{notation}/fmt"], None),
+        )
+    ),
+    ("1 million points appended to a list", "points/list/kernel", ["points/list/vector"], None),
+    ("the same, beside doubles", "points/list/kernel", ["points/list/vector_of_doubles"], None),
+    ("1 million points appended to a fixed array", "points/fixed/kernel", ["points/fixed/vector"], None),
+    ("the same, beside doubles", "points/fixed/kernel", ["points/fixed/vector_of_doubles"], None),
+    ("program run, beside posix_spawn", f"Spawn/kernel/{CHILDREN}", [f"Spawn/posix_spawn/{CHILDREN}"], 1.03),
+    ("program run from Python, beside subprocess.run", "python_run/kernel", ["python_run/subprocess"], 1.00),
+    ("file of 1 GB copied, beside cp", f"Copy/kernel/{COPIES}", [f"Copy/cp/{COPIES}"], None),
     ("10,000,000 doubles written, beside SQLite", "store_write<Kernel>/real_time", ["store_write<Sqlite>/real_time"], 1.05),
     ("10,000,000 doubles read in order, beside SQLite", "store_read<Kernel>/real_time", ["store_read<Sqlite>/real_time"], 1.10),
     ("10,000,000 doubles read in order, beside HDF5", "store_read<Kernel>/real_time", ["store_read<Hdf5>/real_time"], None),
@@ -71,7 +92,8 @@ def main():
         with open(path, encoding="utf-8") as file:
             for row in json.load(file)["benchmarks"]:
                 if row.get("aggregate_name") == "median":
-                    times[row["run_name"]] = (row["cpu_time"], row["time_unit"])
+                    clock = "real_time" if row["run_name"].endswith("/manual_time") else "cpu_time"
+                    times[row["run_name"]] = (row[clock], row["time_unit"])
     print(f"{'what':54}{'time':>12}{'peer':>12}{'ratio':>8}{'goal':>7}")
     for what, ours, peers, goal in GOALS:
         if ours not in times or any(peer not in times for peer in peers):

@@ -63,10 +63,12 @@ public:
     friend bool operator==(const uti_NumFormat&, const uti_NumFormat&) = default;
 
 private:
-    cow_String FormatAutomatic(double value) const;
-    cow_String FormatEngineering(double value) const;
-    cow_String FormatScientific(double value) const;
-    cow_String PointString(const cow_String& text, int column) const;
+    class Text;
+
+    void FormatAutomatic(Text& text, double value) const;
+    void FormatEngineering(Text& text, double value) const;
+    void FormatScientific(Text& text, double value) const;
+    void PointString(Text& text, int column) const;
 
     int Digits() const noexcept;
     bool RoundsToZero(double value) const;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <clocale>
 #include <cmath>
@@ -71,7 +72,10 @@ TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
     std::setlocale(LC_ALL, "de_DE.UTF-8");
     std::mt19937_64 random(7);
     for (int round = 0; round < 20000; ++round) {
-        const double value = round % 2 ? std::bit_cast<double>(random()) : std::ldexp(double(random() % 4096), -6);
+        // Any at all; halves that round to even; such as users write.
+        const double kinds[] = {std::bit_cast<double>(random()), std::ldexp(double(random() % 4096), -6),
+                                double(random() % 1000000) / std::pow(10.0, random() % 12)};
+        const double value = kinds[round % 3];
         const int precision = static_cast<int>(random() % 19);
         if (!std::isfinite(value)) {
             continue;
@@ -90,6 +94,15 @@ TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
             general.erase(general.find('.'), 1);
         }
         ASSERT_EQ(general, expected);
+        if (value >= 1 && value < 1000) {
+            const int decimals = precision - (value >= 100 ? 3 : value >= 10 ? 2 : 1);
+            std::setlocale(LC_NUMERIC, "C");
+            std::snprintf(expected, sizeof expected, "%#.*f", std::max(decimals, 0), value);
+            std::setlocale(LC_ALL, "de_DE.UTF-8");
+            std::string fixed(expected);
+            fixed.erase(fixed.find_last_not_of('0') + 1);
+            ASSERT_EQ(Text({1, precision, 0, false}, value), fixed);
+        }
         const uti_NumFormat engineering(1, 17);
         ASSERT_NEAR(engineering.FormatDigits(value) / (value == 0 ? 1 : value), value != 0, 1e-13) << value;
     }
