@@ -154,6 +154,21 @@ def test_a_save_that_fails_leaves_file_and_session(small, tmp_path):
     assert reopened(file) == text()
 
 
+def test_a_file_of_an_older_version_opens_and_is_saved_as_the_newest(tmp_path):
+    # Written by this kernel when materials had no elastic modulus; tests/fem/data/README.md has the script.
+    file = shutil.copy(ROOT / "tests/fem/data/version1.vx", tmp_path / "old")
+    assert session.open(file) == ()
+    model, steel = session.models["old"], vexomu.Constant("STEEL")
+    material, part = model.materials[steel], model.parts["part"]
+    assert (material.density, material.elasticModulus, part.material) == (7.85e-9, 0.0, steel)
+    assert part.description == "two tetrahedra" and part.elements[8].nodes == (2, 30, 4, 5)
+    assert [element.label for element in model.sets["both"]] == [8, 7]
+    assert model.steps["load"].loads == {"both": 2.5} and list(model.steps["load"].fields["u"]) == [0.5, -1, 3]
+    material.elasticModulus = 210e3
+    session.save()
+    assert reopened(file) == text() and "7.85e-09, 210000.0" in text()
+
+
 def test_another_session_that_saved_meanwhile_is_noticed(small):
     model, file = small
     subprocess.run([sys.executable, "-c", "from fem import session; import sys; session.open(sys.argv[1]); session.save()",

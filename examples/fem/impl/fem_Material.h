@@ -9,8 +9,9 @@ class fem_Material final : public fem_Named<omu_InterfaceObj>
 public:
     static constexpr std::uint32_t CLASS_ID = fem_MATERIAL;
 
-    /// Throws omu_RangeErrorException unless the density is above 0.
-    fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density);
+    /// Throws omu_RangeErrorException unless the density is above 0, and the elastic modulus 0 or above.
+    fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density,
+                 double elasticModulus, const cls_Uid& uid = cls_Uid::AllocateUid());
     fem_Material(const omu_InterfaceObj& model, const cls_ReadVisitor& visitor);
 
     static void Register(cls_ClassRegistrar& registrar);
@@ -21,13 +22,13 @@ public:
     double Density() const noexcept { return m_density; }
 
 private:
-    fem_Material(const omu_InterfaceObj& model, const fem_SubstanceConstant& substance, double density,
-                 const cls_Uid& uid);
-
     omu_Primitive* GetSubstance() { return m_substance.Copy(); }
     omu_Primitive* GetDensity();
     omu_Primitive* SetDensity(omu_Arguments& arguments);
+    omu_Primitive* GetElasticModulus();
+    omu_Primitive* SetElasticModulus(omu_Arguments& arguments);
 
     fem_SubstanceConstant m_substance;
     double m_density;
+    double m_elasticModulus; // in MPa; 0: not known
 };

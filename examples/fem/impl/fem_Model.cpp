@@ -80,7 +80,9 @@ void fem_Model::DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
 void fem_Model::Describe()
 {
     static constexpr methodTable methods[] = {
-        {"createMaterial", "createMaterial(name: vexomu.Constant, density: float) -> Material: the density in t/mm3.",
+        {"createMaterial",
+         "createMaterial(name: vexomu.Constant, density: float, elasticModulus: float = 0.0) -> Material: in t/mm3 and "
+         "MPa.",
          omu_AsMethod<&fem_Model::CreateMaterial>},
         {"createPart",
          "createPart(name: str, path: str | os.PathLike[str], body: int = 0) -> Part: reads one body of a mesh file, "
@@ -200,11 +202,14 @@ omu_Primitive* fem_Model::CreateMaterial(omu_Arguments& arguments)
 {
     fem_SubstanceConstant name(fem_Substance::STEEL);
     double density = 0.0;
+    double elasticModulus = 0.0;
     arguments.Begin();
     arguments.Get(name, "name");
     arguments.Get(density, "density");
+    arguments.Optional();
+    arguments.Get(elasticModulus, "elasticModulus");
     arguments.End("createMaterial");
-    return new omu_ObjectRef(m_materials.Add(std::make_unique<fem_Material>(*this, name, density)));
+    return new omu_ObjectRef(m_materials.Add(std::make_unique<fem_Material>(*this, name, density, elasticModulus)));
 }
 
 omu_Primitive* fem_Model::CreateSet(omu_Arguments& arguments)

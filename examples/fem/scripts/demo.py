@@ -22,7 +22,7 @@ def text():
     for model_name, model in session.models.items():
         lines.append(f"model {model_name}")
         for name, material in model.materials.items():
-            lines.append(f"material {name}: {material.density!r}")
+            lines.append(f"material {name}: {material.density!r}, {material.elasticModulus!r}")
         for name, part in model.parts.items():
             mesh = hashlib.sha256(part.coordinates().tobytes())
             for element in part.elements.values():
@@ -67,8 +67,8 @@ def build():
         report(part)
     print(f"... and {len(bodies) - 4} smaller ones; {len(model.parts)} parts in all\n")
 
-    model.createMaterial(STEEL, density=7.85e-9)
-    model.createMaterial(ALUMINUM, density=2.7e-9)
+    model.createMaterial(STEEL, density=7.85e-9, elasticModulus=210e3)
+    model.createMaterial(ALUMINUM, density=2.7e-9, elasticModulus=70e3)
     for part in bodies:
         part.material = ALUMINUM if part is bodies[0] else STEEL
     model.parts.changeKey(bodies[0].name, "plate")
