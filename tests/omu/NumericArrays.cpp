@@ -263,4 +263,6 @@ TEST(NumericArrays, Damaged_streams_are_refused_before_memory_is_taken)
                           {"smaller dimension", 13, 1},
                           {"large count", 21, HIGHEST},
                           {"count beyond the end", 21, 7}});
+    const int empty[] = {2, 0};
+    ExpectRefused(Stream(omu_PrimArray(2, empty, Number::INT32, nullptr)), {{"rows without end", 13, HIGHEST / 16}});
 }

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <numeric>
 #include <utility>
 
 using Kind = omu_PrimNumber::DataTypeEnm;
@@ -23,6 +24,10 @@ constexpr const char* SOURCE = "source/omu/impl/omu_PrimArray";
 
 /// As deep as its tuples may be.
 constexpr int MAX_DIMENSIONS = omu_Primitive::MAX_NESTING;
+
+/// Elements that an array without any might have if its empty dimensions were 1, when a stream says so: the few bytes of
+/// its dimensions could otherwise ask for a text of any length.
+constexpr std::int64_t MAX_EMPTY_EXTENT = 1 << 20;
 
 // What LayOut answers instead of a size.
 constexpr std::int64_t NEGATIVE_DIMENSION = -1;
@@ -552,6 +557,11 @@ void omu_PrimArray::ReadData(bio_Ifilter& in, void* object)
     int strides[MAX_DIMENSIONS];
     if (dimensions.Length() > MAX_DIMENSIONS || LayOut(dimensions, itemSize, strides) != count * itemSize) {
         in.FailAt("dimensions that do not fit the number of elements", start);
+    }
+    const auto extent = [](std::int64_t product, int dimension) { return product * std::max(dimension, 1); };
+    if (count == 0 &&
+        std::accumulate(dimensions.begin(), dimensions.end(), std::int64_t{1}, extent) > MAX_EMPTY_EXTENT) {
+        in.FailAt("an array without elements of more than a million rows", start);
     }
     cow_1DArray<unsigned char> elements;
     cow_detail::ReadItems(in, static_cast<std::uint32_t>(count * itemSize), elements);
