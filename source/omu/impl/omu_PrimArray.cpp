@@ -27,7 +27,7 @@ constexpr int MAX_DIMENSIONS = omu_Primitive::MAX_NESTING;
 
 /// Elements that an array without any might have if its empty dimensions were 1, when a stream says so: the few bytes of
 /// its dimensions could otherwise ask for a text of any length.
-constexpr std::int64_t MAX_EMPTY_EXTENT = 1 << 20;
+constexpr std::int64_t MAX_EMPTY_EXTENT = 1 << 16;
 
 // What LayOut answers instead of a size.
 constexpr std::int64_t NEGATIVE_DIMENSION = -1;
@@ -561,7 +561,7 @@ void omu_PrimArray::ReadData(bio_Ifilter& in, void* object)
     const auto extent = [](std::int64_t product, int dimension) { return product * std::max(dimension, 1); };
     if (count == 0 &&
         std::accumulate(dimensions.begin(), dimensions.end(), std::int64_t{1}, extent) > MAX_EMPTY_EXTENT) {
-        in.FailAt("an array without elements of more than a million rows", start);
+        in.FailAt("an array without elements but with too many rows", start);
     }
     cow_1DArray<unsigned char> elements;
     cow_detail::ReadItems(in, static_cast<std::uint32_t>(count * itemSize), elements);
