@@ -112,6 +112,17 @@ public:
     /// What DBWrite does once the record is ready.
     void DBWriteBody(const cls_WriteVisitor& visitor) const;
 
+    // For a storage engine whose writing may be undone, or whose list may go while arrays still use it.
+    /// Called as the first writing ends: remembers the array as it is, all in memory, until Forget or TakeBack.
+    void Remember();
+    void Forget() noexcept;
+    /// Makes the array what it was at Remember and leaves the agent, without a flush. Nothing if nothing is remembered.
+    void TakeBack() noexcept;
+    /// Brings every element into memory and leaves the agent: the array is as before it was first stored.
+    void TakeIn();
+    /// Stores every element through an agent of an empty list, with a flush; this array does not attach to it.
+    void CopyTo(cls_AgentListPrim<T>& list) const;
+
 protected:
     using Texts = cls_detail::ArrayTexts;
 
@@ -127,6 +138,7 @@ protected:
 private:
     using Agent = cls_AgentListPrim<T>;
     using Holder = cow_CountedHld<Buffer>;
+    using Blocks = cow_Map<int, Holder>; // by the index of the first element
 
     // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read
     // and its first `writable` ones written without further ado; both count the free place behind the last element.
@@ -144,6 +156,8 @@ private:
         }
     };
 
+    static constexpr int NOTHING_REMEMBERED = -1;
+
     static int StartOf(int index) noexcept { return index & ~(Buffer::SIZE - 1); }
 
     const T& ConstGetSlowly(int index, const Texts& texts) const;
@@ -157,13 +171,16 @@ private:
     void Evict(int keep) const;
     void StoreFirst(Agent& agent) const;
     void Leave() noexcept;
+    void LeaveWith(Blocks& blocks, int length) noexcept;
 
     // Reading brings blocks in and takes them out, and the first writing brings the agent.
-    mutable cow_Map<int, Holder> m_blocks; // by the index of the first element; with an agent, one block at most
-    mutable Agent* m_agent = nullptr;      // attached
+    mutable Blocks m_blocks;          // with an agent, one at most
+    mutable Agent* m_agent = nullptr; // attached
     mutable int m_length = 0;
     cls_Uid m_uid = cls_Uid::AllocateUid();
     mutable Current m_current;
+    Blocks m_remembered; // none unless `m_rememberedLength` is 0 or more
+    int m_rememberedLength = NOTHING_REMEMBERED;
 };
 
 template <class T> inline const T& cls_ArrayPrim<T>::ConstGet(int index) const

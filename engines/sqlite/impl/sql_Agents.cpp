@@ -5,6 +5,7 @@
 #include "sql_Collections_detail.h"
 #include "sql_MementoRead_detail.h"
 #include "sql_MementoWrite_detail.h"
+#include "sql_PagedArray_detail.h"
 
 #include <algorithm>
 #include <limits>
@@ -52,12 +53,12 @@ protected:
             collection.Flush();
         } catch (...) {
             m_session->Defer(std::current_exception());
-            m_hasFailed = true;
+            m_failedIn = m_session->Transaction();
         }
         --m_users;
     }
     /// After a failure that is kept for the commit, which will fail, nobody is to try again.
-    bool Refuses() const noexcept { return m_hasFailed || m_session->IsReadOnly(); }
+    bool Refuses() const noexcept { return m_failedIn == m_session->Transaction() || m_session->IsReadOnly(); }
     [[noreturn]] void Fail(const std::string& what) const
     {
         const std::string text =
@@ -70,14 +71,14 @@ protected:
     int m_users = 0;
     int m_length = 0;
     std::int64_t m_revision = 0;
-    bool m_hasFailed = false;
+    std::int64_t m_failedIn = -1; // a transaction
 };
 
-template <class T> class ListAgent final : public cls_AgentListPrim<T>, Agent
+template <class T> class ListAgent final : public cls_AgentListPrim<T>, Agent, sql_PagedArray
 {
 public:
-    ListAgent(const sql_SessionPtr& session, std::int64_t record)
-        : Agent(session, record, sql_Form::PAGED_LIST + sql_KindOf<T>)
+    ListAgent(const sql_SessionPtr& session, std::int64_t record, const cls_Uid& uid, bool isFirst)
+        : Agent(session, record, FORM), sql_PagedArray(session, record, uid), m_isFirst(isFirst)
     {}
 
     int Size() override { return m_length; }
@@ -92,18 +93,47 @@ public:
             See(head);
             m_hasWritten = false;
         }
+        if (std::exchange(m_isFirst, false)) {
+            for (cls_ArrayPrim<T>* array : m_arrays) {
+                array->Remember();
+            }
+        }
     }
     void WriteRange(int first, int count, const T* values) override;
     void ReadRange(int first, int count, T* values) override;
-    void Attach() override { ++m_users; }
-    void Detach(cls_ArrayPrim<T>& array) noexcept override { Leave(array); }
+    void Attach() override
+    {
+        m_arrays.reserve(static_cast<std::size_t>(m_users) + 1);
+        ++m_users;
+    }
+    void Detach(cls_ArrayPrim<T>& array) noexcept override
+    {
+        Leave(array);
+        std::erase(m_arrays, &array);
+    }
     bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
     bool IsReadOnly() override { return Refuses(); }
-    void Register(cls_ArrayPrim<T>& array) noexcept override { m_session->Pending().Link(&array); }
+    void Register(cls_ArrayPrim<T>& array) noexcept override
+    {
+        m_arrays.push_back(&array);
+        m_session->Pending().Link(&array);
+    }
+
+    sql_Form Form() const noexcept override { return FORM; }
+    void CopyTo(const sql_SessionPtr& session, std::int64_t record, const cls_Uid& uid) override;
+    void TakeIn() override;
+    void Settle(bool isCommitted) noexcept override;
 
 private:
+    static constexpr sql_Form FORM = sql_Form::PAGED_LIST + sql_KindOf<T>;
     static constexpr int SIZE = sql_Records::BLOCK_LENGTH;
 
+    typename std::vector<cls_ArrayPrim<T>*>::const_iterator Find(const cls_Uid& uid) const noexcept
+    {
+        return std::find_if(m_arrays.begin(), m_arrays.end(),
+                            [&uid](const cls_ArrayPrim<T>* array) { return &array->Uid() == &uid; });
+    }
+    bool Serves(const cls_Uid& uid) const noexcept override { return Find(uid) != m_arrays.end(); }
     /// How many values the block that starts at `start` holds.
     int Stored(int start) const noexcept { return std::clamp(m_length - start, 0, SIZE); }
     void ReadBlock(int start, int count, T* values);
@@ -119,7 +149,9 @@ private:
         return m_scratch.get();
     }
 
-    std::unique_ptr<T[]> m_scratch; // a block, for ranges that are none
+    std::vector<cls_ArrayPrim<T>*> m_arrays; // those attached
+    bool m_isFirst;                          // until the end of the first writing, of an array that is all in memory
+    std::unique_ptr<T[]> m_scratch;          // a block, for ranges that are none
     std::string m_bytes;
     bool m_hasWritten = false;
 };
@@ -213,6 +245,28 @@ template <class T> void ListAgent<T>::WriteRange(int first, int count, const T* 
         first += written;
         count -= written;
         values += written;
+    }
+}
+
+template <class T> void ListAgent<T>::CopyTo(const sql_SessionPtr& session, std::int64_t record, const cls_Uid& uid)
+{
+    ListAgent copy(session, record, cls_Uid::AllocateUid(), /*isFirst=*/false);
+    (*Find(uid))->CopyTo(copy);
+}
+
+// The agent may be gone with the last array that leaves it.
+
+template <class T> void ListAgent<T>::TakeIn()
+{
+    for (std::size_t left = m_arrays.size(); left != 0; --left) {
+        m_arrays[left - 1]->TakeIn();
+    }
+}
+
+template <class T> void ListAgent<T>::Settle(bool isCommitted) noexcept
+{
+    for (std::size_t left = m_arrays.size(); left != 0; --left) {
+        isCommitted ? m_arrays[left - 1]->Forget() : m_arrays[left - 1]->TakeBack();
     }
 }
 
@@ -379,14 +433,10 @@ template <class K> cow_1DArray<K> MapAgent<K>::Keys()
 } // namespace
 
 template <class T>
-cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr& session, std::int64_t record,
-                                        const std::optional<cls_Uid>& uid)
+cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr& session, std::int64_t record, const cls_Uid& uid,
+                                        bool isFirst)
 {
-    auto agent = std::make_unique<ListAgent<T>>(session, record);
-    if (uid) {
-        session->NotePaged(*uid, record);
-    }
-    return agent.release();
+    return new ListAgent<T>(session, record, uid, isFirst);
 }
 
 cls_AgentListObj* sql_MakeObjListAgent(const sql_SessionPtr& session, std::int64_t record, int depth)
@@ -403,7 +453,6 @@ cls_AgentMapKey2Obj<K>* sql_MakeMapAgent(const sql_SessionPtr& session, std::int
 template cls_AgentMapKey2Obj<int>* sql_MakeMapAgent(const sql_SessionPtr&, std::int64_t, int);
 template cls_AgentMapKey2Obj<cow_String>* sql_MakeMapAgent(const sql_SessionPtr&, std::int64_t, int);
 #define INSTANTIATE(N, T)                                                                                              \
-    template cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr&, std::int64_t,                              \
-                                                     const std::optional<cls_Uid>&);
+    template cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr&, std::int64_t, const cls_Uid&, bool);
 SQL_KINDS(INSTANTIATE)
 #undef INSTANTIATE

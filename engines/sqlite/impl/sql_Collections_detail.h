@@ -37,10 +37,10 @@ cls_WriteMapInt2Obj* sql_MakeIntMapObjWriter(const sql_SessionPtr& session, cons
 cls_WriteMapString2Obj* sql_MakeStringMapObjWriter(const sql_SessionPtr& session, const sql_Session::Open& open);
 cls_WriteIntTableInt* sql_MakeIntTableWriter(const sql_SessionPtr& session, const sql_Session::Open& open);
 
-/// An agent of a stored collection. With a uid, that of the array which it will serve.
+/// An agent of a stored collection, for arrays of that uid. The first one comes from a record that is written to.
 template <class T>
-cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr& session, std::int64_t record,
-                                        const std::optional<cls_Uid>& uid);
+cls_AgentListPrim<T>* sql_MakeListAgent(const sql_SessionPtr& session, std::int64_t record, const cls_Uid& uid,
+                                        bool isFirst);
 cls_AgentListObj* sql_MakeObjListAgent(const sql_SessionPtr& session, std::int64_t record, int depth);
 template <class K>
 cls_AgentMapKey2Obj<K>* sql_MakeMapAgent(const sql_SessionPtr& session, std::int64_t record, int depth);

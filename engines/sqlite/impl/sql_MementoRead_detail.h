@@ -41,7 +41,7 @@ public:
     }                                                                                                                  \
     cls_AgentListPrim<T>* Make##N##ListAgent() override                                                                \
     {                                                                                                                  \
-        return sql_MakeListAgent<T>(m_node->Session(), m_node->Head().id, m_uid);                                      \
+        return sql_MakeListAgent<T>(m_node->Session(), m_node->Head().id, m_uid, /*isFirst=*/false);                   \
     }
 #define MAPS(N, T)                                                                                                     \
     cls_ReadMapInt2Prim<T>* MakeIntMap##N##Reader(std::uint32_t element) override                                      \

@@ -54,9 +54,9 @@ cls_MementoWrite* sql_MementoWrite::MakeFieldWriter(const cls_FieldHandle& field
     return new sql_MementoWrite(m_session, m_session->OpenAt(m_open, sql_Key(field.FieldName()), classId, uid));
 }
 
-cls_MementoWrite* sql_MementoWrite::MakeElementWriter(std::uint32_t element, const cls_Uid&)
+cls_MementoWrite* sql_MementoWrite::MakeElementWriter(std::uint32_t element, const cls_Uid& uid)
 {
-    return new sql_MementoWrite(m_session, m_session->OpenElement(m_open, sql_Key(std::int64_t{element})));
+    return new sql_MementoWrite(m_session, m_session->OpenElement(m_open, sql_Key(std::int64_t{element}), &uid));
 }
 
 sql_Session::Open sql_MementoWrite::Element(std::uint32_t element)

@@ -38,7 +38,7 @@ public:
     cls_AgentListPrim<T>* Make##N##ListAgent() override                                                                \
     {                                                                                                                  \
         m_session->MakeKept(*m_open, sql_Form::PAGED_LIST + sql_KindOf<T>);                                            \
-        return sql_MakeListAgent<T>(m_session, m_open->head.id, Uid());                                                \
+        return sql_MakeListAgent<T>(m_session, m_open->head.id, Uid(), /*isFirst=*/true);                              \
     }
 #define MAPS(N, T)                                                                                                     \
     cls_WriteMapInt2Prim<T>* MakeIntMap##N##Writer(std::uint32_t element) override                                     \

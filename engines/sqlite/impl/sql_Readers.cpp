@@ -134,7 +134,8 @@ template <class T> class PagedReader final : public cls_ReadListPrim<T>
 {
 public:
     explicit PagedReader(sql_NodePtr node)
-        : m_node(std::move(node)), m_agent(sql_MakeListAgent<T>(m_node->Session(), m_node->Head().id, std::nullopt))
+        : m_node(std::move(node)),
+          m_agent(sql_MakeListAgent<T>(m_node->Session(), m_node->Head().id, cls_Uid::AllocateUid(), /*isFirst=*/false))
     {}
 
     int Size() override { return m_agent->Size(); }

@@ -2,9 +2,11 @@
 
 #include "cls_ClassRegistrar.h"
 #include "nex_TextException.h"
+#include "sql_PagedArray_detail.h"
 #include "typ_ArchCompTable.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace
@@ -53,18 +55,6 @@ sql_Identity* sql_Identity::Find(const cls_Uid& uid, const sql_Session& session)
     for (cls_HistoryEntry* entry = head.Next(); entry != &head; entry = entry->Next()) {
         if (auto* const identity = dynamic_cast<sql_Identity*>(entry);
             identity != nullptr && identity->session == &session) {
-            return identity;
-        }
-    }
-    return nullptr;
-}
-
-sql_Identity* sql_Identity::FindPaged(const cls_Uid& uid) noexcept
-{
-    const cls_HistoryEntry& head = uid.Entry()->History();
-    for (cls_HistoryEntry* entry = head.Next(); entry != &head; entry = entry->Next()) {
-        if (auto* const identity = dynamic_cast<sql_Identity*>(entry);
-            identity != nullptr && identity->session != nullptr && identity->paged != 0) {
             return identity;
         }
     }
@@ -153,6 +143,7 @@ void sql_Session::Commit()
         Writing().SetNextNumber(m_next);
         records.Commit();
         m_isWriting = false;
+        Settle(/*isCommitted=*/true);
     }
 }
 
@@ -181,6 +172,7 @@ void sql_Session::Forget() noexcept
                 delete identity;
             }
         }
+        Settle(/*isCommitted=*/false);
     }
 }
 
@@ -385,33 +377,62 @@ sql_Session::Open sql_Session::OpenAt(const Open& owner, const sql_Key& key, std
               __LINE__);
     }
     const sql_ClassPtr known = ClassToWrite(classId);
+    sql_PagedArray* const array = sql_PagedArray::Of(uid);
     const auto head = Child(*owner, key);
     Open open;
-    if (head && IsSameObject(*head, *known, uid)) {
+    if (head && IsSameObject(*head, *known, uid) && MayStay(*head, array)) {
         open = Reopen(*head, known, owner->depth + 1);
     } else {
         if (head) {
             Replace(*owner, head->id);
         }
-        open = Move(*owner, known, uid);
+        open = Move(*owner, known, array);
         if (open == nullptr) {
             open = Make(owner->head.id, owner->depth + 1, known, &uid);
         }
     }
-    if (sql_PagedKind(open->head.form)) {
-        IdentityOf(uid).savedAs = m_save;
-    }
+    Place(*open, array, uid);
     Put(*owner, key, {sql_Kind::OBJECT, open->head.id});
     return open;
 }
 
-sql_Session::Open sql_Session::OpenElement(const Open& owner, const sql_Key& key)
+bool sql_Session::MayStay(const sql_Record& head, const sql_PagedArray* array) const noexcept
+{
+    return !sql_PagedKind(head.form) || (array != nullptr && array->RecordIn(*this) == head.id);
+}
+
+void sql_Session::Place(sql_OpenRecord& open, sql_PagedArray* array, const cls_Uid& uid)
+{
+    if (array == nullptr) {
+        return;
+    }
+    if (array->RecordIn(*this) == open.head.id) {
+        array->savedAs = m_save;
+    } else {
+        MakeKept(open, array->Form());
+        array->CopyTo(shared_from_this(), open.head.id, uid);
+    }
+}
+
+sql_Session::Open sql_Session::OpenElement(const Open& owner, const sql_Key& key, const cls_Uid* uid)
 {
     Writing();
     FinishClosed();
+    sql_PagedArray* const array = uid != nullptr ? sql_PagedArray::Of(*uid) : nullptr;
     const auto head = Child(*owner, key);
-    const Open open = head && head->classRow == 0 ? Reopen(*head, nullptr, owner->depth + 1)
-                                                  : Make(owner->head.id, owner->depth + 1, nullptr, nullptr);
+    Open open;
+    if (head && head->classRow == 0 && (uid == nullptr || MayStay(*head, array))) {
+        open = Reopen(*head, nullptr, owner->depth + 1);
+    } else {
+        if (head) {
+            Replace(*owner, head->id);
+        }
+        open = Make(owner->head.id, owner->depth + 1, nullptr, nullptr);
+    }
+    if (uid != nullptr) {
+        open->uid = *uid;
+        Place(*open, array, *uid);
+    }
     Put(*owner, key, {sql_Kind::OBJECT, open->head.id});
     return open;
 }
@@ -421,14 +442,16 @@ sql_Session::Open sql_Session::OpenRoot(const cow_String& name, std::uint32_t cl
     sql_Records& records = Writing();
     FinishClosed();
     const sql_ClassPtr known = ClassToWrite(classId);
+    sql_PagedArray* const array = sql_PagedArray::Of(uid);
     if (const auto record = records.FindRoot(name)) {
         const auto head = records.FindRecord(*record);
-        if (head && head->owner == 0 && IsSameObject(*head, *known, uid)) {
+        if (head && head->owner == 0 && IsSameObject(*head, *known, uid) && MayStay(*head, array)) {
             return Reopen(*head, known, 1);
         }
         m_doomed.emplace_back(*record, 0);
     }
     const Open open = Make(0, 1, known, &uid);
+    Place(*open, array, uid);
     records.PutRoot(name, open->head.id);
     return open;
 }
@@ -450,13 +473,10 @@ sql_Session::Open sql_Session::OpenStored(std::int64_t record, int depth)
     return open;
 }
 
-sql_Session::Open sql_Session::Move(const sql_OpenRecord& owner, const sql_ClassPtr& known, const cls_Uid& uid)
+sql_Session::Open sql_Session::Move(const sql_OpenRecord& owner, const sql_ClassPtr& known, const sql_PagedArray* array)
 {
-    sql_Identity* const identity = sql_Identity::Find(uid, *this);
-    if (identity == nullptr || identity->paged == 0 || identity->savedAs == m_save) {
-        return nullptr;
-    }
-    auto head = m_records->FindRecord(identity->paged);
+    const std::int64_t record = array != nullptr && array->savedAs != m_save ? array->RecordIn(*this) : 0;
+    auto head = record != 0 ? m_records->FindRecord(record) : std::nullopt;
     if (!head || head->owner == 0) {
         return nullptr;
     }
@@ -572,11 +592,18 @@ void sql_Session::Touch(sql_OpenRecord& open)
     Writing().PutRecord(open.head);
 }
 
-void sql_Session::NotePaged(const cls_Uid& uid, std::int64_t record)
+void sql_Session::Drop(const sql_PagedArray& array, std::int64_t record) noexcept
 {
-    sql_Identity& identity = IdentityOf(uid);
-    identity.paged = record;
-    identity.savedAs = m_isWriting ? m_save : 0;
+    const auto [first, last] = m_paged.equal_range(record);
+    m_paged.erase(std::find_if(first, last, [&](const auto& noted) { return noted.second == &array; }));
+}
+
+void sql_Session::Settle(bool isCommitted) noexcept
+{
+    ++m_transaction;
+    for (auto next = m_paged.begin(); next != m_paged.end();) {
+        (next++)->second->Settle(isCommitted); // which may drop just this one
+    }
 }
 
 void sql_Session::FinishClosed()
@@ -593,9 +620,6 @@ void sql_Session::Finish(sql_OpenRecord& open)
         return;
     }
     FinishRows(open);
-    if (open.isNew && open.head.form == sql_Form::OBJECT && open.head.length == 0 && open.uid) {
-        CopyBlocks(open);
-    }
     ++open.head.revision;
     Writing().PutRecord(open.head);
 }
@@ -624,29 +648,6 @@ void sql_Session::FinishRows(sql_OpenRecord& open)
     open.head.length = count;
 }
 
-void sql_Session::CopyBlocks(sql_OpenRecord& open)
-{
-    const sql_Identity* const source = sql_Identity::FindPaged(*open.uid);
-    if (source == nullptr || source->paged == open.head.id) {
-        return;
-    }
-    sql_Records& from = source->session->Reading();
-    const auto head = from.FindRecord(source->paged);
-    if (!head || !sql_PagedKind(head->form)) {
-        return;
-    }
-    open.head.form = head->form;
-    open.head.length = head->length;
-    for (std::int64_t block = 0; block * sql_Records::BLOCK_LENGTH < head->length; ++block) {
-        std::string bytes;
-        if (!from.ReadBlock(head->id, block, [&](std::string_view read) { bytes = read; })) {
-            from.FailDamaged("block " + std::to_string(block) + " of record " + std::to_string(head->id) +
-                             " is missing");
-        }
-        m_records->PutBlock(open.head.id, block, bytes);
-    }
-}
-
 void sql_Session::RemoveTree(std::int64_t id)
 {
     sql_Records& records = Writing();
@@ -661,6 +662,17 @@ void sql_Session::RemoveTree(std::int64_t id)
                 left.push_back(child->id);
             }
         }
+        TakeIn(next);
         records.RemoveRecord(next);
+    }
+}
+
+void sql_Session::TakeIn(std::int64_t record)
+{
+    std::vector<sql_PagedArray*> arrays;
+    const auto [first, last] = m_paged.equal_range(record);
+    std::transform(first, last, std::back_inserter(arrays), [](const auto& noted) { return noted.second; });
+    for (sql_PagedArray* array : arrays) {
+        array->TakeIn();
     }
 }

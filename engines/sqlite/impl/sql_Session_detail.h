@@ -17,6 +17,7 @@
 
 class cls_ClassMetadata;
 class cls_ClassRegistrar;
+class sql_PagedArray;
 class sql_Session;
 
 /// What links a uid to its number in a store. It hangs in the uid's history and dies with the uid.
@@ -28,14 +29,10 @@ public:
 
     /// The link of a uid to `session`, or null.
     static sql_Identity* Find(const cls_Uid& uid, const sql_Session& session) noexcept;
-    /// A link of the uid, to any open store, through which an array's blocks are found; null when there is none.
-    static sql_Identity* FindPaged(const cls_Uid& uid) noexcept;
 
     sql_Session* session; // null after the session's end
     std::int64_t number;
     cls_UidCatalogEntry* entry;
-    std::int64_t paged = 0;   // the record with the blocks of the array of this uid, 0 when it is none
-    std::int64_t savedAs = 0; // the save that last placed that record
 };
 
 /// A stored class beside what this program knows of it.
@@ -78,7 +75,7 @@ struct sql_OpenRecord
 /// Ownership:  shared by the store and every memento, reader, writer and agent; closed by the store.
 /// Threads:    one thread at a time.
 /// Errors:     nex_TextException.
-class sql_Session
+class sql_Session : public std::enable_shared_from_this<sql_Session>
 {
 public:
     using Open = std::shared_ptr<sql_OpenRecord>;
@@ -116,8 +113,8 @@ public:
 
     /// Opens the record at a place: the one that is there, if it is of the same object, or a new one.
     Open OpenAt(const Open& owner, const sql_Key& key, std::uint32_t classId, const cls_Uid& uid);
-    /// The record of an element that is no object.
-    Open OpenElement(const Open& owner, const sql_Key& key);
+    /// The record of an element that is no object, but may be an array of that uid.
+    Open OpenElement(const Open& owner, const sql_Key& key, const cls_Uid* uid = nullptr);
     Open OpenRoot(const cow_String& name, std::uint32_t classId, const cls_Uid& uid);
     /// Opens a stored collection, for its agent to change elements of it.
     Open OpenStored(std::int64_t record, int depth);
@@ -126,8 +123,13 @@ public:
     void MakeCollection(sql_OpenRecord& open, sql_Form form);
     /// Makes an open record a collection that an agent serves; if it is one of that form already, with what it holds.
     void MakeKept(sql_OpenRecord& open, sql_Form form);
-    /// Notes that an array of this uid has its blocks in the record.
-    void NotePaged(const cls_Uid& uid, std::int64_t record);
+    // The arrays that agents of this session serve, by their records.
+    void Note(sql_PagedArray& array, std::int64_t record) { m_paged.emplace(record, &array); }
+    void Drop(const sql_PagedArray& array, std::int64_t record) noexcept;
+    /// The save that goes on, or the last one of the transaction; 0 outside of one.
+    std::int64_t CurrentSave() const noexcept { return m_isWriting ? m_save : 0; }
+    /// How many transactions have ended.
+    std::int64_t Transaction() const noexcept { return m_transaction; }
     /// Removes a row, and at the end of the save the object it held.
     void Erase(sql_OpenRecord& open, const sql_Key& key);
     /// Stores the length and raises the revision of a collection that an agent changes.
@@ -161,28 +163,36 @@ private:
     Open Reopen(const sql_Record& head, sql_ClassPtr known, int depth);
     std::optional<sql_Record> Child(const sql_OpenRecord& owner, const sql_Key& key);
     bool IsSameObject(const sql_Record& head, const sql_KnownClass& known, const cls_Uid& uid);
-    /// The record of an array of this uid that this save has not placed yet, taken from its old place; or null.
-    Open Move(const sql_OpenRecord& owner, const sql_ClassPtr& known, const cls_Uid& uid);
+    /// True unless the record holds the values of another array than the one to be saved, which may be null.
+    bool MayStay(const sql_Record& head, const sql_PagedArray* array) const noexcept;
+    /// The record of an array that this save has not placed yet, taken from its old place; or null.
+    Open Move(const sql_OpenRecord& owner, const sql_ClassPtr& known, const sql_PagedArray* array);
+    /// What is in a store already is not written again by the array itself: copies it into a new record; notes the place.
+    void Place(sql_OpenRecord& open, sql_PagedArray* array, const cls_Uid& uid);
+    void Settle(bool isCommitted) noexcept;
     void TakeFromOwner(const sql_Record& moved);
     bool IsUnknown(std::int64_t record);
     /// Puts away what stood at a place that gets another object.
     void Replace(sql_OpenRecord& owner, std::int64_t child);
     void Finish(sql_OpenRecord& open);
     void FinishRows(sql_OpenRecord& open);
-    void CopyBlocks(sql_OpenRecord& open);
     void Forget() noexcept;
+    /// Brings arrays that are still in use into memory: their record goes.
+    void TakeIn(std::int64_t record);
 
     std::unique_ptr<sql_Records> m_records; // null after Close
     const cls_ClassRegistrar& m_registrar;
     std::map<std::int64_t, sql_ClassPtr> m_classes;  // by row
     std::map<std::uint32_t, sql_ClassPtr> m_written; // by class id in this program
     std::unordered_map<std::int64_t, sql_Identity*> m_identities;
+    std::unordered_multimap<std::int64_t, sql_PagedArray*> m_paged;
     PendingRing m_pending;
     std::exception_ptr m_deferred;
     bool m_isWriting = false;
     std::int64_t m_next = 1;      // number of the next record or identity; never goes back
     std::int64_t m_committed = 1; // m_next at the last Begin
     std::int64_t m_save = 0;
+    std::int64_t m_transaction = 0;
     std::vector<Open> m_open; // as they are nested
     std::vector<std::pair<std::int64_t, std::int64_t>>
         m_doomed; // records to remove at the end of the save; their owners

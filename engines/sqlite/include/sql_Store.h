@@ -22,8 +22,9 @@ class sql_Session;
 /// Threads:    one thread of the process that opened it; in a process forked from that one everything throws.
 /// Complexity: a save writes every object of the root again, and of an array only the blocks that changed.
 /// Errors:     nex_TextException that names the file and says whether it is missing, in use, damaged, truncated, of a newer
-///             format or no store. What fails between Begin and Commit leaves the file as it was last committed. After a
-///             rollback, arrays that had moved blocks to the file are to be read from it again.
+///             format or no store. What fails between Begin and Commit leaves the file as it was last committed. A
+///             rollback brings arrays that were stored for the first time back into memory; others that had moved changed
+///             blocks to the file are to be read from it again.
 /// Example:    sql_Store store = sql_Store::Create("beam.vx", registrar);
 ///             store.WriteRoot("model", [&](const cls_WriteVisitor& visitor) { model.DBWrite(visitor); });
 ///             store.Commit();

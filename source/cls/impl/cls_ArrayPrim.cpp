@@ -57,7 +57,8 @@ template <class T> cls_ArrayPrim<T>::cls_ArrayPrim() = default;
 
 template <class T>
 cls_ArrayPrim<T>::cls_ArrayPrim(const cls_ArrayPrim& other)
-    : cls_PC(other), m_blocks(other.m_blocks), m_agent(other.m_agent), m_length(other.m_length), m_uid(other.m_uid)
+    : cls_PC(other), m_blocks(other.m_blocks), m_agent(other.m_agent), m_length(other.m_length), m_uid(other.m_uid),
+      m_remembered(other.m_remembered), m_rememberedLength(other.m_rememberedLength)
 {
     other.m_current.writable = 0;
     if (m_agent != nullptr) {
@@ -90,6 +91,8 @@ template <class T> cls_ArrayPrim<T>& cls_ArrayPrim<T>::operator=(const cls_Array
         m_agent = other.m_agent;
         m_length = other.m_length;
         m_uid = other.m_uid;
+        m_remembered = other.m_remembered;
+        m_rememberedLength = other.m_rememberedLength;
         m_current = Current();
         other.m_current.writable = 0;
         if (m_agent != nullptr) {
@@ -120,6 +123,68 @@ template <class T> void cls_ArrayPrim<T>::Leave() noexcept
         delete m_agent;
     }
     m_agent = nullptr;
+    Unlink();
+}
+
+template <class T> void cls_ArrayPrim<T>::Remember()
+{
+    m_remembered = m_blocks;
+    m_rememberedLength = m_length;
+}
+
+template <class T> void cls_ArrayPrim<T>::Forget() noexcept
+{
+    m_remembered = Blocks();
+    m_rememberedLength = NOTHING_REMEMBERED;
+}
+
+template <class T> void cls_ArrayPrim<T>::TakeBack() noexcept
+{
+    if (m_agent != nullptr && m_rememberedLength != NOTHING_REMEMBERED) {
+        LeaveWith(m_remembered, m_rememberedLength);
+    }
+}
+
+template <class T> void cls_ArrayPrim<T>::TakeIn()
+{
+    if (m_agent == nullptr) {
+        return;
+    }
+    Blocks blocks(m_blocks);
+    for (std::int64_t next = 0; next < m_length; next += Buffer::SIZE) {
+        const int start = static_cast<int>(next);
+        if (!blocks.IsMember(start)) {
+            Holder block = Holder::Make();
+            m_agent->ReadRange(start, CountFrom(start), block->elements);
+            blocks.Insert(start, block);
+        }
+    }
+    LeaveWith(blocks, m_length);
+}
+
+template <class T> void cls_ArrayPrim<T>::CopyTo(Agent& list) const
+{
+    const Holder scratch = Holder::Make();
+    for (std::int64_t next = 0; next < m_length; next += Buffer::SIZE) {
+        const int start = static_cast<int>(next);
+        const Holder* const held = m_blocks.Find(start);
+        if (held == nullptr) {
+            m_agent->ReadRange(start, CountFrom(start), scratch->elements);
+        }
+        list.WriteRange(start, CountFrom(start), (held != nullptr ? *held : scratch)->elements);
+    }
+    list.EndWrite();
+}
+
+/// Leaves the agent, without a flush, as an array that is in memory.
+template <class T> void cls_ArrayPrim<T>::LeaveWith(Blocks& blocks, int length) noexcept
+{
+    m_blocks = std::move(blocks);
+    m_length = length;
+    m_current = Current();
+    Forget();
+    const AgentPtr<T> agent(std::exchange(m_agent, nullptr)); // without which Flush does nothing
+    agent->Detach(*this);
     Unlink();
 }
 
