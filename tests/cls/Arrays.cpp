@@ -100,6 +100,11 @@ TEST(ArrayPrim, Is_stored_block_by_block_and_paged_in_a_block_at_a_time)
     EXPECT_EQ(array->Size(), 3000);
     EXPECT_EQ(array->ConstGet(2999), 2999);
     EXPECT_EQ(list.TakeLog(), Log({"changed", "changed", "size", "read 2048+952"}));
+    array->Get(2999) = 2;
+    array->SetLength(INT_MIN);
+    array->Flush();
+    EXPECT_EQ(list.TakeLog(), Log({"readonly", "end"}));
+    array->SetLength(3000);
     list.isReadOnly = true;
     array->Get(2999) = 1;
     array->Flush();

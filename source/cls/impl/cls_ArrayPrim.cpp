@@ -372,10 +372,10 @@ template <class T> int cls_ArrayPrim<T>::Snap() const
     return 1;
 }
 
-/// The number of elements of the block that starts there.
+/// The number of elements of the block that starts there: none behind the end, wherever that was set.
 template <class T> int cls_ArrayPrim<T>::CountFrom(int start) const noexcept
 {
-    return std::min<int>(Buffer::SIZE, m_length - start);
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{m_length} - start, 0, Buffer::SIZE));
 }
 
 /// As CountFrom, and the free place behind them if the block has one.
