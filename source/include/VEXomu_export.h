@@ -8,3 +8,11 @@
 #else
 #define VEXOMU_API VEXCRT_SYMBOL_IMPORT
 #endif
+
+/// Declares an instance of a class template that is made once, in the library. A DLL exports no inline members of such an
+/// instance, so its users make those, and link to what they see no body of. For templates without data of their own.
+#if defined(_WIN32) && !defined(VEXomu_EXPORTS)
+#define VEXOMU_EXTERN_TEMPLATE(...) static_assert(true)
+#else
+#define VEXOMU_EXTERN_TEMPLATE(...) extern template class VEXOMU_API __VA_ARGS__
+#endif

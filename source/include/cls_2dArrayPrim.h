@@ -73,5 +73,5 @@ template <class T> inline void cls_2dArrayPrim<T>::Append(const T& value)
     this->AppendWith(value, cls_detail::ARRAY_2D_TEXTS);
 }
 
-extern template class VEXOMU_API cls_2dArrayPrim<double>;
-extern template class VEXOMU_API cls_2dArrayPrim<float>;
+VEXOMU_EXTERN_TEMPLATE(cls_2dArrayPrim<double>);
+VEXOMU_EXTERN_TEMPLATE(cls_2dArrayPrim<float>);

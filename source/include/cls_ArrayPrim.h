@@ -223,9 +223,9 @@ template <class T> inline void cls_ArrayPrim<T>::AppendWith(const T& value, cons
     }
 }
 
-extern template class VEXOMU_API cls_ArrayPrim<bool>;
-extern template class VEXOMU_API cls_ArrayPrim<double>;
-extern template class VEXOMU_API cls_ArrayPrim<float>;
-extern template class VEXOMU_API cls_ArrayPrim<int>;
-extern template class VEXOMU_API cls_ArrayPrim<cow_String>;
-extern template class VEXOMU_API cls_ArrayPrim<std::uint32_t>;
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<bool>);
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<double>);
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<float>);
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<int>);
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<cow_String>);
+VEXOMU_EXTERN_TEMPLATE(cls_ArrayPrim<std::uint32_t>);

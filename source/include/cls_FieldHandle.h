@@ -1,13 +1,12 @@
 #pragma once
 
-#include "VEXomu_export.h"
 #include "cow_String.h"
 
 /// Names one persistent attribute of a class.
 ///
 /// Ownership:  an ordinary value; the name is shared by copies.
 /// Example:    visitor.Read(cls_FieldHandle("stringValue"), cow_String());
-class VEXOMU_API cls_FieldHandle
+class cls_FieldHandle
 {
 public:
     static constexpr int NOT_NUMBERED = -1;

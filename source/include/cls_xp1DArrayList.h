@@ -45,6 +45,6 @@ private:
     cls_Uid m_uid = cls_Uid::AllocateUid();
 };
 
-extern template class VEXOMU_API cls_xp1DArrayList<double>;
-extern template class VEXOMU_API cls_xp1DArrayList<float>;
-extern template class VEXOMU_API cls_xp1DArrayList<int>;
+VEXOMU_EXTERN_TEMPLATE(cls_xp1DArrayList<double>);
+VEXOMU_EXTERN_TEMPLATE(cls_xp1DArrayList<float>);
+VEXOMU_EXTERN_TEMPLATE(cls_xp1DArrayList<int>);

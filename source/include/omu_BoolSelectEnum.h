@@ -14,4 +14,4 @@ enum omu_BoolSelectEnum : int
 };
 
 template <> VEXOMU_API const omu_EnumRow<omu_BoolSelectEnum>* omu_EnumTable<omu_BoolSelectEnum, 1>();
-extern template class VEXOMU_API omu_PrimEnum<omu_BoolSelectEnum, 1>;
+VEXOMU_EXTERN_TEMPLATE(omu_PrimEnum<omu_BoolSelectEnum, 1>);

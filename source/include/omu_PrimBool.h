@@ -4,8 +4,8 @@
 
 template <> VEXOMU_API const omu_EnumRow<bool>* omu_EnumTable<bool, 1>();
 template <> VEXOMU_API const omu_EnumRow<bool>* omu_EnumTable<bool, 2>();
-extern template class VEXOMU_API omu_PrimEnum<bool, 1>;
-extern template class VEXOMU_API omu_PrimEnum<bool, 2>;
+VEXOMU_EXTERN_TEMPLATE(omu_PrimEnum<bool, 1>);
+VEXOMU_EXTERN_TEMPLATE(omu_PrimEnum<bool, 2>);
 
 /// A two-valued symbolic constant: TRUE and FALSE for instance 1, ON and OFF for instance 2.
 template <int Inst> class omu_PrimBool : public omu_PrimEnum<bool, Inst>
@@ -26,5 +26,5 @@ public:
     static void PrintData(pnt_PrettyPrint& out, const void* object);
 };
 
-extern template class VEXOMU_API omu_PrimBool<1>;
-extern template class VEXOMU_API omu_PrimBool<2>;
+VEXOMU_EXTERN_TEMPLATE(omu_PrimBool<1>);
+VEXOMU_EXTERN_TEMPLATE(omu_PrimBool<2>);

@@ -163,5 +163,5 @@ private:
     Entries m_entries; // no value is null
 };
 
-extern template class VEXOMU_API omu_PrimDictionary<int>;
-extern template class VEXOMU_API omu_PrimDictionary<cow_String>;
+VEXOMU_EXTERN_TEMPLATE(omu_PrimDictionary<int>);
+VEXOMU_EXTERN_TEMPLATE(omu_PrimDictionary<cow_String>);

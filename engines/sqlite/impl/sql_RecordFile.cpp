@@ -86,6 +86,11 @@ private:
 };
 } // namespace
 
+// Defined for users of the DLL who bind references to them.
+constexpr int sql_RecordFile::FORMAT;
+constexpr std::uint32_t sql_RecordFile::APPLICATION_ID;
+constexpr int sql_RecordFile::BUSY_MILLISECONDS;
+
 sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilliseconds)
     : m_isReadOnly(mode == Mode::READ_ONLY || mode == Mode::SALVAGE),
       m_db(file, ConnectionMode(file, mode), busyMilliseconds)

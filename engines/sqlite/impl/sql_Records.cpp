@@ -1,5 +1,9 @@
 #include "sql_Records.h"
 
+// Defined for users of the DLL who bind references to them.
+constexpr int sql_Records::BLOCK_LENGTH;
+constexpr int sql_Records::MAX_DEPTH;
+
 sql_Records::~sql_Records() = default;
 
 std::string sql_FormName(sql_Form form)

@@ -71,6 +71,9 @@ sql_NodePtr RootNode(const sql_SessionPtr& session, const cow_String& name)
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int sql_Store::BUSY_MILLISECONDS;
+
 sql_Store sql_Store::Create(const std::string& file, const cls_ClassRegistrar& registrar, int busyMilliseconds)
 {
     return OpenFile(file, sql_RecordFile::Mode::CREATE, registrar, busyMilliseconds);

@@ -207,6 +207,11 @@ std::vector<std::string> VEXCRT::EnvironmentEntries()
     return entries;
 }
 
+// Defined for users of the DLL who bind references to them.
+constexpr std::int64_t VEXCRT::ChildProcess::FOR_EVER;
+constexpr int VEXCRT::ChildProcess::NONE;
+constexpr int VEXCRT::ChildProcess::FAILED;
+
 VEXCRT::ChildProcess::~ChildProcess()
 {
     if (m_handle) {

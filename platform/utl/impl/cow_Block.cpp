@@ -31,6 +31,9 @@ std::int32_t RoundedUp(std::int32_t wanted, std::int32_t step)
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr std::int32_t cow_Block::MAX_ITEMS;
+
 cow_Block* cow_Block::New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step)
 {
     const std::int32_t items = step > 1 ? RoundedUp(capacity, step) : capacity;

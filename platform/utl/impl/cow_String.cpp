@@ -38,6 +38,10 @@ std::size_t GrownCapacity(std::size_t length, std::size_t present)
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to them.
+constexpr std::size_t cow_String::INLINE_LENGTH;
+constexpr std::size_t cow_String::MAX_LENGTH;
+
 cow_String::Rep* cow_String::NewRep(std::size_t capacity)
 {
     if (capacity > MAX_LENGTH) {

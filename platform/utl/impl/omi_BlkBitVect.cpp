@@ -177,6 +177,9 @@ std::int64_t InRange(std::uint32_t number, std::int64_t bit)
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr std::int64_t omi_BlkBitVect::NONE;
+
 struct omi_BlkBitVect::Rep
 {
     // A range apart from its number, so that adding one among many moves little.

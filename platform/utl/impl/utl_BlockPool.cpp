@@ -1,6 +1,7 @@
 #include "utl_BlockPool.h"
 
 #include "VEXcrt_System.h"
+#include "thr_GlobalSingleton.h"
 
 #include <atomic>
 #include <mutex>
@@ -46,7 +47,7 @@ constexpr std::size_t BatchBlocks(std::size_t sizeClass) noexcept
     return BATCH_BYTES / BlockBytes(sizeClass);
 }
 
-/// The blocks that no thread keeps, for all threads.
+/// The blocks that no thread keeps, for all threads, to the end of the last one.
 class Store
 {
 public:
@@ -80,7 +81,10 @@ private:
     Batch* m_batches[CLASSES] = {};
 };
 
-constinit Store store;
+Store& TheStore()
+{
+    return thr_GlobalSingleton<Store>::Instance();
+}
 
 struct FreeList
 {
@@ -142,7 +146,7 @@ void EndPool()
     for (std::size_t sizeClass = 0; sizeClass < CLASSES; ++sizeClass) {
         for (FreeBlock* const batch : {pool.lists[sizeClass].first, pool.lists[sizeClass].spare}) {
             if (batch) {
-                store.Give(batch, sizeClass);
+                TheStore().Give(batch, sizeClass);
             }
         }
     }
@@ -191,14 +195,14 @@ FreeList* OwnList(std::size_t sizeClass) noexcept
 {
     FreeList* const list = OwnList(sizeClass);
     if (!list) {
-        FreeBlock* const block = store.Take(sizeClass);
+        FreeBlock* const block = TheStore().Take(sizeClass);
         if (block->next) {
-            store.Give(block->next, sizeClass);
+            TheStore().Give(block->next, sizeClass);
         }
         return block;
     }
     if (!list->spare) {
-        list->spare = store.Take(sizeClass);
+        list->spare = TheStore().Take(sizeClass);
         list->spareCount = BatchBlocks(sizeClass);
     }
     FreeBlock* const block = list->spare;
@@ -211,19 +215,23 @@ FreeList* OwnList(std::size_t sizeClass) noexcept
 {
     FreeList* const list = OwnList(sizeClass);
     if (!list) {
-        store.Give(new (block) FreeBlock{nullptr}, sizeClass);
+        TheStore().Give(new (block) FreeBlock{nullptr}, sizeClass);
     } else if (list->room != 0) {
         --list->room;
         list->first = new (block) FreeBlock{list->first};
     } else {
         list->spare = new (block) FreeBlock{list->spare};
         if (++list->spareCount >= BatchBlocks(sizeClass)) {
-            store.Give(std::exchange(list->spare, nullptr), sizeClass);
+            TheStore().Give(std::exchange(list->spare, nullptr), sizeClass);
             list->spareCount = 0;
         }
     }
 }
 } // namespace
+
+// Defined for users of the DLL who bind references to them.
+constexpr std::size_t utl_BlockPool::MAX_POOLED_BYTES;
+constexpr std::size_t utl_BlockPool::MAX_KEPT_BLOCKS;
 
 void* utl_BlockPool::Allocate(std::size_t bytes)
 {

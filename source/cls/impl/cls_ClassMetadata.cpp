@@ -11,6 +11,9 @@ cls_ClassMetadata::cls_ClassMetadata(const cow_String& name, std::uint32_t class
 
 cls_ClassMetadata::~cls_ClassMetadata() = default;
 
+// Defined for users of the DLL who bind references to it.
+constexpr int cls_ClassMetadata::DEFAULT_TABLE_EXTENT_QUANTUM;
+
 cls_ClassMetadata& cls_ClassMetadata::AddAttribute(const cls_FieldHandle& field, cls_AttributeType type,
                                                    std::uint32_t count, cls_CollectionType collection)
 {

@@ -25,6 +25,9 @@ cls_UidCatalogEntryGroup::~cls_UidCatalogEntryGroup()
     }
 }
 
+// Defined for users of the DLL who bind references to it.
+constexpr int cls_UidCatalogEntryGroup::ENTRIES;
+
 void* cls_UidCatalogEntryGroup::operator new(std::size_t bytes)
 {
     return ::operator new(bytes, ALIGNMENT);

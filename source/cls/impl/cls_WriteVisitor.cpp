@@ -18,6 +18,9 @@ cls_WriteVisitor::cls_WriteVisitor(const cls_WriteVisitor& parent, std::uint32_t
 
 cls_WriteVisitor::~cls_WriteVisitor() = default;
 
+// Defined for users of the DLL who bind references to it.
+constexpr std::uint32_t cls_WriteVisitor::NO_ELEMENT;
+
 int cls_WriteVisitor::StartWrite(std::uint32_t classId, const cls_Uid& uid) const
 {
     if (!m_memento) {

@@ -109,6 +109,9 @@ void AppendMembers(std::string& text, const omu_InterfaceObj& object, int depth)
 
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int omu_InterfaceObj::MAX_DEPTH;
+
 omu_InterfaceObj::omu_InterfaceObj(omu_OperationRules rules, omu_PythonType pythonType) noexcept
     : omu_Primitive('<'), m_levels(omu_TypeLevels::None()), m_operationRules(rules), m_pythonType(pythonType)
 {}

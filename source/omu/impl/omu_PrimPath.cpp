@@ -9,6 +9,9 @@ omu_PrimPath::omu_PrimPath(const cow_List<cow_String>& components, char kind) no
 
 omu_PrimPath::omu_PrimPath(bio_Ifilter& in) : omu_Primitive(in, 'p') {}
 
+// Defined for users of the DLL who bind references to it.
+constexpr char omu_PrimPath::DEFAULT_KIND;
+
 cow_String omu_PrimPath::TypeString() const
 {
     return "path";

@@ -18,6 +18,9 @@ constexpr const char* SOURCE = "source/omu/impl/omu_Primitive";
 
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int omu_Primitive::MAX_NESTING;
+
 cow_String omu_Primitive::TypeString() const
 {
     return "primitive";

@@ -32,6 +32,10 @@ int* rgx_ReIterator::Reset(int pairs)
     return m_far.Write();
 }
 
+// Defined for users of the DLL who bind references to them.
+constexpr int rgx_ReIterator::BEFORE;
+constexpr int rgx_ReIterator::AFTER;
+
 bool rgx_ReIterator::Next() noexcept
 {
     const bool hasNext = HasPair(m_current + 1);

@@ -33,6 +33,9 @@ uti_Coord3D::uti_Coord3D(const cls_ReadVisitor& visitor) : m_uid(visitor.GetUid(
     Set(read[0], read[1], read[2]);
 }
 
+// Defined for users of the DLL who bind references to it.
+constexpr int uti_Coord3D::CLASS_VERSION;
+
 std::uint32_t uti_Coord3D::DynTypeId() const
 {
     return TYPE_ID;

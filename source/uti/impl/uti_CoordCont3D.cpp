@@ -76,6 +76,10 @@ uti_CoordCont3D::uti_CoordCont3D(const uti_CoordCont3D& other)
     }
 }
 
+// Defined for users of the DLL who bind references to them.
+constexpr int uti_CoordCont3D::CLASS_VERSION;
+constexpr int uti_CoordCont3D::NO_INDEX;
+
 uti_CoordCont3D& uti_CoordCont3D::operator=(const uti_CoordCont3D& other)
 {
     uti_CoordCont3D copy(other);

@@ -19,6 +19,9 @@ cow_String Translated(const uti_LabelEntry& entry)
 
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int uti_LabelTable::NO_KEY;
+
 const uti_LabelEntry* uti_LabelTable::Find(int key) const noexcept
 {
     for (const uti_LabelEntry* entry = m_entries; entry->label != nullptr; ++entry) {

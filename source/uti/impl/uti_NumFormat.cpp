@@ -79,6 +79,9 @@ double ReadBack(std::string_view text)
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int uti_NumFormat::MAX_PRECISION;
+
 /// A text under construction: as long as any number gets, and never longer.
 class uti_NumFormat::Text
 {

@@ -35,6 +35,9 @@ constexpr const char* STREAM_NAMES[] = {"stdin", "stdout", "stderr"};
 }
 } // namespace
 
+// Defined for users of the DLL who bind references to it.
+constexpr int uti_Redirection::Handle::NO_DESCRIPTOR;
+
 /// What a symbol means.
 struct uti_Redirection::RedirectorSpec
 {

@@ -79,6 +79,10 @@ uti_Spawn::Parser::Parser(const cow_String& command)
     path = FindCommand(name);
 }
 
+// Defined for users of the DLL who bind references to them.
+constexpr int uti_Spawn::NO_STATUS;
+constexpr int uti_Spawn::DETACHED_STATUS;
+
 uti_Spawn::Environment uti_Spawn::Parser::EnvironmentOver(const Environment& env) const
 {
     Environment whole = env.IsEmpty() && !overrides.IsEmpty() ? getEnvironment() : env;

@@ -1,0 +1,25 @@
+# What only a DLL has: a version resource, and the compiler's runtime beside it.
+
+enable_language(RC)
+
+# vexomu_version_resource(<library>): what the properties of the DLL's file show.
+function(vexomu_version_resource library)
+    set(resource "${PROJECT_BINARY_DIR}/${library}.rc")
+    string(REPLACE "." "," version "${PROJECT_VERSION}")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
+    target_sources(${library} PRIVATE "${resource}")
+endfunction()
+
+# Exceptions cross from one DLL to another only where all share one runtime. Its debugging symbols are left behind.
+foreach(runtime libstdc++-6 libgcc_s_seh-1 libgcc_s_dw2-1 libwinpthread-1)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}.dll
+        OUTPUT_VARIABLE source OUTPUT_STRIP_TRAILING_WHITESPACE)
+    set(copy "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${runtime}.dll")
+    if(EXISTS "${source}" AND NOT EXISTS "${copy}")
+        file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+        execute_process(COMMAND ${CMAKE_STRIP} "${source}" -o "${copy}" COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+    if(EXISTS "${source}")
+        install(FILES "${copy}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endif()
+endforeach()
