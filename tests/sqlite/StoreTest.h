@@ -12,19 +12,19 @@
 #include "cls_WriteVisitor.h"
 #include "nex_TextException.h"
 #include "sql_Store.h"
+#include "vexstore.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <sqlite3.h>
+#include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 #include <vector>
 
 /// A stored class: a label, and, from its second version on, a weight of 1 unless it was stored.
@@ -110,23 +110,22 @@ protected:
         EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
         sqlite3_close(db);
     }
-    /// Runs vexstore; its exit status and all that it says.
-    static std::pair<int, std::string> Vexstore(const std::string& arguments)
-    {
-        FILE* const pipe = popen((std::string(VEXSTORE) + " " + arguments + " 2>&1").c_str(), "r");
-        std::string said;
-        for (int byte = fgetc(pipe); byte != EOF; byte = fgetc(pipe)) {
-            said += static_cast<char>(byte);
-        }
-        const int status = pclose(pipe);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), said};
-    }
     std::string Bytes() const
     {
         std::ifstream file(Path(), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
     void Put(const std::string& bytes) const { std::ofstream(Path(), std::ios::binary) << bytes; }
+    /// What vexstore's check says, in this process; "sound" when it finds nothing.
+    std::string Check() const
+    {
+        std::ostringstream said;
+        std::streambuf* const shown = std::cout.rdbuf(said.rdbuf());
+        sql_RecordFile file(Path(), sql_RecordFile::Mode::READ_ONLY);
+        const int status = ::Check(file);
+        std::cout.rdbuf(shown);
+        return status == DONE ? "sound" : said.str();
+    }
     /// What a failing call says; "nothing" when it does not fail.
     template <class F> static std::string Said(F call)
     {

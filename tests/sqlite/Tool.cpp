@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <random>
+#include <sys/wait.h>
 
 namespace
 {
@@ -11,6 +12,17 @@ using Field = cls_FieldHandle;
 class Tool : public StoreTest
 {
 protected:
+    /// Runs vexstore; its exit status and all that it says.
+    static std::pair<int, std::string> Vexstore(const std::string& arguments)
+    {
+        FILE* const pipe = popen((std::string(VEXSTORE) + " " + arguments + " 2>&1").c_str(), "r");
+        std::string said;
+        for (int byte = fgetc(pipe); byte != EOF; byte = fgetc(pipe)) {
+            said += static_cast<char>(byte);
+        }
+        const int status = pclose(pipe);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), said};
+    }
     void SaveModel(const char* label, int changed)
     {
         std::filesystem::remove(Path(label));
