@@ -1,15 +1,8 @@
 #pragma once
 
+#include "Test.h"
 #include "nex_TextException.h"
 #include "obj_Stream.h"
-
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <typeinfo>
 
 template <class E> std::string StreamOf(const E& exception)
 {

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <cstring>
-#include <initializer_list>
-#include <utility>
+#include "Test.h"
 
 /// The position of a virtual operation among those of its class, the destructor at 0, as GCC, Clang and MinGW lay them
 /// out: the first word of a pointer to it is its offset in the table, plus 1, and the destructor has two entries.

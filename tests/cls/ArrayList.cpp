@@ -3,9 +3,6 @@
 #include "obj_Stream.h"
 #include "utl/StreamChecks.h"
 
-#include <limits>
-#include <memory>
-
 namespace
 {
 using FloatList = cls_xp1DArrayList<float>;
@@ -23,26 +20,21 @@ private:
     int m_count = 0;
 };
 
-TEST_F(ArrayList, A_stream_has_the_promised_bytes)
+TEST_F(ArrayList, A_stream_has_the_promised_bytes_and_makes_a_list_with_a_uid_of_its_own)
 {
     using namespace std::string_view_literals;
     EXPECT_EQ(BytesOf(FloatList({Floats{1.0f}})), "\1\0\x23\0\1\0\0\0\1\0\0\0\0\0\x80\x3F"sv);
     EXPECT_EQ(BytesOf(static_cast<const FloatList*>(nullptr)), "\0\0\0\0"sv);
-}
 
-TEST_F(ArrayList, Is_built_from_a_stream_with_a_uid_of_its_own)
-{
     const std::string bytes = BytesOf(&m_list);
     FloatList* built = nullptr;
     ASSERT_EQ(ReadFrom(bytes, built), "");
     const std::unique_ptr<FloatList> owned(built);
-    EXPECT_EQ(built->Arrays(), m_list.Arrays());
-    EXPECT_NE(built->Uid(), m_list.Uid());
-
     const std::unique_ptr<FloatList> copy(static_cast<FloatList*>(obj_DeepCopyP0Ptr(&m_list, 0x230001)));
-    EXPECT_EQ(copy->Arrays(), m_list.Arrays());
-    EXPECT_NE(copy->Uid(), m_list.Uid());
-
+    for (const FloatList* const list : {built, copy.get()}) {
+        EXPECT_EQ(list->Arrays(), m_list.Arrays());
+        EXPECT_NE(list->Uid(), m_list.Uid());
+    }
     for (std::size_t length = 0; length < bytes.size(); ++length) {
         EXPECT_NE(ReadFrom(bytes.substr(0, length), built), "") << "cut to " << length;
     }

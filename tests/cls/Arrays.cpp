@@ -4,17 +4,10 @@
 #include "cls_WriteVisitor.h"
 #include "utl/StreamChecks.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <functional>
-#include <memory>
-#include <random>
-#include <vector>
 
 namespace
 {
-using Log = std::vector<std::string>;
 using Ints = cls_ArrayPrim<int>;
 
 template <class T> T ValueOf(int number)
@@ -35,15 +28,15 @@ Ints Filled(int length)
     return array;
 }
 
-template <class T> void Store(const cls_ArrayPrim<T>& array, FakeList<T>& list)
+void Store(const Ints& array, FakeList& list)
 {
-    array.DBWrite(cls_WriteVisitor(new FakeListWriter<T>(list)));
+    array.DBWrite(cls_WriteVisitor(new FakeListRecord<MementoWriteDouble>(list)));
 }
 
-template <class T> std::unique_ptr<cls_ArrayPrim<T>> Open(FakeList<T>& list)
+std::unique_ptr<Ints> Open(FakeList& list)
 {
-    cls_ReadVisitor visitor(new FakeListReader<T>(list));
-    return std::unique_ptr<cls_ArrayPrim<T>>(static_cast<cls_ArrayPrim<T>*>(cls_ArrayPrim<T>::Ctor(visitor)));
+    cls_ReadVisitor visitor(new FakeListRecord<MementoReadDouble>(list));
+    return std::unique_ptr<Ints>(static_cast<Ints*>(Ints::Ctor(visitor)));
 }
 
 template <class T> void ExpectHolds(const cls_ArrayPrim<T>& array, const std::vector<T>& model)
@@ -56,64 +49,64 @@ template <class T> void ExpectHolds(const cls_ArrayPrim<T>& array, const std::ve
 
 TEST(ArrayPrim, Is_stored_block_by_block_and_paged_in_a_block_at_a_time)
 {
-    FakeList<int> list;
+    FakeList list;
     {
         Ints array = Filled(5000);
         EXPECT_EQ(array.Get(4999), 4999);
         array.Get(5000) = 7; // the free place
         EXPECT_EQ(array.Size(), 5000);
         Store(array, list);
-        EXPECT_EQ(list.TakeLog(), Log({"agent", "attach", "register", "size", "write 0+2048", "write 2048+2048",
-                                       "readonly", "write 4096+904", "end"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"agent", "attach", "register", "size", "write 0+2048", "write 2048+2048",
+                                         "readonly", "write 4096+904", "end"}));
         array.Get(4999) = -1;
         Store(array, list);
-        EXPECT_EQ(list.TakeLog(), Log());
+        EXPECT_EQ(list.TakeLog(), Texts());
         EXPECT_EQ(array.ConstGet(0), 0);
-        EXPECT_EQ(list.TakeLog(), Log({"write 4096+904", "read 0+2048"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"write 4096+904", "read 0+2048"}));
         array.Get(2047) = -2;
         EXPECT_EQ(array.ConstGet(3000), 3000);
-        EXPECT_EQ(list.TakeLog(), Log({"write 0+2048", "read 2048+2048"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"write 0+2048", "read 2048+2048"}));
         EXPECT_EQ(array.ConstGet(2048), 2048);
         array.Flush();
-        EXPECT_EQ(list.TakeLog(), Log({"readonly", "end"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"readonly", "end"}));
         array.Release();
         array.Get(2048) = -3;
-        EXPECT_EQ(list.TakeLog(), Log({"read 2048+2048"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"read 2048+2048"}));
     }
     EXPECT_EQ(list.TakeLog(),
-              Log({"detach", "readonly", "write 2048+2048", "end", "owned", "readonly", "end", "gone"}));
+              Texts({"detach", "readonly", "write 2048+2048", "end", "owned", "readonly", "end", "gone"}));
     EXPECT_EQ(list.values[4999] + list.values[2047] + list.values[2048], -6);
 
     const auto array = Open(list);
-    EXPECT_EQ(list.TakeLog(), Log({"agent", "size", "attach", "register"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"agent", "size", "attach", "register"}));
     const int more[] = {10, 11, 12};
     array->Get(4096) = -4;
     array->AppendBlock(more, 3);
     EXPECT_EQ(list.TakeLog(),
-              Log({"read 4096+904", "readonly", "write 4096+904", "end", "write 5000+3", "readonly", "end"}));
+              Texts({"read 4096+904", "readonly", "write 4096+904", "end", "write 5000+3", "readonly", "end"}));
     EXPECT_EQ(array->ConstGet(5002), 12);
-    EXPECT_EQ(list.TakeLog(), Log({"read 4096+907"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"read 4096+907"}));
     EXPECT_EQ(array->Snap(), 0);
     list.values.resize(3000);
     list.isChanged = true;
     EXPECT_EQ(array->Snap(), 1);
     EXPECT_EQ(array->Size(), 3000);
     EXPECT_EQ(array->ConstGet(2999), 2999);
-    EXPECT_EQ(list.TakeLog(), Log({"changed", "changed", "size", "read 2048+952"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"changed", "changed", "size", "read 2048+952"}));
     array->Get(2999) = 2;
     array->SetLength(INT_MIN);
     array->Flush();
-    EXPECT_EQ(list.TakeLog(), Log({"readonly", "end"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"readonly", "end"}));
     array->SetLength(3000);
     list.isReadOnly = true;
     array->Get(2999) = 1;
     array->Flush();
-    EXPECT_EQ(list.TakeLog(), Log({"readonly"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"readonly"}));
 }
 
 TEST(ArrayPrim, Copies_share_blocks_and_agent_until_one_side_writes)
 {
-    FakeList<int> list;
+    FakeList list;
     Ints array = Filled(3000);
     Ints copy(array);
     EXPECT_EQ(&copy.ConstGet(2999), &array.ConstGet(2999));
@@ -125,7 +118,7 @@ TEST(ArrayPrim, Copies_share_blocks_and_agent_until_one_side_writes)
     EXPECT_EQ(copy.Uid(), array.Uid());
 
     // A copy that shares blocks with an array stored meanwhile still stores all of them in a list of its own.
-    FakeList<int> other;
+    FakeList other;
     const Ints third(copy);
     Store(copy, list);
     Store(third, other);
@@ -134,14 +127,14 @@ TEST(ArrayPrim, Copies_share_blocks_and_agent_until_one_side_writes)
     {
         Ints fourth(copy);
         array = copy;
-        EXPECT_EQ(list.TakeLog(), Log({"attach", "register", "attach", "register"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"attach", "register", "attach", "register"}));
         EXPECT_EQ(list.attached, 3);
         array = copy;
-        EXPECT_EQ(list.TakeLog(), Log({"attach", "detach", "readonly", "end", "owned", "register"}));
+        EXPECT_EQ(list.TakeLog(), Texts({"attach", "detach", "readonly", "end", "owned", "register"}));
         fourth.Get(0) = 5;
         list.TakeLog();
     }
-    EXPECT_EQ(list.TakeLog(), Log({"detach", "readonly", "write 0+2048", "end", "owned"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"detach", "readonly", "write 0+2048", "end", "owned"}));
     EXPECT_EQ(array.ConstGet(0), 5);
 }
 
@@ -149,45 +142,30 @@ TEST(ArrayPrim, Copies_share_blocks_and_agent_until_one_side_writes)
 template <class T> void Disturb(cls_ArrayPrim<T>& array, std::vector<T>& model, std::mt19937& random, bool hasAgent)
 {
     const auto roll = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
-    const auto place = [&] { return roll(static_cast<int>(model.size())); };
-    switch (model.empty() ? 0 : roll(8)) {
-    case 0:
+    const int what = model.empty() ? 0 : roll(8);
+    const int at = model.empty() ? 0 : roll(static_cast<int>(model.size()));
+    if (what == 0) {
         for (int left = roll(3) == 0 ? roll(3000) : 1; left >= 0; --left) {
             model.push_back(ValueOf<T>(left));
             array.Append(model.back());
         }
-        break;
-    case 1: {
-        const int from = place();
-        model.push_back(model[static_cast<std::size_t>(from)]);
-        array.Append(array.ConstGet(from));
-        break;
-    }
-    case 2:
-    case 3: {
-        const int at = place();
+    } else if (what == 1) {
+        model.push_back(model[static_cast<std::size_t>(at)]);
+        array.Append(array.ConstGet(at));
+    } else if (what < 4) {
         model[static_cast<std::size_t>(at)] = ValueOf<T>(roll(1000));
         array.Get(at) = model[static_cast<std::size_t>(at)];
-        break;
-    }
-    case 4:
-        model.resize(static_cast<std::size_t>(place()));
-        array.SetLength(static_cast<int>(model.size()));
-        break;
-    case 5:
+    } else if (what == 4) {
+        model.resize(static_cast<std::size_t>(at));
+        array.SetLength(at);
+    } else if (what == 5) {
         roll(2) == 0 ? array.Flush() : array.Release();
-        break;
-    case 6:
-        if (hasAgent) {
-            const T more[] = {ValueOf<T>(1), ValueOf<T>(2), ValueOf<T>(3)};
-            model.insert(model.end(), more, more + 3);
-            array.AppendBlock(more, 3);
-        }
-        break;
-    default: {
-        const int at = place();
+    } else if (what == 6 && hasAgent) {
+        const T more[] = {ValueOf<T>(1), ValueOf<T>(2), ValueOf<T>(3)};
+        model.insert(model.end(), more, more + 3);
+        array.AppendBlock(more, 3);
+    } else {
         ASSERT_EQ(array.ConstGet(at), model[static_cast<std::size_t>(at)]);
-    }
     }
     ASSERT_EQ(array.Size(), static_cast<int>(model.size()));
 }
@@ -213,16 +191,18 @@ TYPED_TEST(ArrayOf, Random_operations_match_a_vector_in_memory_and_in_the_store)
                 models[1 - one] = models[one];
             }
         }
-        FakeList<T> list;
-        {
-            cls_ArrayPrim<T> array(arrays[0]);
-            Store(array, list);
-            for (int step = 0; step < 300; ++step) {
-                Disturb(array, models[0], random, /*hasAgent=*/true);
+        if constexpr (std::same_as<T, int>) { // the engine that stores arrays is tested with all
+            FakeList list;
+            {
+                Ints array(arrays[0]);
+                Store(array, list);
+                for (int step = 0; step < 300; ++step) {
+                    Disturb(array, models[0], random, /*hasAgent=*/true);
+                }
             }
+            list.values.resize(models[0].size());
+            ExpectHolds(*Open(list), models[0]);
         }
-        list.values.resize(models[0].size(), T());
-        ExpectHolds(*Open(list), models[0]);
         arrays[0] = cls_ArrayPrim<T>();
         ExpectHolds(arrays[1], models[1]);
     }
@@ -234,7 +214,7 @@ TEST(ArrayPrim, A_failure_of_the_agent_loses_nothing_whichever_call_it_is)
     const Ints original = Filled(5000);
     for (int call = 1, failures = 1; failures != 0; ++call) {
         SCOPED_TRACE(call);
-        FakeList<int> list;
+        FakeList list;
         failures = 0;
         const auto untilItWorks = [&](auto step) {
             try {
@@ -272,18 +252,17 @@ TEST(ArrayPrim, A_failure_of_the_agent_loses_nothing_whichever_call_it_is)
         EXPECT_EQ(list.attached, 0);
         EXPECT_EQ(std::vector<int>(list.values.end() - 3, list.values.end()), std::vector<int>({2, 7, 8}));
     }
-    FakeList<int> list;
+    FakeList list;
     list.values.resize(10);
     list.failAt = 2;
     EXPECT_THROW(Open(list), std::runtime_error);
-    EXPECT_EQ(list.TakeLog(), Log({"agent", "size", "owned", "gone"}));
+    EXPECT_EQ(list.TakeLog(), Texts({"agent", "size", "owned", "gone"}));
 }
 
 TEST(ArrayPrim, Failures_say_what_is_wrong_and_change_nothing)
 {
-    FakeList<int> conflict;
+    FakeList conflict;
     conflict.values = {1};
-    FakeList<double> doubles;
     Ints array = Filled(10);
     const Ints gap = [] {
         Ints made;
@@ -295,11 +274,7 @@ TEST(ArrayPrim, Failures_say_what_is_wrong_and_change_nothing)
     matrixGap.SetLength(10);
     const int values[] = {1};
     const float reals[] = {1};
-    const struct
-    {
-        std::function<void()> call;
-        const char* text;
-    } rows[] = {
+    const std::tuple<std::function<void()>, const char*> rows[] = {
         {[&] { gap.ConstGet(1); }, "In cls_ArrayPrim::GetBuffer() Missing agent."},
         {[&] { array.ConstGet(11); }, "In cls_ArrayPrim::ConstGet() Index out of range."},
         {[&] { array.ConstGet(INT_MIN); }, "In cls_ArrayPrim::ConstGet() Index out of range."},
@@ -308,10 +283,8 @@ TEST(ArrayPrim, Failures_say_what_is_wrong_and_change_nothing)
         {[&] { array.AppendBlock(values, 1); },
          "cls_ArrayPrim::AppendBlock: Collection must be associated with a database for this method."},
         {[&] { Store(array, conflict); }, "cls_ArrayPrim::DBWrite: Index conflicts(s) in list."},
-        {[&] { array.DBWrite(cls_WriteVisitor(new FakeListWriter<double>(doubles))); },
-         "cls_ArrayPrim::DBWrite: Missing agent."},
-        {[&] { Ints(cls_ReadVisitor(new FakeListReader<double>(doubles))); },
-         "In cls_ArrayPrim::cls_ArrayPrim() Missing agent."},
+        {[&] { array.DBWrite(cls_WriteVisitor(new MementoWriteDouble)); }, "cls_ArrayPrim::DBWrite: Missing agent."},
+        {[&] { Ints(cls_ReadVisitor(new MementoReadDouble)); }, "In cls_ArrayPrim::cls_ArrayPrim() Missing agent."},
         {[&] { Open(conflict)->AppendBlock(values, -1); }, "cls_ArrayPrim::AppendBlock: Count out of range."},
         {[&] { Open(conflict)->AppendBlock(values, INT_MAX); }, "cls_ArrayPrim::AppendBlock: Count out of range."},
         {[&] { matrixGap.Append(1); }, "In cls_2dArrayPrim::GetBuffer() Missing agent."},
@@ -328,7 +301,8 @@ TEST(ArrayPrim, Failures_say_what_is_wrong_and_change_nothing)
     EXPECT_EQ(array.ConstGet(9), 9);
     EXPECT_EQ(conflict.values, std::vector<int>{1});
     EXPECT_EQ(conflict.attached, 0);
-    Ints().DBWrite(cls_WriteVisitor(new FakeListWriter<int>(conflict))); // an empty array conflicts with nothing
+    Ints().DBWrite(
+        cls_WriteVisitor(new FakeListRecord<MementoWriteDouble>(conflict))); // an empty array conflicts with nothing
     EXPECT_EQ(Ints(cls_ReadVisitor(nullptr)).Size(), 0);
 }
 

@@ -1,7 +1,5 @@
-#include "Environment.h"
+#include "Test.h"
 #include "cls_ExtQuant.h"
-
-#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,23 +1,13 @@
 #pragma once
 
 #include "MementoDouble.h"
-#include "VEXCRT.h"
 #include "cls_ArrayPrim.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <concepts>
-#include <set>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-/// A stored list and what its agents were called for; the n-th call fails when it is told to.
-template <class T> struct FakeList
+/// A stored list of numbers and what its agents were called for; the n-th call fails when it is told to.
+struct FakeList
 {
-    std::vector<T> values;
-    std::vector<std::string> log;
+    std::vector<int> values;
+    Texts log;
     std::string failedAtCommit;
     bool isChanged = false;
     bool isReadOnly = false;
@@ -25,7 +15,7 @@ template <class T> struct FakeList
     int failAt = 0;      // counts down; 0 is never
     int attached = 0;
 
-    std::vector<std::string> TakeLog() { return std::exchange(log, {}); }
+    Texts TakeLog() { return std::exchange(log, {}); }
     void Note(const std::string& call)
     {
         log.push_back(call);
@@ -38,10 +28,10 @@ template <class T> struct FakeList
     }
 };
 
-template <class T> class FakeAgent : public cls_AgentListPrim<T>
+class FakeAgent final : public cls_AgentListPrim<int>
 {
 public:
-    explicit FakeAgent(FakeList<T>& list) : m_list(list) { m_list.isLeft = false; }
+    explicit FakeAgent(FakeList& list) : m_list(list) { m_list.isLeft = false; }
     ~FakeAgent() override { m_list.log.emplace_back("gone"); }
 
     int Size() override
@@ -55,7 +45,7 @@ public:
         return std::exchange(m_list.isChanged, false);
     }
     void EndWrite() override { m_list.Note("end"); }
-    void WriteRange(int first, int count, const T* values) override
+    void WriteRange(int first, int count, const int* values) override
     {
         EXPECT_GT(count, 0);
         m_list.Note("write " + std::to_string(first) + "+" + std::to_string(count));
@@ -63,7 +53,7 @@ public:
         m_list.values.resize(std::max(m_list.values.size(), from + static_cast<std::size_t>(count)));
         std::copy_n(values, count, m_list.values.begin() + first);
     }
-    void ReadRange(int first, int count, T* values) override
+    void ReadRange(int first, int count, int* values) override
     {
         m_list.Note("read " + std::to_string(first) + "+" + std::to_string(count));
         std::copy_n(m_list.values.begin() + first, count, values);
@@ -73,7 +63,7 @@ public:
         m_list.Note("attach");
         ++m_list.attached;
     }
-    void Detach(cls_ArrayPrim<T>& array) noexcept override
+    void Detach(cls_ArrayPrim<int>& array) noexcept override
     {
         m_list.log.emplace_back("detach");
         m_arrays.erase(&array);
@@ -95,42 +85,28 @@ public:
         m_list.Note("readonly");
         return m_list.isReadOnly;
     }
-    void Register(cls_ArrayPrim<T>& array) noexcept override
+    void Register(cls_ArrayPrim<int>& array) noexcept override
     {
         m_list.log.emplace_back("register");
         m_arrays.insert(&array);
     }
 
 private:
-    FakeList<T>& m_list;
-    std::set<cls_ArrayPrim<T>*> m_arrays;
+    FakeList& m_list;
+    std::set<cls_ArrayPrim<int>*> m_arrays;
 };
 
-/// A record that is a list of T, for reading and for writing.
-template <class T, class Base> class FakeListRecord : public Base
+/// A record that is a list of numbers, for reading and for writing.
+template <class Base> class FakeListRecord : public Base
 {
 public:
-    explicit FakeListRecord(FakeList<T>& list) : m_list(list) {}
-
-    cls_AgentListPrim<bool>* MakeBoolListAgent() override { return Make<bool>(); }
-    cls_AgentListPrim<double>* MakeDoubleListAgent() override { return Make<double>(); }
-    cls_AgentListPrim<float>* MakeFloatListAgent() override { return Make<float>(); }
-    cls_AgentListPrim<int>* MakeIntListAgent() override { return Make<int>(); }
-    cls_AgentListPrim<cow_String>* MakeStringListAgent() override { return Make<cow_String>(); }
-    cls_AgentListPrim<std::uint32_t>* MakeUnsignedListAgent() override { return Make<std::uint32_t>(); }
-
-private:
-    template <class U> cls_AgentListPrim<U>* Make()
+    explicit FakeListRecord(FakeList& list) : m_list(list) {}
+    cls_AgentListPrim<int>* MakeIntListAgent() override
     {
-        if constexpr (std::same_as<U, T>) {
-            m_list.Note("agent");
-            return new FakeAgent<T>(m_list);
-        } else {
-            return nullptr;
-        }
+        m_list.Note("agent");
+        return new FakeAgent(m_list);
     }
 
-    FakeList<T>& m_list;
+private:
+    FakeList& m_list;
 };
-template <class T> using FakeListReader = FakeListRecord<T, MementoReadDouble>;
-template <class T> using FakeListWriter = FakeListRecord<T, MementoWriteDouble>;

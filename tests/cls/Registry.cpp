@@ -1,12 +1,8 @@
-#include "DebugText.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_CollectionType.h"
 #include "cls_Module.h"
 #include "typ_ArchCompTable.h"
 #include "utl/StreamChecks.h"
-
-#include <functional>
-#include <set>
 
 namespace
 {
@@ -57,13 +53,7 @@ TEST(ClassRegistrar, Failures_have_their_exact_texts)
     cls_initialize(count);
     cls_ClassRegistrar registrar;
     registrar.CreateClassMD("array", 0x230003, 1, Build, 1);
-    const struct
-    {
-        const char* name;
-        std::function<void()> call;
-        std::string message;
-        std::string diagnostic;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void()>, std::string, std::string> rows[] = {
         {"ConstGet", [&] { registrar.ConstGet(0x230004); },
          "cls_ClassRegistrar::ConstGet failed: Class ID 2293764 is not declared in metadata.",
          "class Name=cls_2dArrayPrim\n"},
@@ -84,9 +74,9 @@ TEST(ClassRegistrar, Failures_have_their_exact_texts)
         {"GetLastClassVersionNumber", [&] { registrar.GetLastClassVersionNumber(3); },
          "cls_ClassRegistrar::GetLastClassVersionNumber failed: Class ID 3 is not declared in metadata.", ""},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(DebugText([&] { EXPECT_EQ(RefusalOf(row.call), row.message); }), row.diagnostic);
+    for (const auto& [name, call, message, diagnostic] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(DebugText([&] { EXPECT_EQ(RefusalOf(call), message); }), diagnostic);
     }
     const cow_String longName(std::string(600, 'n'));
     EXPECT_EQ(RefusalOf([&] { registrar.GetClassID(longName); }).size(), 499u);
@@ -122,18 +112,14 @@ template <class T> int Fix(int code)
 
 TEST(CollectionTypeFix, Adds_the_element_to_the_generic_codes_only)
 {
-    const struct
-    {
-        int (*fix)(int);
-        int keyed;
-    } rows[] = {{Fix<bool>, 5}, {Fix<double>, 5},     {Fix<float>, 5},
-                {Fix<int>, 3},  {Fix<cow_String>, 2}, {Fix<unsigned int>, 5}};
+    const std::tuple<int (*)(int), int> rows[] = {{Fix<bool>, 5}, {Fix<double>, 5},     {Fix<float>, 5},
+                                                  {Fix<int>, 3},  {Fix<cow_String>, 2}, {Fix<unsigned int>, 5}};
     const std::set<int> generic{50, 60, 70, 80, 90, 100};
     for (int element = 1; element <= 6; ++element) {
-        const auto& row = rows[element - 1];
+        const auto& [fix, keyed] = rows[element - 1];
         for (int code = 0; code <= 120; ++code) {
-            const int expected = code == 5 ? row.keyed : generic.contains(code) ? code + element : code;
-            EXPECT_EQ(row.fix(code), expected) << element << ' ' << code;
+            const int expected = code == 5 ? keyed : generic.contains(code) ? code + element : code;
+            EXPECT_EQ(fix(code), expected) << element << ' ' << code;
         }
     }
 }

@@ -1,9 +1,5 @@
-#include "RecordedAssertions.h"
+#include "Test.h"
 #include "cls_PC.h"
-
-#include <gtest/gtest.h>
-
-#include <vector>
 
 namespace
 {
@@ -18,38 +14,31 @@ Nodes Ring(const cls_PC& head)
     return nodes;
 }
 
-TEST(PC, A_linked_node_goes_to_the_tail_and_leaves_its_former_ring)
+TEST(PC, A_node_is_the_last_of_one_ring_until_it_dies_and_its_copies_are_in_none)
 {
-    cls_PC first, second, a, b;
-    first.Link(&a);
-    first.Link(&b);
-    EXPECT_EQ(Ring(first), (Nodes{&a, &b}));
-    second.Link(&a);
-    EXPECT_EQ(Ring(first), Nodes{&b});
-    EXPECT_EQ(Ring(second), Nodes{&a});
-    first.Link(&first);
-    EXPECT_EQ(Ring(first), Nodes{});
-}
-
-TEST(PC, Destruction_leaves_the_ring_and_copies_never_join_it)
-{
-    cls_PC head, other;
+    cls_PC first, second, a;
     {
-        cls_PC node;
-        head.Link(&node);
-        const cls_PC copy(node);
-        other = node;
+        cls_PC b, other;
+        first.Link(&a);
+        first.Link(&b);
+        EXPECT_EQ(Ring(first), (Nodes{&a, &b}));
+        second.Link(&a);
+        EXPECT_EQ(Ring(second), Nodes{&a});
+        const cls_PC copy(b);
+        other = b;
         EXPECT_EQ(Ring(copy), Nodes{});
         EXPECT_EQ(Ring(other), Nodes{});
-        EXPECT_EQ(Ring(head), Nodes{&node});
+        EXPECT_EQ(Ring(first), Nodes{&b});
     }
-    EXPECT_EQ(Ring(head), Nodes{});
+    EXPECT_EQ(Ring(first), Nodes{});
+    second.Link(&second);
+    EXPECT_EQ(Ring(second), Nodes{});
 }
 
 TEST(PC, A_plain_node_cannot_be_flushed)
 {
     RecordedAssertions assertions;
     cls_PC().Flush();
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Can't flush non-specialized cls_PC object."});
+    EXPECT_EQ(assertions.Take(), Texts{"Can't flush non-specialized cls_PC object."});
 }
 } // namespace

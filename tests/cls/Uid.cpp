@@ -1,12 +1,5 @@
-#include "RecordedAssertions.h"
+#include "Test.h"
 #include "cls_Uid.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace
 {
@@ -35,7 +28,7 @@ class Uid : public testing::Test
 {
 protected:
     Uid() { deleted.clear(); }
-    ~Uid() override { EXPECT_EQ(m_assertions.Take(), std::vector<std::string>{}); }
+    ~Uid() override { EXPECT_EQ(m_assertions.Take(), Texts{}); }
 
     RecordedAssertions m_assertions;
 };
@@ -105,6 +98,6 @@ TEST_F(Uid, A_history_entry_that_stays_linked_is_reported_and_not_deleted_again)
     uid.NewUid();
     EXPECT_EQ(uid.Entry()->History().Next(), &uid.Entry()->History());
     EXPECT_EQ(deleted, "a");
-    EXPECT_EQ(m_assertions.Take(), std::vector<std::string>{"a history entry unlinks itself in its destructor"});
+    EXPECT_EQ(m_assertions.Take(), Texts{"a history entry unlinks itself in its destructor"});
 }
 } // namespace

@@ -1,18 +1,11 @@
-#include "VEXCRT.h"
+#include "Test.h"
 #include "cls_Uid.h"
 #include "cls_UidCatalog.h"
 #include "cls_UidCatalogEntryGroup.h"
 #include "thr_Module.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <memory>
 #include <mutex>
-#include <optional>
-#include <random>
-#include <thread>
-#include <vector>
 
 namespace
 {
@@ -154,25 +147,11 @@ TEST_F(UidThreads, Uids_outlive_the_thread_that_made_them)
     EXPECT_EQ(reports, 0);
 }
 
-/// Uids that threads put in and take out, each at random.
-class Exchange
-{
-public:
-    void Swap(std::size_t slot, std::optional<cls_Uid>& uid)
-    {
-        const std::lock_guard guard(m_mutex);
-        m_slots[slot % m_slots.size()].swap(uid);
-    }
-
-private:
-    std::mutex m_mutex;
-    std::vector<std::optional<cls_Uid>> m_slots = std::vector<std::optional<cls_Uid>>(64);
-};
-
 TEST_F(UidThreads, Threads_that_come_and_go_may_exchange_uids)
 {
-    auto exchange = std::make_unique<Exchange>();
-    const auto work = [&exchange](unsigned int seed) {
+    std::mutex mutex;
+    std::vector<std::optional<cls_Uid>> exchange(64);
+    const auto work = [&](unsigned int seed) {
         std::mt19937 random(seed);
         std::vector<cls_Uid> own;
         for (int i = 0; i < 3000; ++i) {
@@ -183,7 +162,10 @@ TEST_F(UidThreads, Threads_that_come_and_go_may_exchange_uids)
             if (random() % 2 == 0) {
                 own.push_back(*uid);
             }
-            exchange->Swap(random(), uid);
+            {
+                const std::lock_guard guard(mutex);
+                exchange[random() % 64].swap(uid);
+            }
             if (uid && random() % 2 == 0) {
                 own.push_back(*uid);
             }
@@ -201,6 +183,5 @@ TEST_F(UidThreads, Threads_that_come_and_go_may_exchange_uids)
             thread.join();
         }
     }
-    exchange.reset();
 }
 } // namespace

@@ -1,19 +1,11 @@
-#include "RecordedAssertions.h"
+#include "Test.h"
 #include "omi_UintTableIterator.h"
-
-#include <gtest/gtest.h>
-
-#include <map>
-#include <memory>
-#include <random>
-#include <vector>
 
 namespace
 {
 using Table = omi_UintTable<unsigned int>;
 using Iterator = omi_UintTableIterator<unsigned int>;
 using Items = std::vector<std::pair<unsigned int, unsigned int>>;
-using Texts = std::vector<std::string>;
 
 Items Walk(Iterator& each, bool upwards)
 {
@@ -42,17 +34,15 @@ void Check(const Table& table, const std::map<unsigned int, unsigned int>& model
 
 TEST(UintTable, Random_operations_agree_with_a_map)
 {
-    struct Row
-    {
-        unsigned int highBits, chunkIndexBits, step, range;
-    };
-    for (const Row& row : {Row{12, 10, 24, 5000}, Row{12, 10, 24, 3000000}, Row{31, 1, 0, 600}, Row{4, 24, 1, 4000},
-                           Row{99, 99, 3, 300}, Row{30, 0, 1, 4000}, Row{20, 5, 1, 100000000}}) {
+    const std::tuple<unsigned int, unsigned int, unsigned int, unsigned int> rows[] = {
+        {12, 10, 24, 5000}, {12, 10, 24, 3000000}, {31, 1, 0, 600},      {4, 24, 1, 4000},
+        {99, 99, 3, 300},   {30, 0, 1, 4000},      {20, 5, 1, 100000000}};
+    for (const auto& [highBits, chunkIndexBits, growth, range] : rows) {
         std::mt19937 random(9);
-        Table table(row.highBits, row.chunkIndexBits, row.step);
+        Table table(highBits, chunkIndexBits, growth);
         std::map<unsigned int, unsigned int> model;
         for (unsigned int step = 0; step < 4000; ++step) {
-            const auto key = static_cast<unsigned int>(random()) % row.range;
+            const auto key = static_cast<unsigned int>(random()) % range;
             const auto near = model.lower_bound(key);
             const unsigned int present = near != model.end() ? near->first : key;
             if (random() % 5 < 2) {

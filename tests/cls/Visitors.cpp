@@ -8,16 +8,8 @@
 #include "cls_ReadVisitor.h"
 #include "cls_WriteVisitor.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace
 {
-using Log = std::vector<std::string>;
-
 std::string Name(const cls_FieldHandle& field)
 {
     return std::string(field.FieldName().view());
@@ -26,7 +18,7 @@ std::string Name(const cls_FieldHandle& field)
 class RecordingWriter : public MementoWriteDouble
 {
 public:
-    RecordingWriter(Log& log, bool refuses = false) : m_log(log), m_refuses(refuses) {}
+    RecordingWriter(Texts& log, bool refuses = false) : m_log(log), m_refuses(refuses) {}
     ~RecordingWriter() override { m_log.emplace_back("gone"); }
 
     int FieldIsPresent(const cls_FieldHandle& field) override { return field.FieldName() == "known" ? 7 : 0; }
@@ -48,25 +40,25 @@ public:
     }
 
 private:
-    Log& m_log;
+    Texts& m_log;
     bool m_refuses;
 };
 
 struct Request : cls_AgentRequest
 {
-    explicit Request(Log& target) : log(target) {}
+    explicit Request(Texts& target) : log(target) {}
     cls_MementoWrite* MakeWriteObj(std::uint32_t classId, const cls_Uid&) const override
     {
         log.push_back("request class " + std::to_string(classId));
         return new RecordingWriter(log);
     }
-    Log& log;
+    Texts& log;
 };
 
 class RecordingReader : public MementoReadDouble
 {
 public:
-    explicit RecordingReader(Log& log, const char* id = "r") : m_log(log), m_id(id) {}
+    explicit RecordingReader(Texts& log, const char* id = "r") : m_log(log), m_id(id) {}
     ~RecordingReader() override { m_log.push_back("gone " + m_id); }
 
     cow_String DbId() override { return m_id.c_str(); }
@@ -77,29 +69,17 @@ public:
     cls_MementoRead* Clone() override { return new RecordingReader(m_log, "clone"); }
 
 private:
-    Log& m_log;
+    Texts& m_log;
     std::string m_id;
 };
 
 const cls_FieldHandle FIELD("part");
 const auto* const PAYLOAD = reinterpret_cast<const cls_PayloadHolder*>(&FIELD);
 
-TEST(WriteVisitor, A_given_memento_is_ready_without_asking_anyone)
-{
-    Log log;
-    {
-        const cls_WriteVisitor root(new RecordingWriter(log));
-        EXPECT_EQ(root.StartWrite(5, cls_Uid::AllocateUid()), 1);
-        EXPECT_EQ(root.FieldIsPresent(cls_FieldHandle("known")), 7);
-        root.CheckCollectionType(cls_COLLECTION_ARRAY);
-    }
-    EXPECT_EQ(log, Log({"gone"}));
-}
-
 TEST(WriteVisitor, Asks_for_a_record_once_and_in_the_order_request_element_field)
 {
     const cls_Uid uid = cls_Uid::AllocateUid();
-    Log log;
+    Texts log;
     {
         const cls_WriteVisitor root(new RecordingWriter(log));
         const Request request(log);
@@ -114,39 +94,42 @@ TEST(WriteVisitor, Asks_for_a_record_once_and_in_the_order_request_element_field
             EXPECT_EQ(visitor->StartWrite(9, uid), 1);
             EXPECT_EQ(visitor->FieldIsPresent(cls_FieldHandle("known")), 7);
         }
-        EXPECT_EQ(log, Log({"request class 9", "element 0", "field '' class 9", "field 'part' class 9 payload"}));
+        EXPECT_EQ(log, Texts({"request class 9", "element 0", "field '' class 9", "field 'part' class 9 payload"}));
         log.clear();
     }
-    EXPECT_EQ(log, Log(5, "gone"));
+    EXPECT_EQ(log, Texts(5, "gone"));
 }
 
 TEST(WriteVisitor, A_refused_record_refuses_what_is_inside_it)
 {
     const cls_Uid uid = cls_Uid::AllocateUid();
-    Log log;
+    Texts log;
     const cls_WriteVisitor root(new RecordingWriter(log, /*refuses=*/true));
     const cls_WriteVisitor field(root, FIELD, nullptr);
     const cls_WriteVisitor inner(field, FIELD, nullptr);
     EXPECT_EQ(field.StartWrite(9, uid), 0);
     EXPECT_EQ(inner.StartWrite(9, uid), 0);
     inner.CheckCollectionType(cls_COLLECTION_ARRAY);
-    EXPECT_EQ(log, Log({"field 'part' class 9"}));
+    EXPECT_EQ(log, Texts({"field 'part' class 9"}));
     EXPECT_EQ(cls_WriteVisitor(static_cast<cls_MementoWrite*>(nullptr)).StartWrite(9, uid), 0);
 }
 
-TEST(WriteVisitor, Only_a_named_field_has_its_collection_checked)
+TEST(WriteVisitor, A_given_memento_is_ready_and_only_a_named_field_has_its_collection_checked)
 {
-    Log log;
+    Texts log;
     const cls_WriteVisitor root(new RecordingWriter(log));
+    EXPECT_EQ(root.StartWrite(5, cls_Uid::AllocateUid()), 1);
+    EXPECT_EQ(root.FieldIsPresent(cls_FieldHandle("known")), 7);
+    root.CheckCollectionType(cls_COLLECTION_ARRAY);
     cls_WriteVisitor(root, FIELD, nullptr).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
     cls_WriteVisitor(root, cls_FieldHandle(), nullptr).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
     cls_WriteVisitor(root, 3).CheckCollectionType(cls_COLLECTION_2D_ARRAY);
-    EXPECT_EQ(log, Log({"check 80 'part'"}));
+    EXPECT_EQ(log, Texts({"check 80 'part'"}));
 }
 
 TEST(ReadVisitor, Shares_the_uid_and_makes_children_from_its_memento)
 {
-    Log log;
+    Texts log;
     {
         const cls_ReadVisitor visitor(new RecordingReader(log));
         EXPECT_EQ(visitor.GetUid(), visitor.GetUid());
@@ -154,7 +137,7 @@ TEST(ReadVisitor, Shares_the_uid_and_makes_children_from_its_memento)
         EXPECT_EQ(cls_ReadVisitor(visitor).DbId(), "clone");
         EXPECT_EQ(cls_ReadVisitor(visitor, FIELD).DbId(), "part");
     }
-    EXPECT_EQ(log, Log({"gone clone", "gone part", "gone r"}));
+    EXPECT_EQ(log, Texts({"gone clone", "gone part", "gone r"}));
 }
 
 TEST(ReadVisitor, Without_a_record_gives_defaults_and_fresh_uids)

@@ -1,9 +1,5 @@
+#include "Test.h"
 #include "VEXCRT.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
 
 namespace
 {

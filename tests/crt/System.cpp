@@ -1,9 +1,5 @@
+#include "Test.h"
 #include "VEXcrt_System.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <vector>
 
 TEST(System, An_environment_variable_may_be_absent_or_empty)
 {

@@ -1,9 +1,5 @@
+#include "Test.h"
 #include "VEXcrt_System.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <thread>
 
 using VEXCRT::RunAtThreadEnd;
 using VEXCRT::ThreadEndStep;

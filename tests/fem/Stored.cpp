@@ -1,5 +1,4 @@
-#include "ErrorOf.h"
-#include "ScratchFolder.h"
+#include "Test.h"
 #include "fem_Session.h"
 
 #include "cls_2dArrayPrim.h"

@@ -1,15 +1,6 @@
-#include "omu_Arguments.h"
-
-#include "SequenceSamples.h"
-#include "cow_List.h"
+#include "Values.h"
 #include "omu_BreNameErrorException.h"
-#include "omu_PrimBool.h"
 #include "omu_TypeErrorException.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
 
 namespace
 {
@@ -36,6 +27,10 @@ template <class V, class T> std::string Refusal(const V& value, T target, bool b
 TEST(Arguments, Values_of_nearly_the_right_kind_are_refused)
 {
     EXPECT_EQ(Refusal(1U, 0, false), "f[0]; found number, expecting int32");
+    EXPECT_EQ(Refusal(cow_String("x"), 0.5, true), "f['value']; found string, expecting number");
+    EXPECT_EQ(Refusal(2, false, true), "f['value']; found number, expecting 0 or 1");
+    EXPECT_EQ(Refusal(1, false, true) + Refusal(1, 0.5, true) + Refusal(1.5, 0.5, false), "");
+    EXPECT_EQ(Refusal(1.5, 0, true), "f['value']; found number, expecting number");
     EXPECT_EQ(Refusal(5, omu_BrenowName(), false), "f[0]; found number, expecting string");
     EXPECT_EQ(Refusal(cow_List<cow_String>{"a"}, cow_List<int>(), true),
               "f['value']; found sequence of Strings, expecting sequence of Integers");
@@ -62,40 +57,36 @@ TEST(Arguments, A_deprecated_keyword_counts_once_and_only_after_a_miss)
 
 TEST(Arguments, A_name_is_checked_by_the_rules_of_its_target_when_the_call_ends)
 {
-    const struct
-    {
-        const char* supplied;
-        omu_BrenowName target;
-        int line; // of the rule that is broken; 0: none
-    } rows[] = {
+    // The line is that of the rule that is broken; 0: none.
+    const std::tuple<const char*, omu_BrenowName, int> rows[] = {
         {"Part.1", omu_BrenowName(), 193},
         {"my job", omu_BrenowName("preset", omu_BrenowName::GUI_JOB_NAME), 255},
         {"a.b \\", omu_BrenowName("preset", omu_BrenowName::STEP_NAME), 0},
     };
-    for (const auto& row : rows) {
+    for (const auto& [supplied, target, brokenRule] : rows) {
         for (const bool byKeyword : {false, true}) {
-            SCOPED_TRACE(row.supplied);
+            SCOPED_TRACE(supplied);
             omu_Arguments arguments(byKeyword ? 0 : 1);
-            byKeyword ? arguments.Put(row.supplied, "name") : arguments.Put(cow_String(row.supplied));
-            omu_BrenowName name = row.target;
+            byKeyword ? arguments.Put(supplied, "name") : arguments.Put(cow_String(supplied));
+            omu_BrenowName name = target;
             int count = 5;
             arguments.Begin();
             arguments.Get(name, "name");
             arguments.Optional();
             arguments.Get(count, "count");
-            EXPECT_EQ(arguments.Error(), row.line != 0);
+            EXPECT_EQ(arguments.Error(), brokenRule != 0);
             int line = 0;
             try {
                 arguments.End("f");
             } catch (const omu_BreNameErrorException& error) {
                 line = error.Line();
             }
-            EXPECT_EQ(line, row.line);
-            EXPECT_EQ(name.AsString(), row.line != 0 ? row.target.AsString() : cow_String(row.supplied));
+            EXPECT_EQ(line, brokenRule);
+            EXPECT_EQ(name.AsString(), brokenRule != 0 ? target.AsString() : cow_String(supplied));
             // A failed name can be tried as something else, like any other value.
             arguments.Begin();
             arguments.Get(name, "name");
-            EXPECT_EQ(arguments.Alternative(), row.line != 0);
+            EXPECT_EQ(arguments.Alternative(), brokenRule != 0);
         }
     }
 }

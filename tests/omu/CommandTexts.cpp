@@ -1,3 +1,4 @@
+#include "Values.h"
 #include "omu_Assignment.h"
 #include "omu_Atom.h"
 #include "omu_MethodCall.h"
@@ -5,15 +6,7 @@
 #include "omu_ShortcutImpl.h"
 #include "omu_TempVariable.h"
 
-#include "RecordedAssertions.h"
-#include "omu_Arguments.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <sstream>
-
-TEST(CommandTexts, Calls_and_assignments_read_as_a_script_writes_them)
+TEST(CommandTexts, Calls_assignments_and_references_read_as_promised)
 {
     omu_Arguments arguments(1);
     arguments.Put(0.5);
@@ -24,6 +17,10 @@ TEST(CommandTexts, Calls_and_assignments_read_as_a_script_writes_them)
     EXPECT_EQ(omu_Assignment(temporary, "open()").CommandText(), "p = open()");
     EXPECT_EQ(omu_Assignment("m.size", "3").CommandText(), "m.size = 3");
     EXPECT_EQ(omu_Assignment(cow_String("x"), "").CommandText(), "x = ");
+
+    std::ostringstream text;
+    text << omu_Reference{1, -2, 3};
+    EXPECT_EQ(text.str(), "catid:1, id:-2, type:3");
 }
 
 TEST(TempVariable, A_name_is_free_again_when_its_last_holder_is_gone)
@@ -65,17 +62,12 @@ TEST(Atom, A_text_has_one_number_and_zero_is_none)
     const omu_Atom bad[] = {omu_Atom(0U), omu_Atom(1000000U), omu_Atom(static_cast<const char*>(nullptr))};
     EXPECT_EQ(bad[1].String(), "");
     EXPECT_FALSE(omu_Atom::CreateAtom(nullptr));
-    EXPECT_EQ(assertions.Take(),
-              (std::vector<std::string>{"found", "i< list.Length()", "omu_Atom: string must be non-NULL!",
+    EXPECT_EQ(assertions.Take(), (Texts{"found", "i< list.Length()", "omu_Atom: string must be non-NULL!",
                                         "omu_Atom: string must be non-NULL!"}));
 }
 
 TEST(Shortcut, Notices_that_its_object_has_left_the_model)
 {
-    struct Part : omu_InterfaceObj
-    {
-        omu_Primitive* Copy() const override { return new Part(*this); }
-    };
     std::optional<Part> part(std::in_place);
     const omu_ShortcutImpl shortcut("wing", "m.wing", &*part);
     const omu_ShortcutHolder copy(shortcut.Copy());
@@ -86,11 +78,4 @@ TEST(Shortcut, Notices_that_its_object_has_left_the_model)
     EXPECT_TRUE(*copy == shortcut);
     EXPECT_FALSE(shortcut == omu_ShortcutImpl("wing", "m.tail", nullptr));
     EXPECT_FALSE(omu_ShortcutImpl("wing", "", nullptr).HasValue());
-}
-
-TEST(Reference, Reads_as_its_three_numbers)
-{
-    std::ostringstream text;
-    text << omu_Reference{1, -2, 3};
-    EXPECT_EQ(text.str(), "catid:1, id:-2, type:3");
 }

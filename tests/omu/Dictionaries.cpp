@@ -1,21 +1,4 @@
-#include "SequenceSamples.h"
-#include "VEXCRT.h"
-#include "omi_complex.h"
-#include "omu_ObjectRef.h"
-#include "omu_PrimArray.h"
-#include "omu_PrimBool.h"
-#include "omu_PrimDictionary.h"
-#include "omu_PrimExpr.h"
-#include "omu_PrimNone.h"
-#include "omu_PrimPath.h"
-#include "omu_PrimType.h"
-#include "utl_FilePath.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <tuple>
-#include <vector>
+#include "Values.h"
 
 namespace
 {
@@ -33,7 +16,7 @@ template <class... T> void ExpectAccepted(const Strings& values, const std::stri
         }
         return letters;
     };
-    EXPECT_EQ(std::vector<std::string>({accepted(T{})...}), std::vector<std::string>(sizeof...(T), promised));
+    EXPECT_EQ(Texts({accepted(T{})...}), Texts(sizeof...(T), promised));
 }
 
 } // namespace
@@ -158,13 +141,10 @@ TEST(Dictionaries, Equality_is_that_of_class_keys_and_values)
 
 TEST(Dictionaries, An_absent_key_is_an_assertion_and_gives_none)
 {
-    static std::string reported;
-    const auto previous = VEXCRT::SetAssertHandler([](const char* condition, const char* source, int line) {
-        reported = std::string(condition) + ' ' + source + ' ' + std::to_string(line);
-    });
+    RecordedAssertions assertions;
     EXPECT_TRUE(Ints().Get(1).IsType('n'));
-    VEXCRT::SetAssertHandler(previous);
-    EXPECT_EQ(reported, "dict.IsMember(key) source/include/omu_PrimDictionary 652");
+    EXPECT_EQ(assertions.Take(), Texts{"dict.IsMember(key)"});
+    EXPECT_EQ(assertions.Places(), Texts{"source/include/omu_PrimDictionary 652"});
 }
 
 TEST(Dictionaries, Copies_share_values_and_deep_copies_do_not)

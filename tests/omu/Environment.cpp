@@ -1,6 +1,5 @@
+#include "Test.h"
 #include "omu_Module.h"
-
-#include <gtest/gtest.h>
 
 namespace
 {

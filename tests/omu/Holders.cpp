@@ -1,10 +1,4 @@
-#include "omu_PrimHolder.h"
-#include "omu_PrimTuple.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <vector>
+#include "Values.h"
 
 namespace
 {

@@ -1,10 +1,6 @@
-#include "RecordedAssertions.h"
+#include "Test.h"
 #include "omu_BreNameErrorException.h"
 #include "omu_BrenowName.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
 
 namespace
 {
@@ -32,11 +28,7 @@ std::string Refusal(const std::string& text, int kind)
 
 TEST(Names, The_first_broken_rule_is_reported_with_its_line)
 {
-    const struct
-    {
-        std::string name;
-        const char* refusals[6]; // by kind
-    } rows[] = {
+    const std::tuple<std::string, std::array<const char*, 6>> rows[] = {
         {"Part-1", {"", "", "", "", "", ""}},
         {"", {"171", "215", "282", "115", "246", "313"}},
         {Times(38, 'a'), {"", "", "", "", "", ""}},
@@ -55,15 +47,15 @@ TEST(Names, The_first_broken_rule_is_reported_with_its_line)
         {"\xC3\xA4,#%+=:@^", {"", "", "", "", "", ""}},
     };
     const char* const texts[] = {"invalid name", "invalid job name", "invalid model name"};
-    for (const auto& row : rows) {
+    for (const auto& [name, refusalsByKind] : rows) {
         for (int kind = 0; kind < 6; ++kind) {
-            std::string expected = row.refusals[kind];
+            std::string expected = refusalsByKind[kind];
             if (!expected.empty()) {
-                expected += row.name.empty() ? std::string(" name is empty") : std::string(" ") + texts[kind % 3];
+                expected += name.empty() ? std::string(" name is empty") : std::string(" ") + texts[kind % 3];
             }
-            EXPECT_EQ(Refusal(row.name, kind), expected) << "'" << row.name << "' of kind " << kind;
+            EXPECT_EQ(Refusal(name, kind), expected) << "'" << name << "' of kind " << kind;
         }
-        EXPECT_EQ(Refusal(row.name, Name::STEP_NAME) + Refusal(row.name, 7), "");
+        EXPECT_EQ(Refusal(name, Name::STEP_NAME) + Refusal(name, 7), "");
     }
     for (const char c : std::string("$\\&*~! ()[]{}|;'`<>?/.")) {
         EXPECT_EQ(Refusal({'a', c, 'a'}, Name::KER_JOB_NAME), "230 invalid job name") << c;
@@ -73,28 +65,24 @@ TEST(Names, The_first_broken_rule_is_reported_with_its_line)
 
 TEST(Names, Repairs_make_a_legal_name_or_come_to_an_end)
 {
-    const struct
-    {
-        std::string name, replacements, expected;
-        bool isLegal = true;
-    } rows[] = {
-        {"1a.b", "A__-__", "A1a_b"},
-        {"a", "A__-__", "a"},
-        {"12a.b\"c\\", "......", "abc"},
+    const std::tuple<std::string, std::string, std::string, bool> rows[] = {
+        {"1a.b", "A__-__", "A1a_b", true},
+        {"a", "A__-__", "a", true},
+        {"12a.b\"c\\", "......", "abc", true},
         {"_ 1 _", "......", "", false},
-        {"__", "ABCDEF", "EF"},
-        {Times(40, '7'), "A__-__", "A" + Times(37, '7')},
-        {Times(38, '"') + "x", "A__-ab", "a" + Times(36, '_') + "b"},
+        {"__", "ABCDEF", "EF", true},
+        {Times(40, '7'), "A__-__", "A" + Times(37, '7'), true},
+        {Times(38, '"') + "x", "A__-ab", "a" + Times(36, '_') + "b", true},
         {"1", "9_____", Times(38, '9'), false}, // as long as it may get
         {"_a", "A__-__", "_a", false},
         {"a\"", "A\\_\"__", "a\"", false},
     };
-    for (const auto& row : rows) {
-        cow_String name = std::string_view(row.name);
-        const bool isChanged = Name::MakeLegalGuiName(name, row.replacements.c_str());
-        EXPECT_EQ(isChanged, row.name != row.expected) << row.name;
-        EXPECT_EQ(name, std::string_view(row.expected)) << row.name;
-        EXPECT_EQ(Refusal(std::string(name), Name::GUI_NAME).empty(), row.isLegal) << row.name;
+    for (const auto& [given, replacements, expected, isLegal] : rows) {
+        cow_String name = std::string_view(given);
+        const bool isChanged = Name::MakeLegalGuiName(name, replacements.c_str());
+        EXPECT_EQ(isChanged, given != expected) << given;
+        EXPECT_EQ(name, std::string_view(expected)) << given;
+        EXPECT_EQ(Refusal(std::string(name), Name::GUI_NAME).empty(), isLegal) << given;
     }
     RecordedAssertions assertions;
     cow_String name = "1";
@@ -105,10 +93,7 @@ TEST(Names, Repairs_make_a_legal_name_or_come_to_an_end)
 
 TEST(Names, File_names_stay_clear_of_what_systems_reserve)
 {
-    const struct
-    {
-        const char *name, *expected;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"Job-1_a.inp", "Job-1_a.inp"},
         {"a b/c\\d:\xC3\xA4", "a_b_c_d___"},
         {"con", "_con"},
@@ -120,9 +105,9 @@ TEST(Names, File_names_stay_clear_of_what_systems_reserve)
         {"AUX.", "_AUX."},
         {".nul", ".nul"},
     };
-    for (const auto& row : rows) {
-        cow_String name = row.name;
-        EXPECT_EQ(Name::MakeLegalFileName(name), row.expected);
-        EXPECT_EQ(name, row.name);
+    for (const auto& [given, expected] : rows) {
+        cow_String name = given;
+        EXPECT_EQ(Name::MakeLegalFileName(name), expected);
+        EXPECT_EQ(name, given);
     }
 }

@@ -1,11 +1,4 @@
-#include "../DebugText.h"
-#include "../RecordedAssertions.h"
-#include "SequenceSamples.h"
-#include "omu_PrimArray.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
+#include "Values.h"
 
 namespace
 {
@@ -58,7 +51,7 @@ TEST(NumericArrays, Shape_strides_and_text)
     EXPECT_EQ(real.TypeString(), "omu_PrimArray");
     RecordedAssertions assertions;
     EXPECT_EQ(omu_PrimArray().AsString(-1), "array([], 'd')");
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"PrimArray::AsString depth < 0"});
+    EXPECT_EQ(assertions.Take(), Texts{"PrimArray::AsString depth < 0"});
 }
 
 TEST(NumericArrays, Impossible_shapes_are_refused_in_the_promised_order)
@@ -77,7 +70,7 @@ TEST(NumericArrays, Impossible_shapes_are_refused_in_the_promised_order)
               "PrimArray more than 200 dimensions");
     RecordedAssertions assertions;
     EXPECT_EQ(omu_PrimArray(-1, nullptr, Number::UINT32, nullptr).Length(), 0);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"PrimArray number of dimensions must be >= 0"});
+    EXPECT_EQ(assertions.Take(), Texts{"PrimArray number of dimensions must be >= 0"});
 }
 
 TEST(NumericArrays, Sequences_of_numbers_become_arrays)
@@ -110,7 +103,7 @@ TEST(NumericArrays, Sequences_of_numbers_become_arrays)
     const std::string wrong = "PrimArray something wrong in the sequence";
     EXPECT_EQ(BuildError(Fickle(Tuple({1}))), report + "copyValues. " + shape);
     EXPECT_EQ(BuildError(Fickle(Tuple({1, "a"}))), report + "copyValues. " + wrong);
-    EXPECT_EQ(assertions.Take(), (std::vector<std::string>{shape, wrong}));
+    EXPECT_EQ(assertions.Take(), (Texts{shape, wrong}));
 }
 
 TEST(NumericArrays, Elements_are_read_and_written_by_index)
@@ -136,8 +129,8 @@ TEST(NumericArrays, Elements_are_read_and_written_by_index)
     EXPECT_EQ(place, 5.0);
     EXPECT_EQ(getPrimNumberAtPtr(&place, Number::UINT32).AsString(0), "0");
     EXPECT_EQ(getDoubleAtPtr(&place, Number::INT8), 0.0);
-    EXPECT_EQ(assertions.Take(), (std::vector<std::string>{"PrimArray wrong numeric type", "wrong numeric type",
-                                                           "PrimArray wrong numeric type"}));
+    EXPECT_EQ(assertions.Take(),
+              (Texts{"PrimArray wrong numeric type", "wrong numeric type", "PrimArray wrong numeric type"}));
 }
 
 TEST(NumericArrays, Index_goes_along_the_first_dimension)
@@ -223,7 +216,7 @@ TEST(NumericArrays, Views_with_strides_stay_inside_their_storage)
     EXPECT_EQ(RefusalOf([&] { view({HIGHEST, HIGHEST}, 0); }), outside);
     RecordedAssertions assertions;
     EXPECT_EQ(view({8, 4}, 0, 'd').ConstGetPyType(), 'i');
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"omu_PrimArray ctor failed - bad pyType"});
+    EXPECT_EQ(assertions.Take(), Texts{"omu_PrimArray ctor failed - bad pyType"});
     transposed.SetItem(omu_PrimNumber(0), 0, 0);
     EXPECT_EQ(Text(transposed), "array([[0, 4], [2, 5], [3, 6]], 'i')");
     EXPECT_EQ(storage->Bytes()[0], 1) << "written in a copy";

@@ -1,10 +1,7 @@
 #include "omu_RangeChecker.h"
 
+#include "Test.h"
 #include "omu_RangeErrorException.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
 
 namespace
 {
@@ -17,11 +14,8 @@ constexpr double SMALLEST = std::numeric_limits<double>::min();
 constexpr double LARGEST = std::numeric_limits<double>::max();
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
-const struct
-{
-    void (*check)();
-    const char* error; // empty: it passes
-} rows[] = {
+// An empty error: it passes.
+const std::pair<void (*)(), const char*> rows[] = {
     {[] { Checker::CheckInRange("n", 1, true, 1, 10, false); }, ""},
     {[] { Checker::CheckInRange("n", 1, false, 10, 10, true); }, ""},
     {[] { Checker::CheckInRange("n", 1, true, 10, 10, false); }, "n must be an Integer in the range: 1 <= n < 10"},
@@ -49,12 +43,12 @@ TEST(RangeChecker, Bounds_are_tested_always_and_named_when_they_are_set)
     for (const auto& row : rows) {
         cow_String error;
         try {
-            row.check();
+            row.first();
         } catch (const omu_RangeErrorException& thrown) {
             error = thrown.JournalMessage();
             EXPECT_EQ(thrown.File(), "source/omu/impl/omu_RangeChecker");
             EXPECT_EQ(thrown.Line(), thrown.ValueKind() == omu_RangeErrorException::INTEGER ? 64 : 155);
         }
-        EXPECT_EQ(error, row.error) << "row " << &row - rows;
+        EXPECT_EQ(error, row.second) << "row " << &row - rows;
     }
 }

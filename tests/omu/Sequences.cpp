@@ -1,17 +1,6 @@
-#include "../RecordedAssertions.h"
-#include "../utl/Counted.h"
-#include "SequenceSamples.h"
+#include "Values.h"
 #include "omu_GenericTypeErrorException.h"
-#include "omu_ObjectRef.h"
-#include "omu_PrimArray.h"
-#include "omu_PrimDictionary.h"
-#include "omu_PrimNone.h"
-#include "omu_PrimWrapper.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <new>
+#include "utl/Counted.h"
 
 namespace
 {
@@ -55,7 +44,7 @@ TEST(Sequences, Slices_clamp_their_bounds_as_promised)
     // A low bound before the start is not clamped again: the missing items are reported and leave slots at the end.
     RecordedAssertions assertions;
     EXPECT_EQ(slice(-7, 1), "(0, None, None)");
-    EXPECT_EQ(assertions.Take(), (std::vector<std::string>(2, "Tuple Index returned NULL")));
+    EXPECT_EQ(assertions.Take(), (Texts(2, "Tuple Index returned NULL")));
 }
 
 TEST(Sequences, Repeat_and_concat_copy_items_in_order)
@@ -78,7 +67,7 @@ TEST(Sequences, Repeat_and_concat_copy_items_in_order)
     RecordedAssertions assertions;
     omu_PrimTuple unfilled(1);
     EXPECT_EQ(TextAndDelete(unfilled.Concat(&list)), "(2.5, None)");
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"Tuple Index returned NULL"});
+    EXPECT_EQ(assertions.Take(), Texts{"Tuple Index returned NULL"});
 }
 
 TEST(Sequences, Equality_is_that_of_class_length_and_items)
@@ -121,7 +110,7 @@ TEST(Sequences, Indexing_outside_is_an_assertion)
     EXPECT_EQ(tuple.Index(1), nullptr);
     EXPECT_EQ(tuple.Index(LOWEST), nullptr);
     EXPECT_TRUE(tuple[HIGHEST].IsNull());
-    EXPECT_EQ(assertions.Take(), (std::vector<std::string>(3, "i < size")));
+    EXPECT_EQ(assertions.Take(), (Texts(3, "i < size")));
 }
 
 TEST(Sequences, Nesting_ends_where_streams_end)

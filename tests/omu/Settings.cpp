@@ -1,27 +1,7 @@
-#include "Environment.h"
+#include "Values.h"
 #include "omu_BackwardCompat.h"
-#include "omu_InterfaceObj.h"
 #include "omu_Module.h"
-#include "omu_PrimString.h"
-#include "omu_TextRepr.h"
 #include "omu_TypeRegistryCache.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <tuple>
-#include <utility>
-
-namespace
-{
-
-struct Part : omu_InterfaceObj
-{
-    Part() { DescribeType("Part", nullptr, nullptr); }
-    omu_Primitive* Copy() const override { return new Part(*this); }
-};
-
-} // namespace
 
 TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
 {

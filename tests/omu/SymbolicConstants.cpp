@@ -1,20 +1,11 @@
-#include "../RecordedAssertions.h"
-#include "../cls/MementoDouble.h"
-#include "../utl/StreamChecks.h"
 #include "VEXcrt_System.h"
+#include "Values.h"
+#include "cls/MementoDouble.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_WriteVisitor.h"
 #include "omu_BoolSelectEnum.h"
-#include "omu_PrimBool.h"
-#include "omu_PrimHolder.h"
-#include "omu_PrimNone.h"
 #include "omu_SymbolicConstantTable.h"
 #include "omu_ValueErrorException.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <utility>
 
 namespace
 {
@@ -54,32 +45,15 @@ template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 3>()
 namespace
 {
 
-/// The bytes of a constant called `text`.
-cow_String StreamOf(std::string_view text)
+std::string StreamOf(std::string_view text)
 {
-    bio_Ofilter out;
-    const omu_PrimEnumBase constant{cow_String(text)};
-    omu_PrimEnumBase::WriteData(out, &constant);
-    return cow_String(reinterpret_cast<const char*>(out.Data()), out.Size());
+    return BytesOf(omu_PrimEnumBase(cow_String(text)));
 }
 
-/// Reads `bytes` into `constant`; the error, or nothing.
-std::string ReadInto(omu_PrimEnumBase& constant, const cow_String& bytes)
+Record Stored(const char* text)
 {
-    bio_Ifilter in(bytes.AsCharPtr(), bytes.size());
-    return RefusalOf([&] { omu_PrimEnumBase::ReadData(in, &constant); });
+    return {{"stringValue", cow_String(text)}};
 }
-
-struct StoredText : MementoReadDouble
-{
-    explicit StoredText(const char* value) : text(value) {}
-    cow_String ReadString(const cls_FieldHandle& field, const cow_String&) override
-    {
-        EXPECT_EQ(field.FieldName(), "stringValue");
-        return text;
-    }
-    cow_String text;
-};
 
 } // namespace
 
@@ -116,7 +90,7 @@ TEST(Constant, A_literal_is_a_name_and_an_unknown_one_throws)
     }
 }
 
-TEST(Constant, The_first_row_of_a_value_names_it)
+TEST(Constant, Rows_name_values_and_types_and_names_are_compared)
 {
     EXPECT_EQ(ThreeShapes(Shape::LINE).GetString(), "LINE");
     EXPECT_EQ(ThreeShapes("BEAM").GetValue(), Shape::LINE);
@@ -125,10 +99,7 @@ TEST(Constant, The_first_row_of_a_value_names_it)
     EXPECT_EQ(assertions.Take().size(), 1U);
     EXPECT_EQ(nameless.GetString(), "");
     EXPECT_EQ(nameless.GetValue(), Shape::TRI);
-}
 
-TEST(Constant, Type_text_lists_the_names_in_table_order)
-{
     EXPECT_EQ(OneShape(Shape::QUAD).TypeString(), "QUAD");
     EXPECT_EQ(TwoShapes(Shape::TRI).TypeString(), "TRI or LINE");
     EXPECT_EQ(ThreeShapes(Shape::TRI).TypeString(), "TRI, QUAD, LINE or BEAM");
@@ -136,10 +107,7 @@ TEST(Constant, Type_text_lists_the_names_in_table_order)
     EXPECT_EQ(BoolSelect(omu_SELECT_UNION).TypeString(),
               "REPLACE, UNION, INTERSECTION, DIFFERENCE or SYMMETRIC_DIFFERENCE");
     EXPECT_EQ(omu_PrimEnumBase("ANY").TypeString(), "ANY");
-}
 
-TEST(Constant, Equal_by_name_across_enumerations)
-{
     EXPECT_EQ(OneShape("QUAD"), ThreeShapes("QUAD"));
     EXPECT_EQ(omu_PrimBool<2>(true), omu_PrimEnumBase("ON"));
     EXPECT_NE(omu_PrimEnumBase("ON"), omu_PrimEnumBase("On"));
@@ -151,8 +119,8 @@ TEST(Constant, Copies_share_the_identity_and_what_is_read_has_its_own)
     const omu_PrimBool<1> original(true);
     const omu_PrimBool<1> copy(original);
     EXPECT_EQ(copy.GetUid(), original.GetUid());
-    const cow_String bytes = StreamOf("FALSE");
-    bio_Ifilter in(bytes.AsCharPtr(), bytes.size());
+    const std::string bytes = StreamOf("FALSE");
+    bio_Ifilter in(bytes.data() + sizeof(std::uint32_t), bytes.size() - sizeof(std::uint32_t)); // behind the type id
     const std::unique_ptr<omu_PrimBool<1>> read(static_cast<omu_PrimBool<1>*>(omu_PrimBool<1>::CtorFunc(in, nullptr)));
     EXPECT_FALSE(read->GetValue());
     EXPECT_FALSE(read->GetUid() == original.GetUid());
@@ -161,53 +129,50 @@ TEST(Constant, Copies_share_the_identity_and_what_is_read_has_its_own)
 TEST(Constant, Reading_sets_the_value_and_refuses_unknown_names)
 {
     ThreeShapes shape(Shape::TRI);
-    EXPECT_EQ(ReadInto(shape, StreamOf("QUAD")), "");
+    EXPECT_EQ(ReadFrom(StreamOf("QUAD"), shape), "");
     EXPECT_EQ(shape.GetValue(), Shape::QUAD);
-    EXPECT_EQ(ReadInto(shape, StreamOf("quad")), "unknown symbolic constant \"quad\" at offset 1");
+    EXPECT_EQ(ReadFrom(StreamOf("quad"), shape), "unknown symbolic constant \"quad\" at offset 5");
     EXPECT_EQ(shape.GetValue(), Shape::QUAD);
-    EXPECT_NE(ReadInto(shape, StreamOf({"TRI\0", 4})), "");
+    EXPECT_NE(ReadFrom(StreamOf({"TRI\0", 4}), shape), "");
     omu_PrimEnumBase any;
-    EXPECT_NE(ReadInto(any, StreamOf({"A\0B", 3})), "");
-    EXPECT_EQ(ReadInto(any, "n"), "type code of another class at offset 0");
+    EXPECT_NE(ReadFrom(StreamOf({"A\0B", 3}), any), "");
+    EXPECT_EQ(ReadFrom(StreamOf("A").substr(0, 4) + "n", any), "type code of another class at offset 4");
 }
 
 TEST(StoredConstant, Writes_its_name_under_its_identity_when_the_record_is_granted)
 {
-    /// Grants element 7 of one uid, and notes what is written there.
-    struct Record : MementoWriteDouble
+    /// Grants element 7 of one uid.
+    struct Parent : MementoWriteDouble
     {
-        Record(const cls_Uid& uid, cow_String& target) : expected(uid), written(target) {}
+        Parent(const cls_Uid& uid, Record& target) : expected(uid), written(target) {}
         cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid& uid) override
         {
-            return element == 7 && uid == expected ? new Record(uid, written) : nullptr;
-        }
-        void WriteString(const cls_FieldHandle& field, cow_String value) override
-        {
-            written = field.FieldName() + "=" + value;
+            return element == 7 && uid == expected ? new MementoWriteDouble(&written) : nullptr;
         }
         cls_Uid expected;
-        cow_String& written;
+        Record& written;
     };
     const omu_PrimBool<2> constant(false);
-    cow_String written;
-    const cls_WriteVisitor parent(new Record(constant.GetUid(), written));
+    Record written;
+    const cls_WriteVisitor parent(new Parent(constant.GetUid(), written));
     constant.DBWrite(cls_WriteVisitor(parent, 8));
-    EXPECT_EQ(written, "");
+    EXPECT_TRUE(written.empty());
     constant.DBWrite(cls_WriteVisitor(parent, 7));
-    EXPECT_EQ(written, "stringValue=OFF");
+    EXPECT_EQ(std::any_cast<cow_String>(written.at("stringValue")), "OFF");
 }
 
 TEST(StoredConstant, Is_read_with_its_identity)
 {
-    cls_ReadVisitor visitor(new StoredText("OFF"));
+    const Record off = Stored("OFF"), none = Stored(""), quad = Stored("QUAD");
+    cls_ReadVisitor visitor(new MementoReadDouble(&off));
     const std::unique_ptr<omu_PrimEnum<bool, 2>> constant(
         static_cast<omu_PrimEnum<bool, 2>*>(omu_PrimEnum<bool, 2>::Ctor(visitor)));
     EXPECT_EQ(constant->GetString(), "OFF");
     EXPECT_FALSE(constant->GetValue());
     EXPECT_EQ(constant->GetUid(), visitor.GetUid());
-    EXPECT_EQ(TwoShapes(cls_ReadVisitor(new StoredText(""))).GetString(), "");
+    EXPECT_EQ(TwoShapes(cls_ReadVisitor(new MementoReadDouble(&none))).GetString(), "");
     EXPECT_EQ(TwoShapes(cls_ReadVisitor(static_cast<cls_MementoRead*>(nullptr))).GetString(), "");
-    EXPECT_THROW(TwoShapes(cls_ReadVisitor(new StoredText("QUAD"))), nex_TextException);
+    EXPECT_THROW(TwoShapes(cls_ReadVisitor(new MementoReadDouble(&quad))), nex_TextException);
 }
 
 TEST(StoredConstant, Three_classes_register_under_one_name_and_id)
@@ -274,5 +239,5 @@ TEST(ConstantData, The_table_gives_the_ids)
     EXPECT_EQ(table.AddSCD(omu_SymbolicConstantData()), first + 1);
     EXPECT_TRUE(assertions.Take().empty());
     omu_SymbolicConstantData(3);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"omu_SymbolicConstantData() _id argument must be 0\n"});
+    EXPECT_EQ(assertions.Take(), Texts{"omu_SymbolicConstantData() _id argument must be 0\n"});
 }

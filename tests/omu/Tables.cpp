@@ -1,22 +1,13 @@
-#include "../utl/StreamChecks.h"
-#include "RecordedAssertions.h"
 #include "omu_BaseTable.h"
 #include "omu_BaseVarray.h"
 #include "omu_Table.h"
 #include "omu_Varray.h"
-
-#include <cmath>
-#include <limits>
-#include <map>
-#include <memory>
-#include <random>
-#include <vector>
+#include "utl/StreamChecks.h"
 
 namespace
 {
 using Table = omu_Table<unsigned int>;
 using Varray = omu_Varray<unsigned int>;
-using Texts = std::vector<std::string>;
 
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
@@ -56,23 +47,22 @@ std::string Header(double growth, unsigned int capacity, unsigned int count)
 
 TEST(Table, Random_operations_agree_with_a_map)
 {
-    struct Row
-    {
-        const char* name;
-        unsigned int first, range, removals;
-    };
     // Keys that fill up their range, stay sparse, lie at the upper end, or thin out again.
-    for (const Row& row : {Row{"filling up", 1, 4000, 1}, Row{"sparse", 1, 4294967295U, 3},
-                           Row{"at the end", 4294967295U - 3000, 3001, 3}, Row{"thinning", 1, 100000, 5}}) {
-        SCOPED_TRACE(row.name);
+    const std::tuple<const char*, unsigned int, unsigned int, unsigned int> rows[] = {
+        {"filling up", 1, 4000, 1},
+        {"sparse", 1, 4294967295U, 3},
+        {"at the end", 4294967295U - 3000, 3001, 3},
+        {"thinning", 1, 100000, 5}};
+    for (const auto& [name, first, range, removals] : rows) {
+        SCOPED_TRACE(name);
         std::mt19937 random(4);
         Table table(3, 1.5);
         std::map<unsigned int, unsigned int> model;
         for (unsigned int step = 0; step < 6000; ++step) {
-            const unsigned int key = row.first + static_cast<unsigned int>(random()) % row.range;
+            const unsigned int key = first + static_cast<unsigned int>(random()) % range;
             const auto near = model.lower_bound(key);
             const unsigned int present = near != model.end() ? near->first : key;
-            if (random() % 16 < (step > 4000 ? 2 * row.removals : row.removals)) {
+            if (random() % 16 < (step > 4000 ? 2 * removals : removals)) {
                 ASSERT_EQ(table.Remove(present), model.erase(present) == 1);
             } else if (step % 8 == 0) {
                 ASSERT_EQ(table.Set(present, step), model.contains(present));
@@ -185,9 +175,8 @@ TEST(Table, Entries_are_given_as_arrays_of_the_callers)
     ASSERT_TRUE(table.getEntries(&count, &keys, &values));
     const std::unique_ptr<unsigned int[]> ownKeys(keys);
     const std::unique_ptr<void*[]> ownValues(values);
-    EXPECT_EQ(count, 2U);
-    EXPECT_EQ(std::pair(keys[0], values[0]), std::pair(5U, static_cast<void*>(&objects[0])));
-    EXPECT_EQ(std::pair(keys[1], values[1]), std::pair(9U, static_cast<void*>(&objects[1])));
+    EXPECT_EQ(std::vector(keys, keys + count), (std::vector{5U, 9U}));
+    EXPECT_EQ(std::vector(values, values + count), (std::vector<void*>{&objects[0], &objects[1]}));
     Varray all;
     table.getKeys(&all);
     EXPECT_EQ(std::vector(all.ConstGetAll(), all.ConstGetAll() + all.Length()), (std::vector{5U, 9U}));
@@ -203,21 +192,16 @@ TEST(Varray, Random_operations_agree_with_a_vector)
         const auto at = model.begin() + std::min<std::ptrdiff_t>(pos, std::ssize(model));
         const unsigned int value = step % 50;
         unsigned int removed = 99;
-        switch (random() % 5) {
-        case 0:
+        if (const auto what = random() % 5; what == 0) {
             ASSERT_EQ(array.Remove(pos, &removed), at != model.end());
             ASSERT_EQ(removed, at != model.end() ? *at : 99);
             model.erase(at, at + (at != model.end()));
-            break;
-        case 1:
+        } else if (what == 1) {
             ASSERT_EQ(array.Pop(), model.empty() ? 0 : model.back());
             model.resize(model.size() - !model.empty());
-            break;
-        default:
+        } else {
             ASSERT_EQ(array.Insert(pos, value), pos <= model.size());
-            if (pos <= model.size()) {
-                model.insert(at, value);
-            }
+            model.insert(at, pos <= model.size() ? 1 : 0, value);
         }
         const std::unique_ptr<unsigned int[]> all(array.GetAll());
         ASSERT_EQ(std::vector(all.get(), all.get() + array.Length()), model);
@@ -237,15 +221,9 @@ TEST(TableStream, Damage_is_refused_with_its_place)
         }
         return bytes;
     };
-    struct Row
-    {
-        const char* name;
-        std::string bytes;
-        std::string refusal;
-    };
     const std::string growth = "a growth factor that is not above 1 at offset 4";
     const std::string order = "table keys that do not ascend at offset ";
-    const Row rows[] = {
+    const std::tuple<const char*, std::string, std::string> rows[] = {
         {"fine", Header(1.5, 4294967295U, 2) + pairs({1, 5, 4294967295U, 6}), ""},
         {"slow growth", Header(1.0000001, 0, 2) + pairs({1, 5, 2, 6}), ""},
         {"growth 1", Header(1, 16, 0), growth},
@@ -255,14 +233,14 @@ TEST(TableStream, Damage_is_refused_with_its_place)
         {"key 0", Header(2, 16, 2) + pairs({0, 5, 2, 6}), order + "20"},
         {"key twice", Header(2, 16, 2) + pairs({2, 5, 2, 6}), order + "28"},
         {"descending", Header(2, 16, 2) + pairs({2, 5, 1, 6}), order + "28"}};
-    for (const Row& row : rows) {
+    for (const auto& [name, bytes, refusal] : rows) {
         Table table;
         table.Add(8, 80);
-        EXPECT_EQ(ReadFrom(row.bytes, table), row.refusal) << row.name;
-        EXPECT_EQ(table.Exists(8), !row.refusal.empty()) << row.name;
-        EXPECT_LE(table.Capacity(), 16U) << row.name;
-        for (std::size_t length = 0; length < row.bytes.size() && row.refusal.empty(); ++length) {
-            EXPECT_NE(ReadFrom(row.bytes.substr(0, length), table), "") << row.name << " cut to " << length;
+        EXPECT_EQ(ReadFrom(bytes, table), refusal) << name;
+        EXPECT_EQ(table.Exists(8), !refusal.empty()) << name;
+        EXPECT_LE(table.Capacity(), 16U) << name;
+        for (std::size_t length = 0; length < bytes.size() && refusal.empty(); ++length) {
+            EXPECT_NE(ReadFrom(bytes.substr(0, length), table), "") << name << " cut to " << length;
         }
     }
     Table table(20, 3);
@@ -279,7 +257,7 @@ TEST(TableStream, Damage_is_refused_with_its_place)
     EXPECT_NE(ReadFrom(Header(2, 16, 1000000000), array), "");
     EXPECT_EQ(array.Length(), 500U);
 
-    ReadFrom(rows[1].bytes, table);
+    ReadFrom(std::get<1>(rows[1]), table);
     EXPECT_EQ(DumpOf(table), "(omu_Table\n  1: 5\n  2: 6\n)");
     EXPECT_EQ(DumpOf(Varray()), "(omu_Varray\n)");
 }

@@ -1,21 +1,11 @@
-#include "DebugText.h"
-#include "RecordedAssertions.h"
+#include "Test.h"
 #include "omu_ArrayReal64.h"
 #include "omu_ListArrayInt.h"
 #include "omu_VaryMatrixUint32.h"
 
-#include <gtest/gtest.h>
-
-#include <map>
-#include <memory>
-#include <random>
-#include <set>
-#include <vector>
-
 namespace
 {
 using IdRun = omu_IntAndArrayInt;
-using Texts = std::vector<std::string>;
 
 omu_ListArrayInt List(std::initializer_list<IdRun> runs)
 {
@@ -119,39 +109,27 @@ TEST(RaggedMatrix, Random_operations_agree_with_vectors)
         const bool isRow = row < model.size();
         const std::size_t length = isRow ? model[row].size() : 0;
         const auto col = static_cast<unsigned int>(random() % (length + 2));
-        switch (random() % 12) {
-        case 0:
+        if (const auto what = random() % 12; what == 0) {
             ASSERT_TRUE(matrix.InsertRow(row));
-            model.insert(model.begin() + row, {{}});
-            model[row].clear();
-            break;
-        case 1:
+            model.emplace(model.begin() + row);
+        } else if (what == 1) {
             ASSERT_EQ(matrix.RemoveRow(row), isRow);
             model.erase(model.begin() + row, model.begin() + row + isRow);
-            break;
-        case 2:
-        case 3:
+        } else if (what < 4) {
             ASSERT_EQ(matrix.Remove(row, col), col < length);
             if (col < length) {
                 model[row].erase(model[row].begin() + col);
             }
-            break;
-        case 4:
+        } else if (what == 4) {
             ASSERT_EQ(matrix.Set(row, col, step), col < length);
             if (col < length) {
                 model[row][col] = step;
             }
-            break;
-        case 5:
-            ASSERT_EQ(matrix.Add(row, step), isRow);
-            if (isRow) {
-                model[row].push_back(step);
-            }
-            break;
-        default:
-            ASSERT_EQ(matrix.Insert(row, col, step), isRow && col <= length);
-            if (isRow && col <= length) {
-                model[row].insert(model[row].begin() + col, step);
+        } else {
+            const std::size_t place = what == 5 ? length : col;
+            ASSERT_EQ(what == 5 ? matrix.Add(row, step) : matrix.Insert(row, col, step), isRow && place <= length);
+            if (isRow && place <= length) {
+                model[row].insert(model[row].begin() + static_cast<std::ptrdiff_t>(place), step);
             }
         }
         ASSERT_EQ(matrix.NumRows(), model.size());

@@ -1,13 +1,5 @@
-#include "../RecordedAssertions.h"
-#include "nex_TextException.h"
-#include "omu_PrimNone.h"
-#include "omu_PrimString.h"
-#include "omu_PrimWrapper.h"
+#include "Values.h"
 #include "typ_ArchCompTable.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace
 {
@@ -112,8 +104,7 @@ TEST_F(Wrapper, Assertions_stand_for_what_must_not_be_asked)
     }
     auto orphan = std::make_unique<Mesh>(1);
     omu_PrimWrapper(Mesh::TYPE_ID + 1, orphan.get());
-    const std::vector<std::string> expected = {"Wrappers should not be compared", "Wrappers should not be visited",
-                                               "dtor != 0"};
+    const Texts expected = {"Wrappers should not be compared", "Wrappers should not be visited", "dtor != 0"};
     EXPECT_EQ(assertions.Take(), expected);
     EXPECT_THROW(delete omu_PrimWrapper(Mesh::TYPE_ID + 1, orphan.get()).Copy(), nex_TextException);
 }

@@ -1,10 +1,5 @@
+#include "Test.h"
 #include "rgx_pcre.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace
 {
@@ -29,11 +24,7 @@ Pattern Compiled(const char* pattern, int options = 0)
 
 TEST(ClassicCalls, Offsets_are_filled_to_the_last_pair_that_fits)
 {
-    const struct
-    {
-        int room, result;
-        std::vector<int> offsets;
-    } rows[] = {
+    const std::tuple<int, int, std::vector<int>> rows[] = {
         {8, 3, {1, 3, -1, -1, 1, 2, -1, -1}},
         {7, 3, {1, 3, -1, -1, 1, 2, 7, 7}},
         {4, 0, {1, 3, -1, -1, 7, 7, 7, 7}},
@@ -42,10 +33,10 @@ TEST(ClassicCalls, Offsets_are_filled_to_the_last_pair_that_fits)
     const Pattern pattern = Compiled("(X)?(B)C(Y)?", CASELESS);
     for (const bool studied : {false, true}) {
         const real_pcre_extra* const extra = studied ? rgx_pcre_study(pattern.get(), 0, nullptr) : nullptr;
-        for (const auto& row : rows) {
+        for (const auto& [room, result, promised] : rows) {
             std::vector<int> offsets(8, 7);
-            EXPECT_EQ(rgx_pcre_exec(pattern.get(), extra, "abcd", 4, 0, offsets.data(), row.room), row.result);
-            EXPECT_EQ(offsets, row.offsets) << row.room;
+            EXPECT_EQ(rgx_pcre_exec(pattern.get(), extra, "abcd", 4, 0, offsets.data(), room), result);
+            EXPECT_EQ(offsets, promised) << room;
         }
         EXPECT_EQ(rgx_pcre_exec(pattern.get(), extra, "abcd", 2, 0, nullptr, 0), -1);
         EXPECT_EQ(rgx_pcre_exec(pattern.get(), extra, "\0bc", 3, 0, nullptr, 0), 0); // zero bytes are bytes
@@ -87,16 +78,12 @@ TEST(ClassicCalls, Wrong_arguments_are_results_and_never_faults)
 
 TEST(ClassicCalls, Info_tells_groups_options_and_first_byte)
 {
-    const struct
-    {
-        const char* pattern;
-        int groups, firstByte;
-    } rows[] = {{"x(a)(b)", 2, 'x'}, {"(?m)^a", 0, -1}, {"a|b", 0, -2}};
-    for (const auto& row : rows) {
+    const std::tuple<const char*, int, int> rows[] = {{"x(a)(b)", 2, 'x'}, {"(?m)^a", 0, -1}, {"a|b", 0, -2}};
+    for (const auto& [pattern, groups, promisedByte] : rows) {
         int options = -1;
         int firstByte = 0;
-        EXPECT_EQ(rgx_pcre_info(Compiled(row.pattern, CASELESS).get(), &options, &firstByte), row.groups);
-        EXPECT_EQ(firstByte, row.firstByte) << row.pattern;
+        EXPECT_EQ(rgx_pcre_info(Compiled(pattern, CASELESS).get(), &options, &firstByte), groups);
+        EXPECT_EQ(firstByte, promisedByte) << pattern;
         EXPECT_TRUE((options & CASELESS) != 0 && rgx_pcre_info(Compiled("a").get(), nullptr, nullptr) == 0);
     }
     EXPECT_GE(std::stod(rgx_pcre_version()), 10.0);

@@ -1,42 +1,22 @@
+#include "Test.h"
 #include "thr_Module.h"
 #include "thr_ThreadSingleton.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
-
 namespace
 {
-std::vector<std::string> reports; // of one thread at a time
-
-void Record(const char* condition, const char* source, int line)
-{
-    reports.push_back(std::string(condition) + "|" + source + "|" + std::to_string(line));
-}
-
 class Singletons : public testing::Test
 {
 protected:
-    void SetUp() override
+    Singletons() { thr_initialize(m_count); }
+    ~Singletons() override
     {
-        thr_initialize(m_count);
-        reports.clear();
-        m_previous = VEXCRT::SetAssertHandler(&Record);
-    }
-    void TearDown() override
-    {
-        VEXCRT::SetAssertHandler(m_previous);
         thr_finalize(m_count);
         EXPECT_EQ(m_count, 0);
+        EXPECT_EQ(m_reports.Take(), Texts());
     }
 
+    RecordedAssertions m_reports; // of one thread at a time
     int m_count = 0;
-    VEXCRT::AssertHandler m_previous = nullptr;
 };
 
 bool isConstructorFailing = false;
@@ -122,7 +102,6 @@ TEST_F(Singletons, A_process_instance_is_made_anew_after_it_went_or_its_construc
         omi_SingletonBase<Process>::Finalize();
         EXPECT_EQ(alive, 0);
     }
-    EXPECT_EQ(reports.size(), 0u);
 }
 
 TEST_F(Singletons, A_second_instance_is_reported_and_is_the_one_given_out)
@@ -142,9 +121,9 @@ TEST_F(Singletons, A_second_instance_is_reported_and_is_the_one_given_out)
     EXPECT_EQ(&Here<Plain>(), secondHere);
     EXPECT_EQ(Plain::Base::Finalize(), 1);
     EXPECT_EQ(Plain::refCount, 0);
-    EXPECT_EQ(reports, (std::vector<std::string>{
-                           "instance == 0|source/include/omi_SingletonBase|19",
-                           "TlsGetValue(instanceTlsIndex) == NULL|source/include/thr_ThreadSingletonBase|170"}));
+    EXPECT_EQ(m_reports.Take(), (Texts{"instance == 0", "TlsGetValue(instanceTlsIndex) == NULL"}));
+    EXPECT_EQ(m_reports.Places(),
+              (Texts{"source/include/omi_SingletonBase 19", "source/include/thr_ThreadSingletonBase 170"}));
 }
 
 TEST_F(Singletons, Threads_have_their_own_instances_and_share_one_index)
@@ -181,12 +160,12 @@ TEST_F(Singletons, What_a_destruction_makes_anew_is_destroyed_too)
 {
     Uids::onDestruction = [] { Here<Formats>(); };
     EXPECT_EQ(DestroyedBy([] { Here<Uids>(), Here<Formats>(); }), "dad");
-    EXPECT_EQ(reports.size(), 0u);
 
-    Formats::onDestruction = [] { reports.empty() ? void(Here<Uids>()) : void(); };
+    static const Texts& places = m_reports.Places();
+    Formats::onDestruction = [] { places.empty() ? void(Here<Uids>()) : void(); };
     DestroyedBy([] { Here<Uids>(), Here<Formats>(); });
     Uids::onDestruction = Formats::onDestruction = nullptr;
-    EXPECT_EQ(reports.size(), 1u) << "instances that make each other without end are an error";
+    EXPECT_EQ(m_reports.Take().size(), 1u) << "instances that make each other without end are an error";
     EXPECT_EQ(Uids::refCount + Formats::refCount, 0) << "once it is reported, the rest goes too";
 }
 
@@ -218,10 +197,11 @@ TEST_F(Singletons, Without_a_free_slot_an_instance_works_but_is_reported)
     for (const std::uint32_t index : indexes) {
         VEXCRT::TlsFree(index);
     }
+    Texts reports = m_reports.Take();
     ASSERT_EQ(reports.size(), 2u);
     EXPECT_EQ(reports[0].substr(0, 34), "TlsSetValue(instanceTlsIndex, this");
-    EXPECT_EQ(reports[1],
-              "instance == thr_ThreadSingletonBase<Class>::Instance()|source/include/thr_ThreadSingleton|26");
+    EXPECT_EQ(reports[1], "instance == thr_ThreadSingletonBase<Class>::Instance()");
+    EXPECT_EQ(m_reports.Places()[1], "source/include/thr_ThreadSingleton 26");
     EXPECT_EQ(&Here<Plain>(), &Here<Plain>());
 }
 
@@ -259,7 +239,6 @@ TEST_F(Singletons, Threads_that_start_and_end_at_once_do_not_disturb_each_other)
         first.join();
         second.join();
     }
-    EXPECT_EQ(reports.size(), 0u);
 }
 
 TEST(SingletonsDeathTest, The_end_of_the_process_may_still_use_them)

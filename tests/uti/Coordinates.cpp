@@ -1,22 +1,14 @@
 #include "uti_CoordCont3D.h"
 
-#include "../RecordedAssertions.h"
-#include "../cls/MementoDouble.h"
 #include "bio_Ifilter.h"
 #include "bio_Ofilter.h"
+#include "cls/MementoDouble.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_ReadVisitor.h"
 #include "cls_WriteVisitor.h"
 #include "nex_TextException.h"
 #include "uti_Module.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <random>
-#include <sstream>
-#include <string>
-#include <vector>
+#include "utl/StreamChecks.h"
 
 namespace
 {
@@ -52,48 +44,22 @@ TEST(Coordinates, Arrays_are_taken_over_and_pairs_get_a_zero)
 
 TEST(Coordinates, The_form_changes_when_the_array_is_outgrown)
 {
-    struct
-    {
-        const char* name;
-        void (*action)(uti_CoordCont3D&);
-        int length;
-        bool isFixed;
-    } const rows[] = {
-        {"append", [](uti_CoordCont3D& c) { c.Append(1, 2); }, 11, false},
-        {"grow a little",
-         [](uti_CoordCont3D& c) {
-             EXPECT_TRUE(c.Grow(50));
-             c.Remove(0);
-             c.Append(0.0f, 0.0f);
-         },
+    const std::tuple<const char*, bool (*)(uti_CoordCont3D&), int, bool> rows[] = {
+        {"append", [](uti_CoordCont3D& c) { return c.Append(1, 2), true; }, 11, false},
+        {"grow a little", [](uti_CoordCont3D& c) { return c.Grow(50) && c.Remove(0) && (c.Append(0.0f, 0.0f), true); },
          50, true},
-        {"grow much", [](uti_CoordCont3D& c) { EXPECT_TRUE(c.Grow(100)); }, 100, false},
-        {"shrink", [](uti_CoordCont3D& c) { EXPECT_TRUE(c.Grow(3)); }, 3, true},
-        {"grow from nothing",
-         [](uti_CoordCont3D& c) {
-             c.ClearAll();
-             EXPECT_TRUE(c.Grow(150));
-         },
-         150, true},
-        {"set behind", [](uti_CoordCont3D& c) { EXPECT_TRUE(c.SetCoord(10, 1, 2, 3)); }, 11, true},
-        {"and back",
-         [](uti_CoordCont3D& c) {
-             c.Append(1, 2);
-             c.GetCArray();
-         },
-         11, true},
-        {"no memory",
-         [](uti_CoordCont3D& c) {
-             EXPECT_FALSE(c.Grow(0x7FFFFFFF));
-             EXPECT_FALSE(c.Grow(-1));
-         },
-         10, true},
+        {"grow much", [](uti_CoordCont3D& c) { return c.Grow(100); }, 100, false},
+        {"shrink", [](uti_CoordCont3D& c) { return c.Grow(3); }, 3, true},
+        {"grow from nothing", [](uti_CoordCont3D& c) { return c.ClearAll(), c.Grow(150); }, 150, true},
+        {"set behind", [](uti_CoordCont3D& c) { return c.SetCoord(10, 1, 2, 3); }, 11, true},
+        {"and back", [](uti_CoordCont3D& c) { return c.Append(1, 2), c.GetCArray() != nullptr; }, 11, true},
+        {"no memory", [](uti_CoordCont3D& c) { return !c.Grow(0x7FFFFFFF) && !c.Grow(-1); }, 10, true},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, action, length, isFixed] : rows) {
         uti_CoordCont3D container = Fixed(10);
-        row.action(container);
-        EXPECT_EQ(container.Length(), row.length) << row.name;
-        EXPECT_EQ(container.IsFixed(), row.isFixed) << row.name;
+        EXPECT_TRUE(action(container)) << name;
+        EXPECT_EQ(container.Length(), length) << name;
+        EXPECT_EQ(container.IsFixed(), isFixed) << name;
     }
 }
 
@@ -110,55 +76,39 @@ TEST(Coordinates, Random_operations_agree_with_a_vector_in_either_form)
         const std::array<float, 3> point{x, x + 1, 0};
         const float flat[] = {x, x + 1, x, x + 1};
         const int pair[] = {index, index / 2, index};
-        switch (below(9)) {
-        case 0:
+        if (const int what = below(9); what == 0) {
             container.Append(x, x + 1);
             model.push_back(point);
-            break;
-        case 1:
+        } else if (what == 1) {
             container.Append(flat, 4, 2);
             model.insert(model.end(), {point, point});
-            break;
-        case 2:
+        } else if (what == 2) {
             EXPECT_TRUE(container.SetCoord(index, x, x + 1, 0));
             model.resize(std::max(model.size(), static_cast<std::size_t>(index) + 1));
             model[static_cast<std::size_t>(index)] = point;
-            break;
-        case 3:
+        } else if (what == 3) {
             EXPECT_EQ(container.Remove(index), isPoint);
-            if (isPoint) {
-                model.erase(model.begin() + index);
-            }
-            break;
-        case 4:
+            model.erase(model.begin() + index, model.begin() + index + isPoint);
+        } else if (what == 4) {
             EXPECT_EQ(container.Remove(pair, 3), isPoint);
-            if (isPoint) {
-                model.erase(model.begin() + index);
-                model.erase(model.begin() + index / 2, model.begin() + index / 2 + (index / 2 != index));
-            }
-            break;
-        case 5: {
+            model.erase(model.begin() + index, model.begin() + index + isPoint);
+            model.erase(model.begin() + index / 2, model.begin() + index / 2 + (isPoint && index / 2 != index));
+        } else if (what == 5) {
             const int length = container.Length() + below(9) - 5;
             EXPECT_EQ(container.Grow(length), length >= 0);
             model.resize(length >= 0 ? static_cast<std::size_t>(length) : model.size());
-            break;
-        }
-        case 6:
+        } else if (what == 6) {
             EXPECT_EQ(container.GetCArray() == nullptr, container.Length() == 0 && !container.IsFixed());
-            break;
-        case 7:
-            if (model.size() < 200) {
-                container.Append(container);
-                const Points twice = model;
-                model.insert(model.end(), twice.begin(), twice.end());
-            }
-            break;
-        default:
+        } else if (what == 7 && model.size() < 200) {
+            container.Append(container);
+            const Points twice = model;
+            model.insert(model.end(), twice.begin(), twice.end());
+        } else {
             container = uti_CoordCont3D(container);
         }
         if (isPoint && index < container.Length()) {
-            EXPECT_EQ(container[index], uti_Coord3D(model[static_cast<std::size_t>(index)][0],
-                                                    model[static_cast<std::size_t>(index)][1], 0));
+            const auto& [modelX, modelY, zero] = model[static_cast<std::size_t>(index)];
+            EXPECT_EQ(container[index], uti_Coord3D(modelX, modelY, zero));
         }
         ASSERT_EQ(Read(container), model) << "round " << round;
     }
@@ -175,8 +125,7 @@ TEST(Coordinates, Misuse_is_an_assertion)
     EXPECT_EQ(container.Length(), 2);
     container.SetCArray(new float[1], 0, 3);
     EXPECT_EQ(container.Length(), 0);
-    EXPECT_EQ(assertions.Take(),
-              (std::vector<std::string>{"! (arrayLength % 2)", "! (arrayLength % dim)", "realArray != 0", "0",
+    EXPECT_EQ(assertions.Take(), (Texts{"! (arrayLength % 2)", "! (arrayLength % dim)", "realArray != 0", "0",
                                         "index < numCoord", "arrayLength > 0"}));
 }
 
@@ -202,25 +151,22 @@ TEST(Coordinates, Streams_and_dumps_hold_the_points_of_either_form)
     const char* const dumps[] = {"Fixed array:\n0 1 2\n3 4 5\n", "Mutated array:\n0 1 2\n3 4 5\n6 7 8\n",
                                  "uti_CoordCont3D is empty\n"};
     for (int i = 0; i < 3; ++i) {
-        bio_Ofilter out;
-        out << &containers[i] << uti_Coord3D(1, 2, 3);
-        bio_Ifilter in(out.Data(), out.Size());
+        const std::string bytes = BytesOf(&containers[i]);
         uti_CoordCont3D* read = nullptr;
-        uti_Coord3D point;
-        in >> read >> point;
-        EXPECT_TRUE(*read == containers[i]);
-        EXPECT_TRUE(read->IsA(uti_CoordCont3D::TypeId()));
-        EXPECT_EQ(point, uti_Coord3D(1, 2, 3));
+        EXPECT_EQ(ReadFrom(bytes, read), "");
+        EXPECT_TRUE(*read == containers[i] && read->IsA(uti_CoordCont3D::TypeId()));
         delete read;
         std::ostringstream text;
         pnt_PrettyPrint print(text);
         uti_CoordCont3D::PrintData(print, &containers[i]);
         EXPECT_EQ(text.str(), dumps[i]);
-        for (std::size_t size = 0; size + 16 < out.Size(); ++size) {
-            bio_Ifilter truncated(out.Data(), size);
-            EXPECT_THROW(truncated >> read, nex_TextException) << size;
+        for (std::size_t size = 0; size < bytes.size(); ++size) {
+            EXPECT_NE(ReadFrom(bytes.substr(0, size), read), "") << size;
         }
     }
+    uti_Coord3D point;
+    EXPECT_EQ(ReadFrom(BytesOf(uti_Coord3D(1, 2, 3)), point), "");
+    EXPECT_EQ(point, uti_Coord3D(1, 2, 3));
     bio_Ofilter odd;
     odd << cow_1DArray<float>(4);
     bio_Ifilter in(odd.Data(), odd.Size());
@@ -229,57 +175,6 @@ TEST(Coordinates, Streams_and_dumps_hold_the_points_of_either_form)
     EXPECT_EQ(container.Length(), 1);
     uti_finalize(users);
 }
-
-/// What a record holds, to write to and to read from.
-struct Record
-{
-    int count = 0;
-    cow_2DArray<float> matrix;
-    cow_1DArray<float> array;
-};
-
-class Writer : public MementoWriteDouble
-{
-public:
-    explicit Writer(Record& record) : m_record(record) {}
-    void WriteInt(const cls_FieldHandle& field, int value) override
-    {
-        EXPECT_EQ(field.FieldName(), "numCoord");
-        m_record.count = value;
-    }
-    void WriteFloatMatrix(const cls_FieldHandle& field, const cow_2DArray<float>& value) override
-    {
-        EXPECT_EQ(field.FieldName(), "tempCoord");
-        m_record.matrix = value;
-    }
-    void WriteFloatArray(const cls_FieldHandle& field, const cow_1DArray<float>& value) override
-    {
-        EXPECT_EQ(field.FieldName(), "c");
-        m_record.array = value;
-    }
-
-private:
-    Record& m_record;
-};
-
-class Reader : public MementoReadDouble
-{
-public:
-    explicit Reader(const Record& record) : m_record(record) {}
-    cow_String DbId() override { return "r"; }
-    int ReadInt(const cls_FieldHandle&, int) override { return m_record.count; }
-    cow_2DArray<float> ReadFloatMatrix(const cls_FieldHandle&, const cow_2DArray<float>&) override
-    {
-        return m_record.matrix;
-    }
-    cow_1DArray<float> ReadFloatArray(const cls_FieldHandle&, const cow_1DArray<float>&) override
-    {
-        return m_record.array;
-    }
-
-private:
-    const Record& m_record;
-};
 
 TEST(Coordinates, Are_stored_by_their_metadata)
 {
@@ -292,15 +187,17 @@ TEST(Coordinates, Are_stored_by_their_metadata)
     uti_CoordCont3D container = Fixed(2);
     container.Append(6, 7, 8);
     Record record;
-    container.DBWrite(cls_WriteVisitor(new Writer(record)));
-    uti_Coord3D(1, 2, 3).DBWrite(cls_WriteVisitor(new Writer(record)));
-    cls_ReadVisitor visitor(new Reader(record));
+    container.DBWrite(cls_WriteVisitor(new MementoWriteDouble(&record)));
+    uti_Coord3D(1, 2, 3).DBWrite(cls_WriteVisitor(new MementoWriteDouble(&record)));
+    EXPECT_EQ(std::any_cast<cow_1DArray<float>>(record.at("c")), (cow_1DArray<float>{1, 2, 3}));
+    EXPECT_EQ(std::any_cast<cow_2DArray<float>>(record.at("tempCoord"))(2, 1), 7);
+    cls_ReadVisitor visitor(new MementoReadDouble(&record));
     const std::unique_ptr<uti_CoordCont3D> read(static_cast<uti_CoordCont3D*>(metadata.Ctor()(visitor)));
     EXPECT_TRUE(*read == container);
     EXPECT_EQ(read->Uid(), visitor.GetUid());
     EXPECT_EQ(uti_Coord3D(visitor), uti_Coord3D(1, 2, 3));
-    record.count = 4;
-    record.array.Append(0.0f);
+    record["numCoord"] = 4;
+    record["c"] = cow_1DArray<float>(4);
     EXPECT_THROW(uti_CoordCont3D damaged(visitor), nex_TextException);
     EXPECT_THROW(uti_Coord3D damaged(visitor), nex_TextException);
     EXPECT_EQ(uti_CoordCont3D(cls_ReadVisitor(nullptr)).Length(), 0);

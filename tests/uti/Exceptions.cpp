@@ -7,11 +7,12 @@
 #include "uti_NotOnPathException.h"
 #include "uti_SystemException.h"
 #include "uti_XypException.h"
+#include "utl/StreamChecks.h"
 #include "utl_Module.h"
 
 #include <cerrno>
 
-TEST(UtilityExceptions, Texts)
+TEST(UtilityExceptions, Texts_and_labels)
 {
     EXPECT_EQ(uti_SystemException("CreateProcess", 2).AsString(), "IOError: : No such file or directory");
     EXPECT_EQ(uti_SystemException("open", EACCES, "a.txt").AsString(), "IOError: a.txt: Permission denied");
@@ -20,10 +21,7 @@ TEST(UtilityExceptions, Texts)
     EXPECT_EQ(uti_XypException(uti_XYP_NO_DATA, "derivative").JournalMessage(), "derivative: X-Y data is empty");
     EXPECT_EQ(uti_XypException(uti_XYP_NO_DATA, "").AsString(), "X-Y data is empty");
     EXPECT_EQ(uti_XypException().PythonType(), "XypError");
-}
 
-TEST(UtilityExceptions, A_reason_is_told_by_its_label)
-{
     EXPECT_EQ(uti_CmdFailedException(uti_CmdFailed).AsString(), "uti_CmdFailed");
     EXPECT_EQ(uti_CmdFailedException(uti_CmdFailedExceptionEnm{1}).AsString(), "");
     EXPECT_EQ(uti_InterruptedException(uti_Signal).AsString(), "uti_Signal");
@@ -63,24 +61,16 @@ TEST(UtilityModule, Start_up_is_counted_and_exceptions_pass_through_the_type_tab
     uti_initialize(users);
     EXPECT_EQ(users, 6);
 
-    struct
-    {
-        std::uint32_t id, parent;
-        const char* name;
-    } const rows[] = {
-        {uti_SystemException::TypeId(), nex_Exception::TypeId(), "uti_SystemException"},
-        {uti_NotOnPathException::TypeId(), nex_TextException::TypeId(), "uti_NotOnPathException"},
-        {uti_NotExecutableException::TypeId(), nex_TextException::TypeId(), "uti_NotExecutableException"},
-        {uti_CmdFailedException::TypeId(), nex_Exception::TypeId(), "uti_CmdFailedException"},
-        {uti_InterruptedException::TypeId(), nex_Exception::TypeId(), "uti_InterruptedException"},
-        {uti_XypException::TypeId(), nex_CommandException::TypeId(), "uti_XypException"},
-    };
+    const std::pair<const char*, std::uint32_t> rows[] = {
+        {"uti_SystemException", 0x1F0001},        {"uti_NotOnPathException", 0x1F0002},
+        {"uti_NotExecutableException", 0x1F0002}, {"uti_CmdFailedException", 0x1F0001},
+        {"uti_InterruptedException", 0x1F0001},   {"uti_XypException", 0x1F0003}};
     std::uint32_t id = 0x20000;
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.id, ++id) << row.name;
-        EXPECT_EQ(typ_ArchCompTable::GetName(id), row.name);
-        EXPECT_EQ(typ_ArchCompTable::Find(id)->parent, row.parent) << row.name;
+    for (const auto& [name, parent] : rows) {
+        EXPECT_EQ(typ_ArchCompTable::GetName(++id), name);
+        EXPECT_EQ(typ_ArchCompTable::Find(id)->parent, parent) << name;
     }
+    EXPECT_EQ(uti_XypException().DynTypeId(), id);
 
     for (const int expected : {6, 5, 5}) { // the last is one too many
         uti_finalize(users);
@@ -89,20 +79,15 @@ TEST(UtilityModule, Start_up_is_counted_and_exceptions_pass_through_the_type_tab
     uti_initialize(users);
     EXPECT_EQ(users, 6) << "a start after one stop too many";
 
-    bio_Ofilter out;
-    const uti_NotOnPathException notOnPath("tool");
-    out << notOnPath << &notOnPath << uti_XypException(uti_XYP_FAILED, "f");
-
-    bio_Ifilter in(out.Data(), out.Size());
-    uti_NotOnPathException object;
     nex_TextException* pointer = nullptr;
-    uti_XypException other;
-    in >> object >> pointer >> other;
-    EXPECT_EQ(object.AsString(), "tool not found in PATH.");
+    const uti_NotOnPathException notOnPath("tool");
+    EXPECT_EQ(ReadFrom(BytesOf(&notOnPath), pointer), "");
+    const std::unique_ptr<nex_TextException> owner(pointer);
     EXPECT_EQ(pointer->AsString(), "tool not found in PATH.");
     EXPECT_EQ(pointer->DynTypeId(), nex_TextException::TypeId());
+    uti_XypException other;
+    EXPECT_EQ(ReadFrom(BytesOf(uti_XypException(uti_XYP_FAILED, "f")), other), "");
     EXPECT_EQ(other.Function(), "f");
-    delete pointer;
     uti_finalize(users);
     utl_finalize(utlUsers);
 }

@@ -1,16 +1,9 @@
-#include "../ScratchFolder.h"
 #include "uti_FileUtils.h"
 
+#include "Test.h"
 #include "uti_SystemException.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <tuple>
 
 namespace fs = std::filesystem;
 

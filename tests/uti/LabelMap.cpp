@@ -1,12 +1,7 @@
 #include "uti_LabelMap.h"
 
-#include "../RecordedAssertions.h"
+#include "Test.h"
 #include "uti_ResourceManager.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 namespace
 {
@@ -75,14 +70,14 @@ TEST(LabelMap, An_absent_key_has_null_texts_and_an_absent_text_is_an_assertion)
     EXPECT_EQ(Fruits::ResourceName(UNLISTED), nullptr);
     EXPECT_EQ(NoFruits::LabelString(static_cast<Fruit>(0)), "") << "the closing entry is no entry";
     EXPECT_EQ(NoFruits::LabelStrings().Length(), 0);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>());
+    EXPECT_EQ(assertions.Take(), Texts());
 
     EXPECT_EQ(Fruits::LabelKey("Apple"), Fruits::NO_KEY);
     EXPECT_EQ(Fruits::DefaultLabelKey("app"), Fruits::NO_KEY);
     EXPECT_EQ(Fruits::ResourceKey("apple"), Fruits::NO_KEY);
     const std::string label = "Unable to find key given label string";
     const std::string resource = "Unable to find key given resource string";
-    EXPECT_EQ(assertions.Take(), (std::vector<std::string>{label, label, resource}));
+    EXPECT_EQ(assertions.Take(), (Texts{label, label, resource}));
 }
 
 TEST(LabelMap, An_installed_lookup_gives_the_label_strings_only_while_it_stands)

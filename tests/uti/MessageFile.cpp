@@ -1,15 +1,9 @@
-#include "../ErrorOf.h"
-#include "../ScratchFolder.h"
 #include "uti_MessageFile.h"
 
+#include "Test.h"
 #include "uti_ResourceManager.h"
 #include "uti_SystemException.h"
 #include "uti_XypException.h"
-
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <string>
 
 namespace
 {

@@ -1,18 +1,9 @@
 #include "uti_NumFormat.h"
 
-#include "../RecordedAssertions.h"
+#include "Test.h"
 #include "uti_FormatMap.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <bit>
 #include <clocale>
-#include <cmath>
-#include <cstdio>
-#include <limits>
-#include <random>
-#include <string>
 
 namespace
 {
@@ -28,12 +19,7 @@ std::string Text(const uti_NumFormat& format, double value)
 
 TEST(NumFormat, Texts)
 {
-    const struct
-    {
-        int notation, precision;
-        double value;
-        const char* text;
-    } rows[] = {
+    const std::tuple<int, int, double, const char*> rows[] = {
         {0, 6, 100, "         100."},
         {0, 6, 1e20, "       1.E+20"},
         {0, 0, 5e-7, " 5.E-07"},
@@ -58,12 +44,11 @@ TEST(NumFormat, Texts)
         {7, 6, 1, "Format Error"},
         {-1, 6, INF, "Format Error"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Text({row.notation, row.precision}, row.value), row.text)
-            << row.notation << " " << row.precision << " " << row.value;
-        cow_String trimmed(row.text);
+    for (const auto& [notation, precision, value, text] : rows) {
+        EXPECT_EQ(Text({notation, precision}, value), text) << notation << " " << precision << " " << value;
+        cow_String trimmed(text);
         trimmed.Trim(" ");
-        EXPECT_EQ(Text({row.notation, row.precision, 0, false}, row.value), trimmed.view());
+        EXPECT_EQ(Text({notation, precision, 0, false}, value), trimmed.view());
     }
 }
 
@@ -121,7 +106,7 @@ TEST(NumFormat, What_rounds_to_zero_is_zero_and_anything_else_is_left_as_it_is)
     EXPECT_EQ(Text({0, 6, -3, false}, 1e-9), "1.E-09") << "no number of decimals";
     RecordedAssertions assertions;
     EXPECT_EQ(six.Format(1e-9f), "0.");
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"\"Precision computation not implemented for float\" == 0"});
+    EXPECT_EQ(assertions.Take(), Texts{"\"Precision computation not implemented for float\" == 0"});
 }
 
 TEST(NumFormat, Digits_are_those_that_are_shown_within_limits)

@@ -1,45 +1,32 @@
-#include "../ErrorOf.h"
-#include "../ScratchFolder.h"
 #include "uti_Redirection.h"
 
+#include "Test.h"
 #include "VEXcrt_Process.h"
 #include "uti_SystemException.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <initializer_list>
-#include <string>
 
 namespace
 {
 TEST(Redirection, What_cannot_be_meant_is_refused)
 {
-    const struct
-    {
-        std::initializer_list<const char*> arguments;
-        const char* refusal;
-    } rows[] = {
-        {{"<", "a", ">", "b", "2>>", "c"}, ""},
-        {{"<", "a", ">", "b", "2>", "c", "<"}, "Two many redirection arguments"},
-        {{"<", "a", ">"}, "Redirection arguments must be paired"},
-        {{"1>", "a"}, "Unrecognized redirector symbol"},
-        {{"<", "a", "<", "b"}, "Stream stdin has already redirected."},
-        {{">>", "a", ">&", "b"}, "Stream stdout has already redirected."},
-        {{">&", "a", "2>", "b"}, "Stream stderr has already redirected."},
-        {{"2>>", "a", ">>&", "b"}, "Stream stderr has already redirected."},
+    const std::pair<const char*, const char*> rows[] = {
+        {"< a > b 2>> c", ""},
+        {"< a > b 2> c <", "Two many redirection arguments"},
+        {"< a >", "Redirection arguments must be paired"},
+        {"1> a", "Unrecognized redirector symbol"},
+        {"< a < b", "Stream stdin has already redirected."},
+        {">> a >& b", "Stream stdout has already redirected."},
+        {">& a 2> b", "Stream stderr has already redirected."},
+        {"2>> a >>& b", "Stream stderr has already redirected."},
     };
-    for (const auto& row : rows) {
-        cow_String text;
+    for (const auto& [text, refusal] : rows) {
         cow_1DArrayList<cow_String, cow_String> arguments;
-        for (const char* argument : row.arguments) {
-            arguments.Append(argument);
-            text += cow_String(argument) + " ";
+        std::istringstream words(text);
+        for (std::string word; words >> word;) {
+            arguments.Append(cow_String(word));
         }
-        EXPECT_EQ(ErrorOf([&] { uti_Redirection from(arguments); }), row.refusal) << text;
-        if (row.arguments.size() < 7) {
-            EXPECT_EQ(ErrorOf([&] { uti_Redirection from(text); }), row.refusal) << text;
+        EXPECT_EQ(ErrorOf([&] { uti_Redirection from(arguments); }), refusal) << text;
+        if (arguments.Length() < 7) {
+            EXPECT_EQ(ErrorOf([&] { uti_Redirection from((cow_String(text))); }), refusal) << text;
         }
     }
     for (const char* text : {"> a b", "'>'", "A=1"}) {

@@ -1,15 +1,8 @@
-#include "../ScratchFolder.h"
 #include "uti_ResourceManager.h"
 
-#include "../Environment.h"
+#include "Test.h"
 #include "uti_Module.h"
 #include "uti_XypException.h"
-
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <memory>
-#include <thread>
 
 TEST(ResourceManager, A_thread_has_its_own_lookup_and_takes_it_along_when_it_ends)
 {
@@ -40,7 +33,7 @@ TEST(ResourceManager, An_installation_names_a_message_file_for_every_thread)
         std::thread([&] { there = uti_XypException(uti_XYP_NO_DATA, "").AsString(); }).join();
         return std::string((here + "|" + there).view());
     };
-    SetVariable("VEXOMU_MESSAGES", path);
+    SetVariable("VEXOMU_MESSAGES", path.c_str());
     EXPECT_EQ(shown("uti_XypException_MSGID_01 = leer"), "leer|leer");
     testing::internal::CaptureStderr();
     EXPECT_EQ(shown("\nbroken"), "leer|leer");

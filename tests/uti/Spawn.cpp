@@ -1,10 +1,7 @@
 #if !defined(_WIN32) // the children are programs of POSIX
 #include "uti_Spawn.h"
 
-#include "../Environment.h"
-#include "../ErrorOf.h"
-#include "../RecordedAssertions.h"
-#include "../ScratchFolder.h"
+#include "Test.h"
 #include "pnt_debugPrint.h"
 #include "uti_NotExecutableException.h"
 #include "uti_NotOnPathException.h"
@@ -13,15 +10,9 @@
 #include "uti_SpawnSource.h"
 #include "uti_SystemException.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <csignal>
-#include <cstdint>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -110,10 +101,10 @@ TEST_F(Spawn, A_program_is_looked_for_here_first_and_its_errors_reach_the_parent
     std::filesystem::create_directory("bin");
     Make("bin/plain", "", 0644);
     const std::string path = std::getenv("PATH");
-    SetVariable("PATH", "bin:" + path);
+    SetVariable("PATH", ("bin:" + path).c_str());
     EXPECT_EQ(ErrorOf([] { uti_Spawn::AndWait("plain"); }),
               std::filesystem::current_path().string() + "/bin/plain is not executable.");
-    SetVariable("PATH", path);
+    SetVariable("PATH", path.c_str());
     const std::pair<const char*, int> failures[] = {{"./broken", ENOEXEC}, {"/no/such/program", ENOENT}};
     for (const auto& [command, error] : failures) {
         try {
@@ -272,9 +263,9 @@ TEST_F(Spawn, Who_is_let_go_is_reaped_later)
     uti_SpawnSink child("cat");
     child.Detach();
     EXPECT_EQ(child.Reap(0), uti_Spawn::DETACHED_STATUS);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>());
+    EXPECT_EQ(assertions.Take(), Texts());
     uti_Spawn::AndExit("true");
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>{"m_isRunning == false"});
+    EXPECT_EQ(assertions.Take(), Texts{"m_isRunning == false"});
 
     mkfifo("fifo", 0600);
     uti_Spawn::Daemon(

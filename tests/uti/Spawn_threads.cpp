@@ -1,11 +1,8 @@
 #if !defined(_WIN32) // the children are programs of POSIX
+#include "Test.h"
 #include "uti_SpawnSink.h"
 
-#include <gtest/gtest.h>
-
 #include <sys/wait.h>
-#include <thread>
-#include <vector>
 
 TEST(SpawnOnThreads, No_child_holds_the_pipe_of_another)
 {

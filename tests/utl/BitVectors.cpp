@@ -1,15 +1,6 @@
 #include "Counted.h"
 #include "omi_BlkBitVect.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <iterator>
-#include <random>
-#include <set>
-#include <vector>
-
 namespace
 {
 using Model = std::set<std::uint32_t>;
@@ -97,27 +88,21 @@ TEST(BitVector, Random_operations_agree_with_a_set)
         for (int step = 0; step < 3000; ++step) {
             const std::uint32_t bit = pick(range);
             const std::uint32_t which = pick(2);
-            switch (pick(16)) {
-            case 0:
+            if (const std::uint32_t what = pick(16); what == 0) {
                 ASSERT_EQ(bits.Unset(bit), model.erase(bit) == 1);
-                break;
-            case 1:
+            } else if (what == 1) {
                 bits.And(others[which]);
                 std::erase_if(model, [&](std::uint32_t each) { return !otherModels[which].contains(each); });
-                break;
-            case 2:
+            } else if (what == 2) {
                 bits.Or(others[which]);
                 model.insert(otherModels[which].begin(), otherModels[which].end());
-                break;
-            case 3:
+            } else if (what == 3) {
                 bits.AndNot(others[which]);
                 std::erase_if(model, [&](std::uint32_t each) { return otherModels[which].contains(each); });
-                break;
-            case 4:
+            } else if (what == 4) {
                 others[which] = bits;
                 otherModels[which] = model;
-                break;
-            default:
+            } else {
                 ASSERT_EQ(bits.Set(bit), model.insert(bit).second);
             }
             CheckNeighbours(bits, model, pick(range));
@@ -173,7 +158,7 @@ TEST(BitVector, A_traversal_sees_the_bits_of_its_start)
     EXPECT_TRUE(bit.IsDone());
 }
 
-TEST(BitVector, A_stream_holds_only_the_words_in_use)
+TEST(BitVector, A_stream_holds_only_the_words_in_use_and_a_dump_shows_runs)
 {
     const omi_BlkBitVect alone = Bits({2147483647});
     EXPECT_EQ(BytesOf(alone), std::string("\1\0\0\0\xFF\xFF\x1F\0\0\x80\0\0\0\0\0\0\0\x80", 18));
@@ -182,37 +167,27 @@ TEST(BitVector, A_stream_holds_only_the_words_in_use)
     omi_BlkBitVect read = alone;
     EXPECT_EQ(ReadFrom(std::string("\1\0\0\0", 4), read), "a count larger than the rest of the stream at offset 0");
     EXPECT_TRUE(read.SharesWith(alone));
+
+    EXPECT_EQ(DumpOf(Bits({3, 7, 8, 9, 63, 64, 4294967294, 4294967295})), "3 7-9 63-64 4294967294-4294967295");
+    EXPECT_EQ(DumpOf(omi_BlkBitVect()), "");
 }
 
 TEST(BitVector, Blocks_out_of_order_or_empty_are_refused)
 {
-    struct Row
-    {
-        const char* name;
-        std::uint32_t numbers[2];
-        std::uint16_t used;
-        std::uint64_t word;
-        const char* refusal;
-    };
-    const Row rows[] = {{"ascending", {1, 2}, 1, 7, ""},
-                        {"twice", {1, 1}, 1, 7, "a damaged block of bits at offset 18"},
-                        {"descending", {2, 1}, 1, 7, "a damaged block of bits at offset 18"},
-                        {"last block", {1, 0x3FFFFF}, 1, 7, ""},
-                        {"no such block", {1, 0x400000}, 1, 7, "a damaged block of bits at offset 18"},
-                        {"no word", {1, 2}, 0, 7, "a damaged block of bits at offset 4"},
-                        {"empty word", {1, 2}, 1, 0, "a damaged block of bits at offset 4"}};
-    for (const Row& row : rows) {
+    const std::tuple<const char*, std::array<std::uint32_t, 2>, std::uint16_t, std::uint64_t, const char*> rows[] = {
+        {"ascending", {1, 2}, 1, 7, ""},
+        {"twice", {1, 1}, 1, 7, "a damaged block of bits at offset 18"},
+        {"descending", {2, 1}, 1, 7, "a damaged block of bits at offset 18"},
+        {"last block", {1, 0x3FFFFF}, 1, 7, ""},
+        {"no such block", {1, 0x400000}, 1, 7, "a damaged block of bits at offset 18"},
+        {"no word", {1, 2}, 0, 7, "a damaged block of bits at offset 4"},
+        {"empty word", {1, 2}, 1, 0, "a damaged block of bits at offset 4"}};
+    for (const auto& [name, numbers, used, word, refusal] : rows) {
         std::string bytes = BytesOf(std::uint32_t{2});
-        for (const std::uint32_t number : row.numbers) {
-            bytes += BytesOf(number) + BytesOf(row.used) + BytesOf(row.word);
+        for (const std::uint32_t number : numbers) {
+            bytes += BytesOf(number) + BytesOf(used) + BytesOf(word);
         }
         omi_BlkBitVect bits;
-        EXPECT_EQ(ReadFrom(bytes, bits), row.refusal) << row.name;
+        EXPECT_EQ(ReadFrom(bytes, bits), refusal) << name;
     }
-}
-
-TEST(BitVector, A_dump_shows_runs)
-{
-    EXPECT_EQ(DumpOf(Bits({3, 7, 8, 9, 63, 64, 4294967294, 4294967295})), "3 7-9 63-64 4294967294-4294967295");
-    EXPECT_EQ(DumpOf(omi_BlkBitVect()), "");
 }

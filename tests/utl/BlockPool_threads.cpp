@@ -1,12 +1,5 @@
+#include "Test.h"
 #include "utl_BlockPool.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstring>
-#include <random>
-#include <thread>
-#include <vector>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -83,19 +76,16 @@ TEST(BlockPool, Live_blocks_never_overlap_whichever_thread_frees_them)
 TEST(BlockPool, A_freed_block_serves_the_next_request_of_its_class_only)
 {
     SKIP_UNDER_SANITIZERS;
-    struct Row
-    {
-        std::size_t freed, requested;
-        bool isSame;
-    };
-    for (const Row row : {Row{1, 16, true}, Row{16, 17, false}, Row{17, 32, true}, Row{256, 241, true},
-                          Row{240, 241, false}, Row{256, 240, false}, Row{256, 257, false}}) {
-        std::thread([row] {
-            void* const first = utl_BlockPool::Allocate(row.freed);
-            utl_BlockPool::Free(first, row.freed);
-            void* const next = utl_BlockPool::Allocate(row.requested);
-            EXPECT_EQ(next == first, row.isSame) << row.freed << " freed, " << row.requested << " requested";
-            utl_BlockPool::Free(next, row.requested);
+    const std::tuple<std::size_t, std::size_t, bool> rows[] = {{1, 16, true},    {16, 17, false},   {17, 32, true},
+                                                               {256, 241, true}, {240, 241, false}, {256, 240, false},
+                                                               {256, 257, false}};
+    for (const auto& [freed, requested, isSame] : rows) {
+        std::thread([freed, requested, isSame] {
+            void* const first = utl_BlockPool::Allocate(freed);
+            utl_BlockPool::Free(first, freed);
+            void* const next = utl_BlockPool::Allocate(requested);
+            EXPECT_EQ(next == first, isSame) << freed << " freed, " << requested << " requested";
+            utl_BlockPool::Free(next, requested);
         }).join();
     }
 }

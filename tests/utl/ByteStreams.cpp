@@ -1,16 +1,7 @@
 #include "StreamChecks.h"
 #include "utl_FilePath.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <limits>
-#include <memory>
 #include <streambuf>
-#include <string>
 
 namespace
 {
@@ -169,30 +160,24 @@ TEST(ByteStream, Texts_longer_than_the_buffers_survive_every_way)
 
 TEST(ByteStream, A_count_is_bounded_by_what_can_follow)
 {
-    struct Row
-    {
-        const char* name;
-        std::uint32_t count;
-        std::size_t itemBytes;
-        bool fits[Source::KINDS];
-    };
-    const Row rows[] = {{"exactly the rest", 3, 4, {true, true, true}},
-                        {"one item too many", 4, 4, {false, true, false}},
-                        {"product overflows 32 bits", 0x40000001, 4, {false, true, false}},
-                        {"largest", 0x7FFFFFFF, 8, {false, true, false}},
-                        {"beyond the largest", 0x80000000, 0, {false, false, false}},
-                        {"items without bytes", 1000, 0, {true, true, true}}};
-    for (const Row& row : rows) {
+    const std::tuple<const char*, std::uint32_t, std::size_t, std::array<bool, Source::KINDS>> rows[] = {
+        {"exactly the rest", 3, 4, {true, true, true}},
+        {"one item too many", 4, 4, {false, true, false}},
+        {"product overflows 32 bits", 0x40000001, 4, {false, true, false}},
+        {"largest", 0x7FFFFFFF, 8, {false, true, false}},
+        {"beyond the largest", 0x80000000, 0, {false, false, false}},
+        {"items without bytes", 1000, 0, {true, true, true}}};
+    for (const auto& [name, given, itemBytes, fits] : rows) {
         bio_Ofilter out;
-        out << row.count << std::int64_t{0} << std::int32_t{0};
+        out << given << std::int64_t{0} << std::int32_t{0};
         for (int kind = 0; kind < Source::KINDS; ++kind) {
             Source source(kind, Bytes(out));
             std::uint32_t count = 0;
-            const std::string refusal = RefusalOf([&] { count = source.Reader().ReadCount(row.itemBytes); });
+            const std::string refusal = RefusalOf([&] { count = source.Reader().ReadCount(itemBytes); });
             EXPECT_EQ(refusal,
-                      row.fits[kind] ? "" : source.Prefix() + "a count larger than the rest of the stream at offset 0")
-                << row.name << ", kind " << kind;
-            EXPECT_LE(source.Reader().SafeReserve(row.count, 16) * 16, kind == 1 ? 65536U : 12U);
+                      fits[kind] ? "" : source.Prefix() + "a count larger than the rest of the stream at offset 0")
+                << name << ", kind " << kind;
+            EXPECT_LE(source.Reader().SafeReserve(given, 16) * 16, kind == 1 ? 65536U : 12U);
         }
     }
 }

@@ -4,13 +4,6 @@
 #include "cow_CloneCount.h"
 #include "cow_String.h"
 
-#include <gtest/gtest.h>
-
-#include <compare>
-#include <cstdint>
-#include <limits>
-#include <utility>
-
 /// An item that counts its objects and copies, throws from the copy that is due, cannot be default-constructed, and
 /// knows its own address, so that moving its bytes instead of it would show.
 class Counted

@@ -1,18 +1,10 @@
-#include "Environment.h"
+#include "Test.h"
 #include "pnt_PrettyPrint.h"
 #include "pnt_debugPrint.h"
 #include "typ_DebugFlags.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <cstdlib>
 #include <iostream>
-#include <limits>
 #include <locale>
-#include <sstream>
-#include <string>
-#include <utility>
 
 namespace
 {

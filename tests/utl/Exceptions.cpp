@@ -1,12 +1,7 @@
+#include "VirtualSlots.h"
 #include "nex_CommandException.h"
 #include "nex_TextException.h"
 #include "nex_canDynamicCast.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <cstring>
-#include <memory>
 
 namespace
 {
@@ -28,36 +23,13 @@ public:
     void Propagate() const override {}
 };
 
-/// A pointer to the member function in a slot of a class's table, slots counted from the destructor's two. The layout
-/// is that of the Itanium ABI: the offset in the table plus one, then the adjustment of `this`.
-template <class Member> Member Slot(std::ptrdiff_t slot)
-{
-    const std::ptrdiff_t layout[2] = {(slot + 2) * static_cast<std::ptrdiff_t>(sizeof(void*)) + 1, 0};
-    Member member;
-    static_assert(sizeof member == sizeof layout);
-    std::memcpy(&member, layout, sizeof member);
-    return member;
-}
 } // namespace
 
 TEST(Exception, Virtual_operations_stand_in_their_promised_slots)
 {
-    Refusal refusal;
-    try {
-        refusal.Throw("here", 3);
-    } catch (const Refusal&) {
-    }
-    using Text = cow_String (nex_CommandException::*)() const;
-    const nex_CommandException& thrown = refusal;
-    EXPECT_EQ((thrown.*Slot<Text>(0))(), "width must be positive (here, line 3)");
-    EXPECT_EQ((thrown.*Slot<Text>(1))(), "width must be positive");
-    EXPECT_EQ((thrown.*Slot<Text>(2))(), "width must be positive");
-    EXPECT_THROW((thrown.*Slot<void (nex_CommandException::*)() const>(3))(), Refusal);
-    const std::unique_ptr<nex_Exception> copy((thrown.*Slot<nex_Exception* (nex_CommandException::*)() const>(4))());
-    EXPECT_TRUE(nex_canDynamicCastPtr<Refusal>(copy.get()));
-    EXPECT_EQ((thrown.*Slot<std::uint32_t (nex_CommandException::*)() const>(5))(), nex_CommandException::TypeId());
-    EXPECT_EQ((thrown.*Slot<Text>(6))(), "width must be positive");
-    EXPECT_EQ((thrown.*Slot<Text>(7))(), "ValueError");
+    using E = nex_CommandException;
+    ExpectSlots({At(1, &E::DeveloperReport), At(2, &E::UserReport), At(3, &E::AsString), At(4, &E::Propagate),
+                 At(5, &E::Copy), At(6, &E::DynTypeId), At(7, &E::JournalMessage), At(8, &E::PythonType)});
 }
 
 TEST(Exception, What_stays_valid_until_the_text_changes)
@@ -68,6 +40,9 @@ TEST(Exception, What_stays_valid_until_the_text_changes)
     EXPECT_STREQ(before, "width must be positive");
     refusal.message = "short";
     EXPECT_STREQ(refusal.what(), "short");
+    EXPECT_THROW(refusal.Throw("here", 3), Refusal);
+    const std::unique_ptr<nex_Exception> copy(refusal.Copy());
+    EXPECT_EQ(copy->UserReport() + ": " + copy->DeveloperReport(), "short: short (here, line 3)");
     EXPECT_EQ(nex_TextException("never thrown").DeveloperReport(), "never thrown");
 }
 

@@ -1,16 +1,7 @@
-#include "../ScratchFolder.h"
-#include "Environment.h"
 #include "StreamChecks.h"
 #include "omn_FixedString.h"
 #include "utl_FilePath.h"
 #include "utl_PathFinder.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 namespace
 {
@@ -81,10 +72,14 @@ TEST(PathFinder, Files_are_found_in_the_order_of_the_list)
     for (const fs::path& file : {folder / "second" / "tool", folder / "third" / "tool", folder / "third" / "other"}) {
         std::ofstream(file) << "x";
     }
-    const std::string separator = IS_WINDOWS ? ";" : ":";
-    SetVariable("VEXUTL_TEST_PATH", (folder / "missing").string() + separator + (folder / "first").string() +
-                                        separator + (folder / "second").string() + separator +
-                                        (folder / "third").string());
+    const auto setPath = [](std::initializer_list<fs::path> entries) {
+        std::string joined;
+        for (const fs::path& entry : entries) {
+            joined += (joined.empty() ? "" : IS_WINDOWS ? ";" : ":") + entry.string();
+        }
+        SetVariable("VEXUTL_TEST_PATH", joined.c_str());
+    };
+    setPath({folder / "missing", folder / "first", folder / "second", folder / "third"});
     const auto find = [](const std::string& name, bool currentFirst = false) {
         return fs::path(utl_PathFinder::getPath(name.c_str(), "VEXUTL_TEST_PATH", currentFirst).PathName().view());
     };
@@ -99,7 +94,7 @@ TEST(PathFinder, Files_are_found_in_the_order_of_the_list)
     fs::current_path(folder / "third");
     EXPECT_EQ(find("tool", /*currentFirst=*/true), fs::path("tool"));
     EXPECT_EQ(find("tool"), folder / "second" / "tool");
-    SetVariable("VEXUTL_TEST_PATH", (folder / "first").string() + separator);
+    setPath({folder / "first", ""});
     EXPECT_EQ(find("tool"), fs::path("tool")); // the empty entry behind the separator
     fs::current_path(before);
 }

@@ -4,10 +4,6 @@
 #include "cow_CountedHld.h"
 #include "thr_RefCount.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
 namespace
 {
 using Holders = CountedTest;

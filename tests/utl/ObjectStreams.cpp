@@ -1,16 +1,8 @@
-#include "RecordedAssertions.h"
 #include "StreamChecks.h"
 #include "nex_CommandException.h"
 #include "obj_Stream.h"
 #include "typ_ArchCompTable.h"
 #include "utl_Module.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <sstream>
-#include <string>
-#include <utility>
 
 namespace
 {

@@ -1,19 +1,8 @@
 #include "Counted.h"
-#include "RecordedAssertions.h"
 #include "cow_1DArray.h"
 #include "cow_1DArrayList.h"
 #include "cow_2DArray.h"
 #include "cow_List.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <concepts>
-#include <random>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace
 {
@@ -162,7 +151,7 @@ TEST(Sequences, Indices_outside_report_and_change_nothing)
     table.Set(2, 0, 9);
     table.Set(0, 3, 9);
     table.Set(0, -1, 9);
-    EXPECT_EQ(assertions.Take(), std::vector<std::string>(9, "index >= 0 && index < length"));
+    EXPECT_EQ(assertions.Take(), Texts(9, "index >= 0 && index < length"));
     EXPECT_TRUE(list.SharesWith(copy));
     EXPECT_EQ(table, cow_2DArray<int>(2, 3));
 }
@@ -222,7 +211,7 @@ TEST(Sequences, Tables_keep_their_shape)
     EXPECT_EQ(table.Rows(), 0); // NOLINT: a moved-from table is an empty one
 }
 
-TEST(Sequences, Streams_keep_all_and_refuse_damage)
+TEST(Sequences, Streams_and_dumps_keep_all_and_damage_costs_no_memory)
 {
     ExpectStreamed(cow_List<cow_String>{"", "a", "a text that is too long to live in the object"});
     ExpectStreamed(cow_1DArray<double>{1.5, -0.0, 1e300});
@@ -241,19 +230,13 @@ TEST(Sequences, Streams_keep_all_and_refuse_damage)
     cow_2DArray<char> huge;
     EXPECT_EQ(ReadFrom(std::string("\0\0\1\0\0\x80\0\0", 8), huge),
               "rows and columns of more items than can be counted at offset 0");
-}
 
-TEST(Sequences, A_count_that_nothing_can_check_costs_no_memory)
-{
     std::stringbuf source(std::string("\xFF\xFF\xFF\x7F", 4) + std::string(100, '\1'));
     bio_Ifilter in(source);
     cow_1DArray<double> array;
     EXPECT_THROW(in >> array, nex_TextException);
     EXPECT_LT(array.Capacity(), 100000);
-}
 
-TEST(Sequences, Dumps_show_one_item_per_line)
-{
     EXPECT_EQ(DumpOf(cow_List<cow_String>{"a", "b"}), "(cow_List\n  a\n  b\n)");
     EXPECT_EQ(DumpOf(cow_1DArray<cow_1DArrayList<int>>{{1, 2}, {}}),
               "(cow_1DArray\n  (cow_1DArrayList\n    1\n    2\n  )\n  (cow_1DArrayList\n  )\n)");

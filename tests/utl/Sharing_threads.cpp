@@ -1,12 +1,8 @@
+#include "Test.h"
 #include "cow_COW.h"
 #include "cow_List.h"
 #include "cow_Map.h"
 #include "cow_String.h"
-
-#include <gtest/gtest.h>
-
-#include <thread>
-#include <vector>
 
 TEST(Sharing, Copies_on_several_threads_are_read_and_written_apart)
 {

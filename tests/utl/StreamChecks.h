@@ -1,15 +1,10 @@
 #pragma once
 
-#include "ErrorOf.h"
+#include "Test.h"
 #include "bio_Ifilter.h"
 #include "bio_Ofilter.h"
 #include "nex_TextException.h"
 #include "pnt_PrettyPrint.h"
-
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <string>
 
 /// The bytes `value` is streamed as.
 template <class T> std::string BytesOf(const T& value)

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <limits>
 #include <sqlite3.h>
-#define XXH_INLINE_ALL
 #include <xxhash.h>
 
 namespace

@@ -1,16 +1,28 @@
 #pragma once
 
-#include "../utl/StreamChecks.h"
+// Every class of value, with short ways to make, show and stream values.
+
+#include "nex_TextException.h"
+#include "omi_complex.h"
+#include "omu_Arguments.h"
 #include "omu_InterfaceObj.h"
+#include "omu_ObjectRef.h"
+#include "omu_PrimArray.h"
+#include "omu_PrimBool.h"
+#include "omu_PrimComplex.h"
+#include "omu_PrimDictionary.h"
+#include "omu_PrimExpr.h"
 #include "omu_PrimList.h"
+#include "omu_PrimNone.h"
 #include "omu_PrimNumber.h"
+#include "omu_PrimPath.h"
 #include "omu_PrimString.h"
-
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <memory>
-#include <string>
+#include "omu_PrimTuple.h"
+#include "omu_PrimType.h"
+#include "omu_PrimWrapper.h"
+#include "omu_TextRepr.h"
+#include "utl/StreamChecks.h"
+#include "utl_FilePath.h"
 
 /// A value of any class for the sequences below: numbers, texts, or a value to take over.
 struct Item
