@@ -75,6 +75,19 @@ class Kernel
 public:
     static void Write()
     {
+        std::vector<double> values(64 * BLOCK);
+        Write([&values](cls_ArrayPrim<double>& array) {
+            for (int first = 0; first < COUNT; first += static_cast<int>(values.size())) {
+                const int count = std::min(static_cast<int>(values.size()), COUNT - first);
+                for (int at = 0; at < count; at += BLOCK) {
+                    Fill(first + at, values.data() + at);
+                }
+                array.AppendBlock(values.data(), count);
+            }
+        });
+    }
+    template <class F> static void Write(F append)
+    {
         sql_Store store = sql_Store::Create(Fresh("kernel"), Registrar());
         cls_ArrayPrim<double> array;
         const cls_Uid box = cls_Uid::AllocateUid();
@@ -83,9 +96,7 @@ public:
                 array.DBWrite(cls_WriteVisitor(visitor, cls_FieldHandle("array"), nullptr));
             }
         });
-        for (int i = 0; i < COUNT; ++i) {
-            array.Append(i);
-        }
+        append(array);
         store.Commit();
     }
     Kernel() : m_store(sql_Store::OpenReadOnly(FOLDER + "/kernel", Registrar()))
@@ -94,7 +105,7 @@ public:
         m_array =
             std::make_unique<cls_ArrayPrim<double>>(cls_ReadVisitor(record->MakeFieldReader(cls_FieldHandle("array"))));
     }
-    double Sum()
+    [[gnu::noinline]] double Sum()
     {
         double sum = 0;
         for (int i = 0; i < COUNT; ++i) {
@@ -115,6 +126,17 @@ private:
 
     sql_Store m_store;
     std::unique_ptr<cls_ArrayPrim<double>> m_array;
+};
+
+struct KernelOneByOne
+{
+    static void Write() { Kernel::Write(Append); }
+    [[gnu::noinline]] static void Append(cls_ArrayPrim<double>& array)
+    {
+        for (int i = 0; i < COUNT; ++i) {
+            array.Append(i);
+        }
+    }
 };
 
 class Sqlite
@@ -145,7 +167,7 @@ public:
         sqlite3_finalize(m_statement);
         sqlite3_close(m_db);
     }
-    double Sum()
+    [[gnu::noinline]] double Sum()
     {
         double sum = 0;
         for (int first = 0; first < COUNT; first += BLOCK) {
@@ -217,7 +239,7 @@ public:
         H5Dclose(m_data);
         H5Fclose(m_file);
     }
-    double Sum()
+    [[gnu::noinline]] double Sum()
     {
         double sum = 0;
         for (int first = 0; first < COUNT; first += BLOCK) {
@@ -272,7 +294,7 @@ public:
     }
     Plain() : m_file(open((FOLDER + "/plain").c_str(), O_RDONLY)) {}
     ~Plain() { close(m_file); }
-    double Sum()
+    [[gnu::noinline]] double Sum()
     {
         double sum = 0;
         for (int first = 0; first < COUNT; first += BLOCK) {
@@ -332,6 +354,7 @@ template <class Store> void store_random(benchmark::State& state)
     BENCHMARK_TEMPLATE(NAME, Sqlite)->Unit(benchmark::kMillisecond)->UseRealTime();                                    \
     BENCHMARK_TEMPLATE(NAME, Hdf5)->Unit(benchmark::kMillisecond)->UseRealTime();                                      \
     BENCHMARK_TEMPLATE(NAME, Plain)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_TEMPLATE(store_write, KernelOneByOne)->Unit(benchmark::kMillisecond)->UseRealTime();
 STORES(store_write)
 STORES(store_read)
 STORES(store_random)

@@ -78,10 +78,13 @@ GOALS = [
     ("program run, beside posix_spawn", f"Spawn/kernel/{CHILDREN}", [f"Spawn/posix_spawn/{CHILDREN}"], 1.03),
     ("program run from Python, beside subprocess.run", "python_run/kernel", ["python_run/subprocess"], 1.00),
     ("file of 1 GB copied, beside cp", f"Copy/kernel/{COPIES}", [f"Copy/cp/{COPIES}"], None),
-    ("10,000,000 doubles written, beside SQLite", "store_write<Kernel>/real_time", ["store_write<Sqlite>/real_time"], 1.05),
+    ("10,000,000 doubles written in blocks, beside SQLite", "store_write<Kernel>/real_time", ["store_write<Sqlite>/real_time"], 1.05),
+    ("the same, appended one by one", "store_write<KernelOneByOne>/real_time", ["store_write<Sqlite>/real_time"], 1.05),
     ("10,000,000 doubles read in order, beside SQLite", "store_read<Kernel>/real_time", ["store_read<Sqlite>/real_time"], 1.10),
     ("10,000,000 doubles read in order, beside HDF5", "store_read<Kernel>/real_time", ["store_read<Hdf5>/real_time"], None),
     ("100,000 random doubles, beside HDF5", "store_random<Kernel>/real_time", ["store_random<Hdf5>/real_time"], 0.60),
+    ("100,000 small objects saved, beside SQLite", "objects_save<Kernel>/real_time", ["objects_save<Sqlite>/real_time"], None),
+    ("100,000 small objects loaded, beside SQLite", "objects_load<Kernel>/real_time", ["objects_load<Sqlite>/real_time"], None),
     ("100,000 random doubles, beside plain reads", "store_random<Kernel>/real_time", ["store_random<Plain>/real_time"], None),
 ]
 

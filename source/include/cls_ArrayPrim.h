@@ -4,8 +4,8 @@
 #include "cls_AgentListPrim.h"
 #include "cls_PC.h"
 #include "cls_Uid.h"
+#include "cow_1DArray.h"
 #include "cow_CountedHld.h"
-#include "cow_Map.h"
 #include "cow_String.h"
 
 #include <concepts>
@@ -52,8 +52,8 @@ static_assert(sizeof(cls_ArrayPrimBuffer<int>) == 8196);
 ///             list, which keeps what was flushed last. The last copy to go deletes the agent, unless that is owned
 ///             elsewhere.
 /// Threads:    one thread at a time, for all copies together; the identity binds them to it, see cls_Uid.
-/// Complexity: ConstGet, Get, Append O(1) inside a block; a step to another one costs a look-up, with an agent the read
-///             of one block, and a write if the block before was changed. With an agent one block at most is in memory.
+/// Complexity: ConstGet, Get, Append O(1). With an agent one block at most is in memory, and a step to another one is
+///             the read of that block, and a write if the block before was changed.
 /// Errors:     nex_TextException, and what the agent throws: the array then still holds all that is not stored, and the
 ///             call may be tried again. The destructor throws nothing: a failed write is thrown by the next commit.
 /// References: what ConstGet and Get return holds until the next call on the array or a copy of it.
@@ -138,7 +138,7 @@ protected:
 private:
     using Agent = cls_AgentListPrim<T>;
     using Holder = cow_CountedHld<Buffer>;
-    using Blocks = cow_Map<int, Holder>; // by the index of the first element
+    using Blocks = cow_1DArray<Holder>; // in order, null where none was made
 
     // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read
     // and its first `writable` ones written without further ado; both count the free place behind the last element.
@@ -167,15 +167,19 @@ private:
     int CountFrom(int start) const noexcept;
     unsigned ReachFrom(int start) const noexcept;
     void SetCurrent(int start, Buffer& buffer, bool writable) const noexcept;
-    void Store(int start, Buffer& buffer) const;
-    void Evict(int keep) const;
+    Buffer* Held(int start) const noexcept;
+    Buffer* PageIn(int start, int stored) const;
+    Buffer* Make(int start) const;
+    void StoreResident() const;
     void StoreFirst(Agent& agent) const;
     void Leave() noexcept;
     void LeaveWith(Blocks& blocks, int length) noexcept;
 
     // Reading brings blocks in and takes them out, and the first writing brings the agent.
-    mutable Blocks m_blocks;          // with an agent, one at most
     mutable Agent* m_agent = nullptr; // attached
+    mutable Blocks m_blocks;          // none with an agent
+    mutable Holder m_resident;        // with an agent: the block in memory, or null
+    mutable int m_residentStart = 0;
     mutable int m_length = 0;
     cls_Uid m_uid = cls_Uid::AllocateUid();
     mutable Current m_current;

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <vector>
 
 /// Every persistent class of the program, by id, by id and version, and by name.
 ///
@@ -39,6 +41,8 @@ public:
     std::uint32_t GetClassID(const cow_String& name) const;
     /// The highest version registered for the class.
     int GetLastClassVersionNumber(std::uint32_t classId) const;
+    /// The metadata of every version of every class, in the order of ids and versions.
+    std::vector<const cls_ClassMetadata*> All() const;
 
 private:
     using Versions = std::map<int, std::unique_ptr<cls_ClassMetadata>>;

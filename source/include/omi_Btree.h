@@ -10,7 +10,8 @@
 /// Complexity: Find, Insert, Remove O(height); copy and destruction O(keys). The rule of balance is looser than that of
 ///             an AVL tree and has no proven bound. Measured for up to a million keys inserted in ascending,
 ///             descending, inward, outward and random order, or each below the deepest leaf, the height stays below
-///             1.4 log2(keys) + 1; ascending and descending keys end within 1 of log2(keys).
+///             1.4 log2(keys) + 1; ascending and descending keys end within 1 of log2(keys). Removals recompute few
+///             heights, so that later insertions balance by heights that may be too large.
 /// Errors:     std::bad_alloc, what copying a value throws: the tree is then as it was.
 /// References: values stay where they are until their key is removed.
 /// Example:    omi_Btree<cow_String, int> ages; ages.Insert("wing", 3); const int* age = ages.Find("wing");

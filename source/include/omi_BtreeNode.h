@@ -69,11 +69,12 @@ public:
     const V& Value() const noexcept { return m_value; }
     omi_BtreeNode* Left() const noexcept { return m_children[LEFT]; }
     omi_BtreeNode* Right() const noexcept { return m_children[RIGHT]; }
-    /// 0 without children, otherwise one more than the larger height of a child.
+    /// 0 without children, otherwise one more than the larger height noted of a child; a removal below may have left that
+    /// too large.
     int Height() const noexcept
     {
-        const bool isLeaf = m_children[LEFT] == nullptr && m_children[RIGHT] == nullptr;
-        return isLeaf ? 0 : 1 + std::max(m_heights[LEFT], m_heights[RIGHT]);
+        const int larger = std::max<int>(m_heights[LEFT], m_heights[RIGHT]);
+        return larger == 0 && m_children[LEFT] == nullptr && m_children[RIGHT] == nullptr ? 0 : larger + 1;
     }
 
     /// The node of `key` in this subtree, or null.
@@ -84,7 +85,11 @@ public:
     bool Remove(const K& key, omi_BtreeNode* parent) { return Remove(omi_detail::TextProbe(key), key, parent); }
     /// Rotates once when the children's heights, 0 for an absent one, differ by 2 or more; the new root of the subtree,
     /// or null when nothing changed. A zig-zag gets the same single rotation, which is promised.
-    omi_BtreeNode* Balance() noexcept;
+    omi_BtreeNode* Balance() noexcept
+    {
+        const int difference = m_heights[RIGHT] - m_heights[LEFT];
+        return difference >= 2 ? Rotate(RIGHT) : difference <= -2 ? Rotate(LEFT) : nullptr;
+    }
 
 private:
     template <class Key, class Value>
@@ -104,7 +109,7 @@ private:
     using Owner = std::unique_ptr<omi_BtreeNode, Free>;
 
     omi_BtreeNode(const omi_detail::TextProbe& probe, const K& key, const V& value)
-        : m_high(probe.High()), m_low(probe.Low()), m_key(key), m_value(value)
+        : m_high(probe.High()), m_low(probe.Low()), m_value(value), m_key(key)
     {}
 
     /// Negative, 0, positive: the probe's key is smaller, equal, larger.
@@ -121,14 +126,15 @@ private:
     bool Insert(const omi_detail::TextProbe& probe, const K& key, const V& value);
     bool Remove(const omi_detail::TextProbe& probe, const K& key, omi_BtreeNode* parent);
     void RemoveNode(omi_BtreeNode* child, omi_BtreeNode* replacement) noexcept;
-    /// Takes the smallest node out of the subtree on that side, and gives it.
-    omi_BtreeNode* TakeSmallest(Side side) noexcept;
+    /// What takes this node's place when it is removed, with its children; null when there is nothing below.
     omi_BtreeNode* Replacement() noexcept;
+    /// Takes the smallest node out of the subtree on the right, where it is not the top, and gives it.
+    omi_BtreeNode* TakeSmallest() noexcept;
 
     void SetChild(Side side, omi_BtreeNode* child) noexcept
     {
         m_children[side] = child;
-        m_heights[side] = child != nullptr ? child->Height() : 0;
+        m_heights[side] = static_cast<std::int16_t>(child != nullptr ? child->Height() : 0);
     }
     /// Balances the child and notes its height, after something changed below it.
     void Settle(Side side) noexcept
@@ -141,12 +147,13 @@ private:
     static Owner Copy(const omi_BtreeNode* node);
     static void FreeAll(omi_BtreeNode* node) noexcept;
 
+    // What a walk down the tree reads comes first, so that it is mostly one cache line of each node.
     std::uint64_t m_high; // the key's first 15 bytes, see TextProbe: most comparisons end here
     std::uint64_t m_low;
     omi_BtreeNode* m_children[2] = {nullptr, nullptr};
-    int m_heights[2] = {0, 0}; // of the children, so that an insertion reads no node beside its path
-    K m_key;
+    std::int16_t m_heights[2] = {0, 0}; // of the children, so that an insertion reads no node beside its path
     V m_value;
+    K m_key;
 };
 
 template <class K, class V>
@@ -169,19 +176,32 @@ template <class K, class V>
     requires std::same_as<K, cow_String>
 bool omi_BtreeNode<K, V>::Insert(const omi_detail::TextProbe& probe, const K& key, const V& value)
 {
-    const int order = Compare(probe);
-    if (order == 0) {
-        return false;
+    constexpr int STEPS = 32; // trees of any use are lower; what is deeper is another call's
+    omi_BtreeNode* path[STEPS];
+    Side sides[STEPS];
+    int depth = 0;
+    for (omi_BtreeNode* node = this;; node = node->m_children[sides[depth - 1]]) {
+        const int order = node->Compare(probe);
+        if (order == 0) {
+            return false;
+        }
+        const Side side = order < 0 ? LEFT : RIGHT;
+        if (node->m_children[side] == nullptr) {
+            node->m_children[side] = new omi_BtreeNode(probe, key, value);
+            break;
+        }
+        path[depth] = node;
+        sides[depth] = side;
+        if (++depth == STEPS) {
+            if (!node->m_children[side]->Insert(probe, key, value)) {
+                return false;
+            }
+            break;
+        }
     }
-    const Side side = order < 0 ? LEFT : RIGHT;
-    if (m_children[side] == nullptr) {
-        m_children[side] = new omi_BtreeNode(probe, key, value);
-        return true;
+    while (depth-- > 0) {
+        path[depth]->Settle(sides[depth]);
     }
-    if (!m_children[side]->Insert(probe, key, value)) {
-        return false;
-    }
-    Settle(side);
     return true;
 }
 
@@ -195,12 +215,22 @@ bool omi_BtreeNode<K, V>::Remove(const omi_detail::TextProbe& probe, const K& ke
         return true;
     }
     const Side side = order < 0 ? LEFT : RIGHT;
-    if (m_children[side] == nullptr || !m_children[side]->Remove(probe, key, this)) {
+    omi_BtreeNode* const child = m_children[side];
+    if (child == nullptr || !child->Remove(probe, key, this)) {
         return false;
     }
-    Settle(side);
+    if (m_children[side] == child) {
+        Settle(side);
+    } else if (omi_BtreeNode* const replacement = m_children[side]) {
+        if (omi_BtreeNode* const balanced = replacement->Balance()) {
+            SetChild(side, balanced);
+        }
+    }
     return true;
 }
+
+// A removal recomputes few heights, and leaves those between the removed node's right child and the parent of its
+// replacement as they were noted: promised, for the shape of the tree hangs on it, and it must stay.
 
 template <class K, class V>
     requires std::same_as<K, cow_String>
@@ -209,40 +239,47 @@ omi_BtreeNode<K, V>* omi_BtreeNode<K, V>::Replacement() noexcept
     if (m_children[RIGHT] == nullptr || m_children[LEFT] == nullptr) {
         return m_children[m_children[RIGHT] == nullptr ? LEFT : RIGHT];
     }
-    omi_BtreeNode* const smallest = TakeSmallest(RIGHT);
-    smallest->SetChild(RIGHT, m_children[RIGHT]);
-    smallest->SetChild(LEFT, m_children[LEFT]);
+    omi_BtreeNode* smallest = m_children[RIGHT];
+    if (smallest->m_children[LEFT] != nullptr) {
+        smallest = TakeSmallest();
+        smallest->m_children[RIGHT] = m_children[RIGHT];
+        smallest->m_heights[RIGHT] = m_heights[RIGHT];
+    }
+    smallest->m_children[LEFT] = m_children[LEFT];
+    smallest->m_heights[LEFT] = m_heights[LEFT];
     return smallest;
 }
 
 template <class K, class V>
     requires std::same_as<K, cow_String>
-omi_BtreeNode<K, V>* omi_BtreeNode<K, V>::TakeSmallest(Side side) noexcept
+omi_BtreeNode<K, V>* omi_BtreeNode<K, V>::TakeSmallest() noexcept
 {
-    omi_BtreeNode* const child = m_children[side];
-    if (child->m_children[LEFT] != nullptr) {
-        omi_BtreeNode* const smallest = child->TakeSmallest(LEFT);
-        SetChild(side, child);
-        return smallest;
+    omi_BtreeNode* above = this;
+    Side side = RIGHT;
+    omi_BtreeNode* parent = m_children[RIGHT];
+    while (parent->m_children[LEFT]->m_children[LEFT] != nullptr) {
+        above = std::exchange(parent, parent->m_children[LEFT]);
+        side = LEFT;
     }
-    SetChild(side, child->m_children[RIGHT]);
-    return child;
+    omi_BtreeNode* const smallest = parent->m_children[LEFT];
+    parent->m_children[LEFT] = smallest->m_children[RIGHT];
+    parent->m_heights[LEFT] = smallest->m_heights[RIGHT];
+    above->SetChild(side, parent);
+    return smallest;
 }
 
 template <class K, class V>
     requires std::same_as<K, cow_String>
 void omi_BtreeNode<K, V>::RemoveNode(omi_BtreeNode* child, omi_BtreeNode* replacement) noexcept
 {
-    SetChild(m_children[RIGHT] == child ? RIGHT : LEFT, replacement);
+    const Side side = m_children[RIGHT] == child ? RIGHT : LEFT;
+    if (child->m_children[LEFT] != nullptr && child->m_children[RIGHT] != nullptr) {
+        SetChild(side, replacement);
+    } else {
+        m_children[side] = replacement;
+        m_heights[side] = std::max(child->m_heights[LEFT], child->m_heights[RIGHT]); // that of an only child
+    }
     delete child;
-}
-
-template <class K, class V>
-    requires std::same_as<K, cow_String>
-omi_BtreeNode<K, V>* omi_BtreeNode<K, V>::Balance() noexcept
-{
-    const int difference = m_heights[RIGHT] - m_heights[LEFT];
-    return difference >= 2 ? Rotate(RIGHT) : difference <= -2 ? Rotate(LEFT) : nullptr;
 }
 
 template <class K, class V>

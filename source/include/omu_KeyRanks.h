@@ -2,43 +2,63 @@
 
 #include "VEXomu_export.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
-/// Tells a key's position among sorted keys in constant time: for each 64 numbers from the first key on, which of them
-/// are keys, and how many keys stand before them. Costs a quarter of a byte for each key when few numbers are left out,
-/// two bytes at one key in eight; keys that lie wider apart switch it off.
+/// Tells where a key stands among sorted keys: for each 16 numbers from the first key on, how many numbers up to there are
+/// no keys. Costs a quarter of a byte for each key when few numbers are left out, two bytes at one key in eight; keys that
+/// lie wider apart switch it off.
 ///
-/// Ownership:  owns its blocks; the keys themselves are the caller's, who reports every change.
-/// Threads:    one thread at a time; Find may run on many while nothing changes.
-/// Complexity: Find O(1); Insert at the end amortised O(1), elsewhere O(blocks behind), as Remove.
+/// Ownership:  owns its counts; the keys themselves are the caller's, who reports every change.
+/// Threads:    one thread at a time; the guesses and Around may run on many while nothing changes.
+/// Complexity: guesses and Around O(1); Insert at the end amortised O(1), elsewhere O(blocks behind), as Remove.
 /// Errors:     none: without memory it switches itself off.
 class VEXOMU_API omu_KeyRanks
 {
 public:
-    static constexpr std::uint32_t BLOCK_KEYS = 64;
+    static constexpr std::uint32_t BLOCK_KEYS = 16;
     /// Fewest keys, on average, in the numbers of eight blocks.
     static constexpr std::size_t KEYS_FOR_BLOCK = BLOCK_KEYS / 8;
 
-    bool IsOn() const noexcept { return !m_blocks.empty(); }
-
-    /// True when `key` is there; sets `position` to the number of keys below it. Only while on, and for keys from the
-    /// first to the last.
-    bool Find(std::uint32_t key, std::uint32_t* position) const noexcept
+    /// Where the keys of a block stand.
+    struct Range
     {
-        const Block& block = m_blocks[(key - m_base) / BLOCK_KEYS];
-        const std::uint64_t bit = BitOf(key);
-        *position = block.before + Population(block.keys & (bit - 1));
-        return (block.keys & bit) != 0;
+        std::uint32_t begin;
+        std::uint32_t end;
+    };
+
+    bool IsOn() const noexcept { return !m_leftOut.empty(); }
+
+    /// A number that no key is below; it changes as keys are inserted. Keys are told by their offset from it.
+    std::uint32_t Base() const noexcept { return static_cast<std::uint32_t>(m_base); }
+
+    // Only while on, and for offsets up to that of the last key:
+
+    /// Where a key would stand were the numbers that its block leaves out the lowest there: right, or one too small, where
+    /// it leaves out one. Up to BLOCK_KEYS too small, and then perhaps below 0.
+    std::ptrdiff_t LowGuess(std::uint32_t offset) const noexcept
+    {
+        return std::ptrdiff_t{offset} - std::ptrdiff_t{m_leftOut[std::size_t{offset} / BLOCK_KEYS + 1]};
+    }
+    /// Where the keys of a key's block stand.
+    Range Around(std::uint32_t offset) const noexcept
+    {
+        const std::uint32_t block = offset / BLOCK_KEYS;
+        return {block * BLOCK_KEYS - m_leftOut[block], (block + 1) * BLOCK_KEYS - m_leftOut[block + 1]};
+    }
+    /// Where a key would stand were the keys of its block, given by Around, evenly spread.
+    static std::uint32_t EvenGuess(std::uint32_t offset, Range range) noexcept
+    {
+        return range.begin + (range.end - range.begin) * (offset % BLOCK_KEYS) / BLOCK_KEYS;
     }
 
     /// Notes a key behind all others; false, and nothing done, unless it falls into the last block.
     bool Append(std::uint32_t key) noexcept
     {
-        const bool fits = IsOn() && (key - m_base) / BLOCK_KEYS + 1 == m_blocks.size();
+        const bool fits = IsOn() && BlockOf(key) + 2 == m_leftOut.size();
         if (fits) {
-            m_blocks.back().keys |= BitOf(key);
-            ++m_count;
+            --m_leftOut.back();
         }
         return fits;
     }
@@ -46,7 +66,7 @@ public:
     void Insert(std::uint32_t key, std::size_t length) noexcept;
     /// A key was removed, `length` are left.
     void Remove(std::uint32_t key, std::size_t length) noexcept;
-    void SwitchOff() noexcept;
+    void SwitchOff() noexcept { m_leftOut.clear(); }
 
     /// Starts again with the keys of all entries, which stays off unless they ascend and lie close enough.
     template <class Entry> void Build(const Entry* entries, std::size_t count)
@@ -59,32 +79,19 @@ public:
             if (!Cover(entries[i].index_, count)) {
                 return;
             }
-            m_blocks.back().keys |= BitOf(entries[i].index_);
-            ++m_count;
+            --m_leftOut.back();
         }
     }
 
 private:
-    struct Block
+    std::size_t BlockOf(std::uint32_t key) const noexcept
     {
-        std::uint64_t keys;   // bit i: number i of the block is a key
-        std::uint32_t before; // keys in all blocks before this one
-    };
-
-    static constexpr std::uint64_t BitOf(std::uint32_t key) noexcept { return std::uint64_t{1} << key % BLOCK_KEYS; }
-    /// Number of bits set; without a processor's instruction for it std::popcount is a call.
-    static constexpr std::uint32_t Population(std::uint64_t bits) noexcept
-    {
-        bits -= (bits >> 1) & 0x5555555555555555;
-        bits = (bits & 0x3333333333333333) + ((bits >> 2) & 0x3333333333333333);
-        bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F;
-        return static_cast<std::uint32_t>((bits * 0x0101010101010101) >> 56);
+        return static_cast<std::size_t>((key - m_base) / BLOCK_KEYS);
     }
-
     /// Makes the blocks reach to `key`, one of `length` keys; switches off and gives false when they are too many.
     bool Cover(std::uint32_t key, std::size_t length) noexcept;
 
-    std::vector<Block> m_blocks; // from that of m_base on, without holes; empty: off
-    std::uint32_t m_base = 0;    // a multiple of BLOCK_KEYS
-    std::uint32_t m_count = 0;   // keys in all blocks
+    // Numbers that are no keys, from m_base on, up to the start of each block and to the end of the last; empty: off.
+    std::vector<std::uint32_t> m_leftOut;
+    std::int64_t m_base = 0; // no key is below it; perhaps negative
 };

@@ -30,18 +30,13 @@ public:
 
     bool Get(unsigned int key, T* value) const
     {
-        unsigned int pos;
-        const bool found = FindKey(key, &pos);
-        if (found) {
-            *value = m_entries[pos].value;
+        const Entry* const found = FindKey(key);
+        if (found != nullptr) {
+            *value = found->value;
         }
-        return found;
+        return found != nullptr;
     }
-    bool Exists(unsigned int key) const
-    {
-        unsigned int pos;
-        return FindKey(key, &pos);
-    }
+    bool Exists(unsigned int key) const { return FindKey(key) != nullptr; }
     /// Sets key and value of the entry at `pos`; false, and nothing set, when there is none.
     bool GetEntry(unsigned int pos, unsigned int& key, T& value) const noexcept
     {
@@ -56,6 +51,7 @@ public:
 protected:
     static constexpr unsigned int DEFAULT_SIZE = 16;
     static constexpr double DEFAULT_GROWTH = 2.0;
+    static constexpr unsigned int FRONT = omu_KeyRanks::BLOCK_KEYS;
 
     omu_SortedEntries(unsigned int size, double growth) noexcept : m_initialSize(size), m_growthFactor(growth) {}
     ~omu_SortedEntries() = default;
@@ -67,29 +63,43 @@ protected:
             m_length != 0 && m_length + 1 < m_capacity && key > m_entries[m_length - 1].index_ && m_ranks.Append(key);
         if (fits) {
             m_entries[m_length++] = {key, value};
-            m_reach = key - m_firstKey + 1;
+            m_reach = key - m_base + 1;
             m_runLength += m_reach == m_length;
         }
         return fits;
     }
-    /// FindEntry where a missing key needs no position: a handful of steps while the ranks are on.
-    bool FindKey(unsigned int key, unsigned int* pos) const
+    /// The entry of `key`, or null: a handful of steps while the ranks are on. As FindEntry for key 0.
+    const Entry* FindKey(unsigned int key) const
     {
-        const unsigned int offset = key - m_firstKey;
+        const unsigned int offset = key - m_base;
         if (offset < m_runLength) {
-            *pos = offset;
-            return true;
+            return m_entries + offset;
         }
         if (offset < m_reach) {
-            return m_ranks.Find(key, pos);
+            const Entry* guess = m_entries + m_ranks.LowGuess(offset);
+            guess += guess->index_ < key; // no branch: nothing foretells where the gaps are
+            if (guess->index_ == key) [[likely]] {
+                return guess;
+            }
+        } else if (m_ranks.IsOn() && key != 0) {
+            return nullptr;
         }
-        return (key == 0 || !m_ranks.IsOn()) && FindEntry(key, pos);
+        unsigned int pos;
+        return FindEntry(key, &pos) ? m_entries + pos : nullptr;
+    }
+    /// The position of the first entry from `low` on whose key is not less, or `high`.
+    unsigned int LowerBound(unsigned int low, unsigned int high, unsigned int key) const
+    {
+        const Entry* const found =
+            std::lower_bound(m_entries + low, m_entries + high, key,
+                             [](const Entry& entry, unsigned int wanted) { return entry.index_ < wanted; });
+        return static_cast<unsigned int>(found - m_entries);
     }
     /// To be called after every change.
     void NoteReach() noexcept
     {
-        m_firstKey = m_length != 0 ? m_entries[0].index_ : 0;
-        m_reach = m_length != 0 && m_ranks.IsOn() ? m_entries[m_length - 1].index_ - m_firstKey + 1 : 0;
+        m_base = m_ranks.Base();
+        m_reach = m_length != 0 && m_ranks.IsOn() ? m_entries[m_length - 1].index_ - m_base + 1 : 0;
         m_runLength = m_reach == m_length ? m_length : 0;
     }
     /// FindEntry for first key <= key <= last key when the ranks are off.
@@ -100,13 +110,13 @@ protected:
     unsigned int m_capacity = 0;
     unsigned int m_length = 0;
     // Invariant: sorted by strictly ascending key; one entry more than the capacity is allocated, so that
-    // m_entries[m_length] can always be written to.
+    // m_entries[m_length] can always be written to, and FRONT entries with key 0 before them, where low guesses end.
     Entry* m_entries = nullptr;
     omu_KeyRanks m_ranks; // of the entries' keys, or off
     // What a look-up needs of them while the ranks are on.
-    unsigned int m_firstKey = 0;
-    unsigned int m_reach = 0;     // numbers from the first to the last key; 0 while the ranks are off
-    unsigned int m_runLength = 0; // so many keys, at least, are in sequence from the first on
+    unsigned int m_base = 0;      // no key is below it
+    unsigned int m_reach = 0;     // numbers from there to the last key; 0 while the ranks are off
+    unsigned int m_runLength = 0; // so many keys, at least, are in sequence from there on
 };
 
 template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, unsigned int* pos) const
@@ -122,7 +132,14 @@ template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, uns
         *pos = m_length;
         return false;
     }
-    return m_ranks.IsOn() ? m_ranks.Find(key, pos) : FindSparse(key, pos);
+    if (!m_ranks.IsOn()) {
+        return FindSparse(key, pos);
+    }
+    const unsigned int offset = key - m_base;
+    const omu_KeyRanks::Range range = m_ranks.Around(offset);
+    const unsigned int guess = omu_KeyRanks::EvenGuess(offset, range);
+    *pos = m_entries[guess].index_ == key ? guess : LowerBound(range.begin, range.end, key);
+    return m_entries[*pos].index_ == key;
 }
 
 template <omu_Word T> bool omu_SortedEntries<T>::FindSparse(unsigned int key, unsigned int* pos) const
@@ -141,11 +158,8 @@ template <omu_Word T> bool omu_SortedEntries<T>::FindSparse(unsigned int key, un
             low + static_cast<unsigned int>(std::uint64_t{key - lowKey} * (high - low) / (highKey - lowKey));
         (m_entries[middle].index_ < key ? low : high) = middle;
     }
-    const Entry* const found =
-        std::lower_bound(m_entries + low, m_entries + high, key,
-                         [](const Entry& entry, unsigned int wanted) { return entry.index_ < wanted; });
-    *pos = static_cast<unsigned int>(found - m_entries);
-    if (found->index_ == key) {
+    *pos = LowerBound(low, high, key);
+    if (m_entries[*pos].index_ == key) {
         return true;
     }
     const unsigned int guess = std::min(key - m_entries[0].index_, m_length - 1);

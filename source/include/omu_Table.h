@@ -75,6 +75,7 @@ private:
     friend VEXOMU_API bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table);
     friend VEXOMU_API bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table);
 
+    static bool NewEntries(Entry*& entries, unsigned int capacity) noexcept;
     bool Insert(unsigned int key, T value);
     void Swap(omu_Table& other) noexcept;
     void ShiftUp(unsigned int pos, Entry entry) noexcept;

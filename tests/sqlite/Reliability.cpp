@@ -1,5 +1,4 @@
-#include "StoreTest.h"
-#include "cls_ArrayPrim.h"
+#include "StampedModel.h"
 
 #include <csignal>
 #include <fstream>
@@ -9,54 +8,6 @@
 
 namespace
 {
-using Field = cls_FieldHandle;
-
-/// A model that changes as a whole: its array holds `stamp` throughout, and its label says the same.
-struct Model
-{
-    static constexpr int LENGTH = 5000;
-
-    explicit Model(int stamp) : part(std::to_string(stamp)) { Fill(stamp); }
-    explicit Model(const cls_ReadVisitor& visitor)
-        : uid(visitor.GetUid()), part(cls_ReadVisitor(visitor, Field("part"))),
-          array(cls_ReadVisitor(visitor, Field("array")))
-    {}
-    void Fill(int stamp)
-    {
-        part.label = std::to_string(stamp).c_str();
-        for (int i = array.Size(); i < LENGTH; ++i) {
-            array.Append(stamp);
-        }
-        for (int i = 0; i < LENGTH; ++i) {
-            array.Get(i) = stamp;
-        }
-    }
-    void Save(sql_Store& store, std::uint32_t classId) const
-    {
-        store.WriteRoot("model", [&](const cls_WriteVisitor& visitor) {
-            if (visitor.StartWrite(classId, uid) != 0) {
-                part.DBWrite(cls_WriteVisitor(visitor, Field("part"), nullptr));
-                array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
-            }
-        });
-        store.Commit();
-    }
-    /// The stamp, -1 when the model is not of one piece.
-    int Stamp() const
-    {
-        const int stamp = std::atoi(part.label.AsCharPtr());
-        bool isWhole = array.Size() == LENGTH;
-        for (int i = 0; isWhole && i < LENGTH; ++i) {
-            isWhole = array.ConstGet(i) == stamp;
-        }
-        return isWhole ? stamp : -1;
-    }
-
-    cls_Uid uid = cls_Uid::AllocateUid();
-    Part part;
-    cls_ArrayPrim<int> array;
-};
-
 /// The default file system of SQLite with faults: the n-th write, sync or read fails, or the disk is full after n bytes.
 struct Faults
 {
@@ -174,12 +125,6 @@ protected:
         EXPECT_EQ(waitpid(child, &status, 0), child);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
-    std::string Bytes() const
-    {
-        std::ifstream file(Path(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    void Put(const std::string& bytes) const { std::ofstream(Path(), std::ios::binary) << bytes; }
     /// All that a reader gets: "whole", or the error.
     std::string Read()
     {
@@ -229,8 +174,11 @@ TEST_F(Reliability, A_killed_save_leaves_the_last_commit)
             told = stamp;
         }
         close(pipes[0]);
-        sql_Store store = Open();
-        last = StampOf(store);
+        last = [&] {
+            sql_Store store = Open();
+            return StampOf(store);
+        }();
+        ASSERT_EQ(Check(), "sound") << "round " << round;
         ASSERT_TRUE(last == told || last == told + 1) << "round " << round << ": " << last << " after " << told;
     }
     EXPECT_GT(last, 0);

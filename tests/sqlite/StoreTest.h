@@ -12,13 +12,17 @@
 #include "cls_WriteVisitor.h"
 #include "nex_TextException.h"
 #include "sql_Store.h"
+#include "vexstore.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <sqlite3.h>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -105,6 +109,22 @@ protected:
         ASSERT_EQ(sqlite3_open(Path(name).c_str(), &db), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
         sqlite3_close(db);
+    }
+    std::string Bytes() const
+    {
+        std::ifstream file(Path(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void Put(const std::string& bytes) const { std::ofstream(Path(), std::ios::binary) << bytes; }
+    /// What vexstore's check says, in this process; "sound" when it finds nothing.
+    std::string Check() const
+    {
+        std::ostringstream said;
+        std::streambuf* const shown = std::cout.rdbuf(said.rdbuf());
+        sql_RecordFile file(Path(), sql_RecordFile::Mode::READ_ONLY);
+        const int status = ::Check(file);
+        std::cout.rdbuf(shown);
+        return status == DONE ? "sound" : said.str();
     }
     /// What a failing call says; "nothing" when it does not fail.
     template <class F> static std::string Said(F call)

@@ -13,7 +13,7 @@ class Tool : public StoreTest
 {
 protected:
     /// Runs vexstore; its exit status and all that it says.
-    static std::pair<int, std::string> Run(const std::string& arguments)
+    static std::pair<int, std::string> Vexstore(const std::string& arguments)
     {
         FILE* const pipe = popen((std::string(VEXSTORE) + " " + arguments + " 2>&1").c_str(), "r");
         std::string said;
@@ -65,10 +65,10 @@ TEST_F(Tool, Shows_what_is_stored_and_only_what_differs)
           "vexstore: '" + Path("none") + "' cannot open: unable to open database file (No such file or directory)\n"}},
     };
     for (const auto& [arguments, expected] : runs) {
-        EXPECT_EQ(Run(arguments), expected) << arguments;
+        EXPECT_EQ(Vexstore(arguments), expected) << arguments;
     }
-    EXPECT_EQ(Run("show " + a).first, 2);
-    const auto exported = Run("export " + a);
+    EXPECT_EQ(Vexstore("show " + a).first, 2);
+    const auto exported = Vexstore("export " + a);
     EXPECT_EQ(exported.first, 0);
     EXPECT_NE(exported.second.find("{\"key\": \"loads\", \"kind\": \"array of double\", \"values\": [1.5, -2]}"),
               std::string::npos);
@@ -79,14 +79,14 @@ TEST_F(Tool, Check_finds_and_recover_names_what_is_lost)
     SaveModel("a", -1);
     const std::string a = Path("a");
     Tamper("DELETE FROM block WHERE id & 1048575 = 1; UPDATE field SET value = 'x' WHERE key = 'label'", "a");
-    const auto check = Run("check " + a);
+    const auto check = Vexstore("check " + a);
     EXPECT_EQ(check.first, 1);
     EXPECT_NE(check.second.find("block 1 of record 6 is missing"), std::string::npos) << check.second;
     EXPECT_NE(check.second.find("field 'label' of record 4 does not match its checksum"), std::string::npos);
-    const auto recovered = Run("recover " + a + " " + Path("c"));
+    const auto recovered = Vexstore("recover " + a + " " + Path("c"));
     EXPECT_EQ(recovered.first, 1);
     EXPECT_NE(recovered.second.find("lost: values 2048 to 4999 of record 6"), std::string::npos) << recovered.second;
-    EXPECT_EQ(Run("check " + Path("c")), std::make_pair(0, Path("c") + ": 3 records, no faults\n"));
+    EXPECT_EQ(Vexstore("check " + Path("c")), std::make_pair(0, Path("c") + ": 3 records, no faults\n"));
     sql_Store store = Open("c");
     const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
     EXPECT_EQ(Part(cls_ReadVisitor(record->MakeFieldReader(Field("part")))).weight, 2.5);
@@ -107,11 +107,11 @@ TEST_F(Tool, Survives_damaged_files)
         std::filesystem::remove(Path("c"));
         for (const std::string& arguments :
              {"check " + Path("b"), "export " + Path("b"), "recover " + Path("b") + " " + Path("c")}) {
-            const auto [status, said] = Run(arguments);
+            const auto [status, said] = Vexstore(arguments);
             EXPECT_TRUE(status == 0 || status == 1 || status == 3) << arguments << ": " << status << said;
         }
         if (std::filesystem::exists(Path("c"))) {
-            EXPECT_EQ(Run("check " + Path("c")).first, 0) << Run("check " + Path("c")).second;
+            EXPECT_EQ(Vexstore("check " + Path("c")).first, 0) << Vexstore("check " + Path("c")).second;
         }
     }
 }

@@ -8,6 +8,7 @@
 #include "sql_PagedArray_detail.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -137,6 +138,7 @@ private:
     /// How many values the block that starts at `start` holds.
     int Stored(int start) const noexcept { return std::clamp(m_length - start, 0, SIZE); }
     void ReadBlock(int start, int count, T* values);
+    void TakeBlock(int start, int count, std::string_view bytes, T* values);
     void PutBlock(int start, int count, const T* values);
     void WriteInBlock(int start, int offset, int count, const T* values);
     /// Values that nobody set, from the end of the list up to `first`.
@@ -153,22 +155,37 @@ private:
     bool m_isFirst;                          // until the end of the first writing, of an array that is all in memory
     std::unique_ptr<T[]> m_scratch;          // a block, for ranges that are none
     std::string m_bytes;
+    int m_lastRead = -SIZE; // where the block that was read last starts
     bool m_hasWritten = false;
 };
 
 template <class T> void ListAgent<T>::ReadBlock(int start, int count, T* values)
 {
-    bool isRead = false;
-    const auto read = [&isRead, values, count](std::string_view bytes) {
-        isRead = sql_ReadItems(bytes, values, static_cast<std::size_t>(count));
-    };
     sql_Records& records = m_session->Reading();
-    const std::string name = "block " + std::to_string(start / SIZE) + " of record " + std::to_string(m_record);
-    if (!records.ReadBlock(m_record, start / SIZE, read)) {
-        records.FailDamaged(name + " is missing");
+    sql_BlockCache* const cache = m_session->Cache();
+    const bool isNext = start == std::exchange(m_lastRead, start) + SIZE; // of a walk through the list
+    if (const std::string* const known = cache != nullptr ? cache->Find(m_record, start / SIZE, m_revision) : nullptr) {
+        TakeBlock(start, count, *known, values);
+        return;
     }
-    if (!isRead) {
-        records.FailDamaged(name + " does not hold " + std::to_string(count) + " values");
+    const auto read = [&](std::string_view bytes) {
+        TakeBlock(start, count, bytes, values);
+        if (cache != nullptr && !isNext) {
+            cache->Put(m_record, start / SIZE, m_revision, bytes);
+        }
+    };
+    if (!records.ReadBlock(m_record, start / SIZE, std::ref(read))) {
+        records.FailDamaged("block " + std::to_string(start / SIZE) + " of record " + std::to_string(m_record) +
+                            " is missing");
+    }
+}
+
+template <class T> void ListAgent<T>::TakeBlock(int start, int count, std::string_view bytes, T* values)
+{
+    if (!sql_ReadItems(bytes, values, static_cast<std::size_t>(count))) {
+        m_session->Reading().FailDamaged("block " + std::to_string(start / SIZE) + " of record " +
+                                         std::to_string(m_record) + " does not hold " + std::to_string(count) +
+                                         " values");
     }
 }
 
@@ -196,15 +213,17 @@ template <class T> void ListAgent<T>::ReadRange(int first, int count, T* values)
 
 template <class T> void ListAgent<T>::PutBlock(int start, int count, const T* values)
 {
+    sql_Records& records = m_session->Writing();
+    m_session->Cache()->Erase(m_record, start / SIZE); // Writing() left a transaction, and so a cache
     m_hasWritten = true;
     if constexpr (std::is_same_v<T, cow_String>) {
         m_bytes.clear();
         sql_AppendItems(m_bytes, values, static_cast<std::size_t>(count));
-        m_session->Writing().PutBlock(m_record, start / SIZE, m_bytes);
+        records.PutBlock(m_record, start / SIZE, m_bytes);
     } else {
         const std::string_view bytes(reinterpret_cast<const char*>(values),
                                      static_cast<std::size_t>(count) * sizeof(T));
-        m_session->Writing().PutBlock(m_record, start / SIZE, bytes);
+        records.PutBlock(m_record, start / SIZE, bytes);
     }
     m_length = std::max(m_length, start + count);
 }

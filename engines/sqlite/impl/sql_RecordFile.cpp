@@ -10,6 +10,7 @@
 #include <fstream>
 #include <limits>
 #include <sqlite3.h>
+#define XXH_INLINE_ALL
 #include <xxhash.h>
 
 namespace

@@ -106,6 +106,11 @@ sql_Records& sql_Session::Writing()
     return *m_records;
 }
 
+sql_BlockCache* sql_Session::Cache() noexcept
+{
+    return m_isWriting && !m_records->InTransaction() ? nullptr : &m_cache;
+}
+
 void sql_Session::Begin()
 {
     sql_Records& records = Reading();
@@ -164,6 +169,7 @@ void sql_Session::Forget() noexcept
     m_written.clear();
     m_deferred = nullptr;
     if (std::exchange(m_isWriting, false)) {
+        m_cache.Clear();
         // Numbers given out since the Begin may become those of other objects.
         for (auto next = m_identities.begin(); next != m_identities.end();) {
             sql_Identity* const identity = next->second;

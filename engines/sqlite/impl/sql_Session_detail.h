@@ -3,7 +3,9 @@
 #include "cls_HistoryEntry.h"
 #include "cls_PC.h"
 #include "cls_Uid.h"
+#include "sql_BlockCache_detail.h"
 #include "sql_Records.h"
+#include "sql_Store.h"
 
 #include <cstdint>
 #include <exception>
@@ -96,6 +98,10 @@ public:
     /// The records, to write: starts a transaction where there is none.
     sql_Records& Writing();
 
+    /// Blocks that were read. None, null, once the database has rolled back by itself: they may be of what it took back.
+    sql_BlockCache* Cache() noexcept;
+    void SetCacheBytes(std::size_t bytes) { m_cache.SetLimit(bytes); }
+
     void Begin();
     void Commit();
     void Rollback();
@@ -186,6 +192,7 @@ private:
     std::map<std::uint32_t, sql_ClassPtr> m_written; // by class id in this program
     std::unordered_map<std::int64_t, sql_Identity*> m_identities;
     std::unordered_multimap<std::int64_t, sql_PagedArray*> m_paged;
+    sql_BlockCache m_cache{sql_Store::CACHE_BYTES};
     PendingRing m_pending;
     std::exception_ptr m_deferred;
     bool m_isWriting = false;

@@ -108,6 +108,11 @@ sql_Store::~sql_Store()
     }
 }
 
+void sql_Store::SetCacheBytes(std::size_t bytes)
+{
+    m_session->SetCacheBytes(bytes);
+}
+
 void sql_Store::Begin()
 {
     m_session->Begin();

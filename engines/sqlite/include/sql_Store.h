@@ -3,6 +3,7 @@
 #include "VEXsqlite_export.h"
 #include "cow_String.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -37,6 +38,7 @@ public:
     using WriteFn = std::function<void(const cls_WriteVisitor& visitor)>;
 
     static constexpr int BUSY_MILLISECONDS = 5000;
+    static constexpr std::size_t CACHE_BYTES = std::size_t{96} << 20;
 
     /// Makes a new store; the file must not be there, or be empty.
     static sql_Store Create(const std::string& file, const cls_ClassRegistrar& registrar,
@@ -52,6 +54,10 @@ public:
     sql_Store& operator=(sql_Store&& other) noexcept;
     /// Rolls back what was not committed.
     ~sql_Store();
+
+    /// Sets how much memory may hold blocks of arrays that are read in no order, for all arrays of the store together;
+    /// CACHE_BYTES at first. A walk through an array, block by block, leaves nothing there.
+    void SetCacheBytes(std::size_t bytes);
 
     /// Starts a transaction. Writing starts one by itself.
     void Begin();

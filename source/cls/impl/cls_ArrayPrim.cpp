@@ -57,7 +57,8 @@ template <class T> cls_ArrayPrim<T>::cls_ArrayPrim() = default;
 
 template <class T>
 cls_ArrayPrim<T>::cls_ArrayPrim(const cls_ArrayPrim& other)
-    : cls_PC(other), m_blocks(other.m_blocks), m_agent(other.m_agent), m_length(other.m_length), m_uid(other.m_uid),
+    : cls_PC(other), m_agent(other.m_agent), m_blocks(other.m_blocks), m_resident(other.m_resident),
+      m_residentStart(other.m_residentStart), m_length(other.m_length), m_uid(other.m_uid),
       m_remembered(other.m_remembered), m_rememberedLength(other.m_rememberedLength)
 {
     other.m_current.writable = 0;
@@ -87,8 +88,10 @@ template <class T> cls_ArrayPrim<T>& cls_ArrayPrim<T>::operator=(const cls_Array
             other.m_agent->Attach(); // before the own one is left: it may be the same, and would go
         }
         Leave();
-        m_blocks = other.m_blocks;
         m_agent = other.m_agent;
+        m_blocks = other.m_blocks;
+        m_resident = other.m_resident;
+        m_residentStart = other.m_residentStart;
         m_length = other.m_length;
         m_uid = other.m_uid;
         m_remembered = other.m_remembered;
@@ -150,14 +153,15 @@ template <class T> void cls_ArrayPrim<T>::TakeIn()
     if (m_agent == nullptr) {
         return;
     }
-    Blocks blocks(m_blocks);
+    Blocks blocks(m_length / Buffer::SIZE + 1);
     for (std::int64_t next = 0; next < m_length; next += Buffer::SIZE) {
         const int start = static_cast<int>(next);
-        if (!blocks.IsMember(start)) {
-            Holder block = Holder::Make();
+        Holder block = m_residentStart == start ? m_resident : Holder();
+        if (!block) {
+            block = Holder::Make();
             m_agent->ReadRange(start, CountFrom(start), block->elements);
-            blocks.Insert(start, block);
         }
+        blocks.Set(start / Buffer::SIZE, std::move(block));
     }
     LeaveWith(blocks, m_length);
 }
@@ -167,11 +171,11 @@ template <class T> void cls_ArrayPrim<T>::CopyTo(Agent& list) const
     const Holder scratch = Holder::Make();
     for (std::int64_t next = 0; next < m_length; next += Buffer::SIZE) {
         const int start = static_cast<int>(next);
-        const Holder* const held = m_blocks.Find(start);
+        const Buffer* const held = Held(start);
         if (held == nullptr) {
             m_agent->ReadRange(start, CountFrom(start), scratch->elements);
         }
-        list.WriteRange(start, CountFrom(start), (held != nullptr ? *held : scratch)->elements);
+        list.WriteRange(start, CountFrom(start), (held != nullptr ? held : scratch.get())->elements);
     }
     list.EndWrite();
 }
@@ -180,6 +184,7 @@ template <class T> void cls_ArrayPrim<T>::CopyTo(Agent& list) const
 template <class T> void cls_ArrayPrim<T>::LeaveWith(Blocks& blocks, int length) noexcept
 {
     m_blocks = std::move(blocks);
+    m_resident = Holder();
     m_length = length;
     m_current = Current();
     Forget();
@@ -208,11 +213,7 @@ template <class T> void cls_ArrayPrim<T>::Flush() const
     if (m_agent == nullptr || m_agent->IsReadOnly()) {
         return;
     }
-    for (const auto& [start, block] : m_blocks) {
-        if (block->dirty != 0) {
-            Store(start, *block);
-        }
-    }
+    StoreResident();
     m_agent->EndWrite();
 }
 
@@ -237,25 +238,32 @@ template <class T> void cls_ArrayPrim<T>::DBWriteBody(const cls_WriteVisitor& vi
         StoreFirst(*agent);
     } catch (...) {
         m_agent = nullptr; // everything is still here, for another try
+        m_resident = Holder();
         agent->Detach(self);
         self.Unlink();
         throw;
     }
     agent.release();
-    Evict(m_length);
+    m_blocks = Blocks();
+    m_current = Current();
 }
 
-/// Stores every block, also those that a copy of the array marked as stored - in its own list - and keeps them all.
+/// Stores every block, also those that a copy of the array marked as stored - in its own list - and keeps them all. The
+/// one with the free place goes last, as the resident one.
 template <class T> void cls_ArrayPrim<T>::StoreFirst(Agent& agent) const
 {
     if (agent.Size() != 0 && m_length > 0) {
         Fail(cls_detail::ARRAY_TEXTS, "cls_ArrayPrim::DBWrite: Index conflicts(s) in list.", __LINE__);
     }
     m_agent = &agent;
-    for (const auto& [start, block] : m_blocks) {
-        block->dirty = 1;
-        if (start != StartOf(m_length)) {
-            Store(start, *block);
+    for (int i = 0; i < m_blocks.Length(); ++i) {
+        const int start = i * Buffer::SIZE;
+        if (const Holder& block = m_blocks[i]; block && start == StartOf(m_length)) {
+            block->dirty = 1;
+            m_resident = block;
+            m_residentStart = start;
+        } else if (const int count = CountFrom(start); block && count > 0) {
+            agent.WriteRange(start, count, block->elements);
         }
     }
     Flush();
@@ -297,7 +305,9 @@ template <class T> void cls_ArrayPrim<T>::AppendBlockWith(const T* values, int c
         m_agent->WriteRange(m_length, count, values);
     }
     Flush();
-    m_blocks.Remove(StartOf(m_length)); // it lacks what was just appended, and must never be stored over that
+    if (m_residentStart == StartOf(m_length)) {
+        m_resident = Holder(); // it lacks what was just appended, and must never be stored over that
+    }
     m_length += count;
     m_current = Current();
 }
@@ -317,7 +327,7 @@ template <class T> T& cls_ArrayPrim<T>::GetSlowly(int index, const Texts& texts)
     if (GetBuffer(index, texts) == nullptr) {
         Fail(texts, texts.get, __LINE__);
     }
-    Holder& held = *m_blocks.Get(StartOf(index));
+    Holder& held = m_agent != nullptr ? m_resident : m_blocks.Get(index / Buffer::SIZE);
     if (!held.IsUnique()) {
         held = Holder::Make(*held);
     }
@@ -331,34 +341,66 @@ template <class T> auto cls_ArrayPrim<T>::GetBuffer(int index, const Texts& text
     if (index < 0 || index > m_length) {
         return nullptr;
     }
-    Prune(index);
     const int start = StartOf(index);
-    if (const Holder* const held = m_blocks.Find(start)) {
-        return held->get();
+    if (Buffer* const held = Held(start)) {
+        return held;
     }
     const bool isStored = index != start || index != m_length;
-    if (isStored && m_agent == nullptr) {
+    if (m_agent != nullptr) {
+        return PageIn(start, isStored ? CountFrom(start) : 0);
+    }
+    if (isStored) {
         Fail(texts, texts.missingAgent, __LINE__);
     }
-    Holder block = Holder::Make();
-    if (isStored) {
-        m_agent->ReadRange(start, CountFrom(start), block->elements);
+    return Make(start);
+}
+
+/// The block that starts there, if it is in memory.
+template <class T> auto cls_ArrayPrim<T>::Held(int start) const noexcept -> Buffer*
+{
+    if (m_agent != nullptr) {
+        return m_residentStart == start ? m_resident.get() : nullptr;
     }
-    m_blocks.Insert(start, block);
+    const int place = start / Buffer::SIZE;
+    return place < m_blocks.Length() ? m_blocks[place].get() : nullptr;
+}
+
+/// Brings in the block that starts there, of which the agent has `stored` elements. It takes the memory of the one that
+/// goes, unless another array shares that.
+template <class T> auto cls_ArrayPrim<T>::PageIn(int start, int stored) const -> Buffer*
+{
+    StoreResident();
+    Holder block = std::exchange(m_resident, Holder());
+    m_current = Current();
+    if (!block.IsUnique()) {
+        block = Holder::Make();
+    }
+    if (stored > 0) {
+        m_agent->ReadRange(start, stored, block->elements);
+    }
+    std::fill(block->elements + stored, block->elements + Buffer::SIZE, T());
+    m_resident = std::move(block);
+    m_residentStart = start;
+    return m_resident.get();
+}
+
+/// Makes the block that starts there, in an array that is all in memory.
+template <class T> auto cls_ArrayPrim<T>::Make(int start) const -> Buffer*
+{
+    const int place = start / Buffer::SIZE;
+    Holder block = Holder::Make();
+    m_blocks.Resize(std::max(m_blocks.Length(), place + 1));
+    m_blocks.Set(place, block);
     return block.get();
 }
 
 template <class T> void cls_ArrayPrim<T>::Prune(int keep) const
 {
-    if (m_agent == nullptr) {
-        return;
+    if (m_resident && (keep < 0 || m_residentStart != StartOf(keep))) {
+        StoreResident();
+        m_resident = Holder();
+        m_current = Current();
     }
-    for (const auto& [start, block] : m_blocks) {
-        if (block->dirty != 0 && (keep < 0 || start != StartOf(keep))) {
-            Store(start, *block);
-        }
-    }
-    Evict(keep);
 }
 
 template <class T> int cls_ArrayPrim<T>::Snap() const
@@ -390,27 +432,17 @@ template <class T> void cls_ArrayPrim<T>::SetCurrent(int start, Buffer& buffer, 
     m_current = {.elements = buffer.elements, .start = start, .readable = reach, .writable = writable ? reach : 0};
 }
 
-/// Stores a block, of which nothing may be left when the array was shortened.
-template <class T> void cls_ArrayPrim<T>::Store(int start, Buffer& buffer) const
+/// Stores the resident block if it was changed; nothing of it may be left when the array was shortened.
+template <class T> void cls_ArrayPrim<T>::StoreResident() const
 {
-    if (const int count = CountFrom(start); count > 0) {
-        m_agent->WriteRange(start, count, buffer.elements);
+    if (!m_resident || m_resident->dirty == 0) {
+        return;
     }
-    buffer.dirty = 0;
+    if (const int count = CountFrom(m_residentStart); count > 0) {
+        m_agent->WriteRange(m_residentStart, count, m_resident->elements);
+    }
+    m_resident->dirty = 0;
     m_current.writable = 0;
-}
-
-template <class T> void cls_ArrayPrim<T>::Evict(int keep) const
-{
-    cow_Map<int, Holder> kept;
-    if (const Holder* const block = keep >= 0 ? m_blocks.Find(StartOf(keep)) : nullptr) {
-        if (m_blocks.Length() == 1) {
-            return;
-        }
-        kept.Insert(StartOf(keep), *block);
-    }
-    m_blocks = std::move(kept);
-    m_current = Current();
 }
 
 template class cls_ArrayPrim<bool>;

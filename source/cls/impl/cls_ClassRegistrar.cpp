@@ -91,3 +91,14 @@ int cls_ClassRegistrar::GetLastClassVersionNumber(std::uint32_t classId) const
     }
     return versions->second.rbegin()->first;
 }
+
+std::vector<const cls_ClassMetadata*> cls_ClassRegistrar::All() const
+{
+    std::vector<const cls_ClassMetadata*> all;
+    for (const auto& [classId, versions] : m_versions) {
+        for (const auto& [version, metadata] : versions) {
+            all.push_back(metadata.get());
+        }
+    }
+    return all;
+}

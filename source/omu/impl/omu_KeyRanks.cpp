@@ -3,47 +3,48 @@
 #include <algorithm>
 #include <new>
 
-void omu_KeyRanks::SwitchOff() noexcept
-{
-    m_blocks.clear();
-    m_count = 0;
-}
-
 bool omu_KeyRanks::Cover(std::uint32_t key, std::size_t length) noexcept
 {
-    const std::uint32_t base = key - key % BLOCK_KEYS;
-    const std::uint32_t first = IsOn() ? std::min(m_base, base) : base;
-    const std::uint32_t end = m_base + static_cast<std::uint32_t>(m_blocks.size()) * BLOCK_KEYS; // 0: past the last
-    const std::uint32_t last = IsOn() ? std::max(end - BLOCK_KEYS, base) : base;
-    const std::size_t blocks = (last - first) / BLOCK_KEYS + std::size_t{1};
+    if (!IsOn()) {
+        m_base = key;
+    }
+    const std::size_t front = key < m_base ? static_cast<std::size_t>((m_base - key - 1) / BLOCK_KEYS + 1) : 0;
+    const std::size_t present = std::max<std::size_t>(m_leftOut.size(), 1) - 1;
+    const std::size_t blocks = std::max(front + present, front != 0 ? 0 : BlockOf(key) + 1);
     constexpr std::size_t ALWAYS_ALLOWED = 8;
     if (blocks > length / KEYS_FOR_BLOCK + ALWAYS_ALLOWED) {
         SwitchOff();
         return false;
     }
     try {
-        m_blocks.insert(m_blocks.begin(), IsOn() ? (m_base - first) / BLOCK_KEYS : 0, Block{0, 0});
-        m_blocks.resize(blocks, Block{0, m_count});
+        if (!IsOn()) {
+            m_leftOut.push_back(0);
+        }
+        if (front != 0) {
+            m_leftOut.insert(m_leftOut.begin(), front, 0);
+            for (std::size_t i = 0; i < m_leftOut.size(); ++i) {
+                m_leftOut[i] += static_cast<std::uint32_t>(std::min(i, front) * BLOCK_KEYS);
+            }
+        }
+        while (m_leftOut.size() <= blocks) {
+            m_leftOut.push_back(m_leftOut.back() + BLOCK_KEYS);
+        }
     } catch (const std::bad_alloc&) {
         SwitchOff();
         return false;
     }
-    m_base = first;
+    m_base -= static_cast<std::int64_t>(front * BLOCK_KEYS);
     return true;
 }
 
 void omu_KeyRanks::Insert(std::uint32_t key, std::size_t length) noexcept
 {
-    const std::size_t index = (key - m_base) / BLOCK_KEYS;
-    const bool isCovered = key >= m_base && index < m_blocks.size();
+    const bool isCovered = IsOn() && key >= m_base && BlockOf(key) + 1 < m_leftOut.size();
     if (!isCovered && !Cover(key, length)) {
         return;
     }
-    const std::size_t place = (key - m_base) / BLOCK_KEYS;
-    m_blocks[place].keys |= BitOf(key);
-    ++m_count;
-    for (std::size_t i = place + 1; i < m_blocks.size(); ++i) {
-        ++m_blocks[i].before;
+    for (std::size_t i = BlockOf(key) + 1; i < m_leftOut.size(); ++i) {
+        --m_leftOut[i];
     }
 }
 
@@ -52,13 +53,10 @@ void omu_KeyRanks::Remove(std::uint32_t key, std::size_t length) noexcept
     if (!IsOn()) {
         return;
     }
-    const std::size_t place = (key - m_base) / BLOCK_KEYS;
-    m_blocks[place].keys &= ~BitOf(key);
-    --m_count;
-    for (std::size_t i = place + 1; i < m_blocks.size(); ++i) {
-        --m_blocks[i].before;
+    for (std::size_t i = BlockOf(key) + 1; i < m_leftOut.size(); ++i) {
+        ++m_leftOut[i];
     }
-    if (m_blocks.size() > length / (KEYS_FOR_BLOCK / 2) + 16) {
+    if (m_leftOut.size() > length / (KEYS_FOR_BLOCK / 2) + 16) {
         SwitchOff();
     }
 }

@@ -17,7 +17,7 @@ template <omu_Word T> omu_Table<T>::omu_Table() : omu_Table(this->DEFAULT_SIZE, 
 
 template <omu_Word T> omu_Table<T>::omu_Table(unsigned int size, double growth) : omu_SortedEntries<T>(size, growth)
 {
-    if (!omu_Reallocate(this->m_entries, size)) {
+    if (!NewEntries(this->m_entries, size)) {
         throw std::bad_alloc();
     }
     this->m_capacity = size;
@@ -25,7 +25,17 @@ template <omu_Word T> omu_Table<T>::omu_Table(unsigned int size, double growth) 
 
 template <omu_Word T> omu_Table<T>::~omu_Table()
 {
-    std::free(this->m_entries);
+    std::free(this->m_entries - this->FRONT);
+}
+
+template <omu_Word T> bool omu_Table<T>::NewEntries(Entry*& entries, unsigned int capacity) noexcept
+{
+    entries = nullptr;
+    const bool isThere = omu_Reallocate(entries, capacity, omu_Table::FRONT);
+    if (isThere) {
+        std::fill_n(entries - omu_Table::FRONT, omu_Table::FRONT, Entry{});
+    }
+    return isThere;
 }
 
 template <omu_Word T> T omu_Table<T>::operator[](unsigned int key) const
@@ -80,7 +90,7 @@ template <omu_Word T> void omu_Table<T>::GetKeys(omu_Varray<unsigned int>* keys)
 
 template <omu_Word T> bool omu_Table<T>::SetSize(unsigned int n)
 {
-    if (n <= this->m_capacity || !omu_Reallocate(this->m_entries, n)) {
+    if (n <= this->m_capacity || !omu_Reallocate(this->m_entries, n, this->FRONT)) {
         return false;
     }
     this->m_capacity = n;
@@ -129,12 +139,11 @@ template <omu_Word T> bool omu_Table<T>::Insert(unsigned int key, T value)
 
 template <omu_Word T> bool omu_Table<T>::Set(unsigned int key, T value)
 {
-    unsigned int pos;
-    const bool found = this->FindEntry(key, &pos);
-    if (found) {
-        this->m_entries[pos].value = value;
+    const Entry* const found = this->FindKey(key);
+    if (found != nullptr) {
+        this->m_entries[found - this->m_entries].value = value;
     }
-    return found;
+    return found != nullptr;
 }
 
 template <omu_Word T> bool omu_Table<T>::Remove(unsigned int key)
@@ -163,9 +172,9 @@ template <omu_Word T> bool omu_Table<T>::ClearAll()
     }
     this->m_length = 0;
     this->m_ranks.SwitchOff();
-    Entry* fresh = nullptr;
-    if (omu_Reallocate(fresh, this->m_initialSize)) { // otherwise the old array serves on
-        std::free(std::exchange(this->m_entries, fresh));
+    Entry* fresh;
+    if (NewEntries(fresh, this->m_initialSize)) { // otherwise the old array serves on
+        std::free(std::exchange(this->m_entries, fresh) - this->FRONT);
         this->m_capacity = this->m_initialSize;
     }
     this->NoteReach();
@@ -179,7 +188,7 @@ template <omu_Word T> void omu_Table<T>::Swap(omu_Table& other) noexcept
     std::swap(this->m_length, other.m_length);
     std::swap(this->m_entries, other.m_entries);
     std::swap(this->m_ranks, other.m_ranks);
-    std::swap(this->m_firstKey, other.m_firstKey);
+    std::swap(this->m_base, other.m_base);
     std::swap(this->m_reach, other.m_reach);
     std::swap(this->m_runLength, other.m_runLength);
 }
