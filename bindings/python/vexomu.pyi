@@ -97,5 +97,6 @@ def setNumberFormat(name: str, notation: str, precision: int, zeroDecimals: int 
     """Adds or changes a named format of this thread; the notation is automatic, engineering or scientific."""
 
 def run(command: str, input: str | None = None, env: dict[str, str] | None = None) -> tuple[int, str]:
-    """Runs a program and waits for it: its exit status and what it wrote. The command may redirect its errors and,
-    without input, what it reads; env is the whole environment, that of this process when empty."""
+    """Runs a program and waits for it: its exit status and what it wrote. The command may redirect its errors, its
+    output, of which nothing is returned then, and, without input, what it reads; env is the whole environment, that of
+    this process when empty."""

@@ -57,6 +57,8 @@ public:
     /// The same as Kill: promised, and it must stay.
     int Interrupt();
 
+    /// True for a command that says where its standard output goes.
+    static bool RedirectsOutput(const cow_String& command);
     /// Starts, waits and returns the exit status.
     static int AndWait(const cow_String& command, const Environment& env = {});
     /// Starts, and leaves the child running; that is reported as an assertion, promised, and must stay.

@@ -1,5 +1,6 @@
 """Regular expressions, number formats and programs, as scripts use them."""
 
+import errno
 import os
 import threading
 
@@ -42,7 +43,7 @@ def test_number_formats_are_those_of_the_thread():
         vexomu.setNumberFormat("mine", "roman", 2)
 
 
-def test_programs():
+def test_programs(tmp_path):
     assert vexomu.run("sort -n", input="10\n9\n-1\n") == (0, "-1\n9\n10\n")
     assert vexomu.run("sh -c 'echo out; exit 3'") == (3, "out\n")
     assert vexomu.run("sh -c 'echo $A-$HOME'", env={"A": "1", "PATH": os.environ["PATH"]}) == (0, "1-\n")
@@ -50,6 +51,14 @@ def test_programs():
     much = "x" * 63 + "\n"
     assert vexomu.run("cat", input=much * 100000) == (0, much * 100000)
     assert vexomu.run("head -n 1", input=much * 100000) == (0, much)
+    # Output that is redirected goes where it is sent to.
+    assert vexomu.run(f"sh -c 'echo out; echo error >&2; exit 4' > '{tmp_path}/a file' 2>&1") == (4, "")
+    assert vexomu.run(f"cat >> '{tmp_path}/a file'", input="in\n") == (0, "")
+    assert (tmp_path / "a file").read_text() == "out\nerror\nin\n"
+    for name, number in [("missing", errno.ENOENT), ("zero\0byte", errno.EINVAL)]:
+        with pytest.raises(OSError) as caught:
+            vexomu.run(f"cat < '{tmp_path}/{name}'")
+        assert (caught.value.errno, caught.value.filename) == (number, f"{tmp_path}/{name}")
     with pytest.raises(Exception, match="no-such-program"):
         vexomu.run("no-such-program")
     with pytest.raises(RuntimeError):

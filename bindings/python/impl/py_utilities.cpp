@@ -202,24 +202,36 @@ struct Outcome
 Outcome Run(const cow_String& command, const uti_Spawn::Environment& environment)
 {
     const WithoutInterpreter others;
+    if (uti_Spawn::RedirectsOutput(command)) {
+        return {cow_String(), uti_Spawn::AndWait(command, environment)};
+    }
     uti_SpawnSource child(command, environment);
     const cow_String output = child.ReadAll();
     return {output, child.Reap(0)};
+}
+
+/// Writes the child's input and closes it.
+template <class Child> void Feed(Child& child, const cow_String& input)
+{
+    try {
+        child.Write(input.view());
+    } catch (const std::exception&) {
+        // The child stopped reading, as `head` does; what it says and its status are the answer.
+    }
+    child.CloseSink();
 }
 
 /// The child may wait for its output to be read before it reads on, so a thread of its own writes the input.
 Outcome RunWithInput(const cow_String& command, const uti_Spawn::Environment& environment, const cow_String& input)
 {
     const WithoutInterpreter others;
+    if (uti_Spawn::RedirectsOutput(command)) {
+        uti_SpawnSink child(command, environment);
+        Feed(child, input);
+        return {cow_String(), child.Reap(0)};
+    }
     uti_SpawnSourceWithSink child(command, environment);
-    std::thread writer([&child, &input] {
-        try {
-            child.Write(input.view());
-        } catch (const std::exception&) {
-            // The child stopped reading, as `head` does; what it says and its status are the answer.
-        }
-        child.CloseSink();
-    });
+    std::thread writer([&child, &input] { Feed(child, input); });
     std::exception_ptr failure;
     cow_String output;
     try {
@@ -286,8 +298,10 @@ PyMethodDef functions[] = {
      "Adds or changes a named format of this thread; the notation is 'automatic', 'engineering' or 'scientific'."},
     {"run", AsFunction(RunProgram), METH_VARARGS | METH_KEYWORDS,
      "run(command, input=None, env=None)\n--\n\n"
-     "Runs a program and waits for it: its exit status and what it wrote. The command may redirect its errors and,"
-     " without input, what it reads; env is the whole environment, that of this process when empty."},
+     "Runs a program and waits for it: its exit status and what it wrote. The command may redirect its errors, its "
+     "output,"
+     " of which nothing is returned then, and, without input, what it reads; env is the whole environment, that of this"
+     " process when empty."},
     {},
 };
 

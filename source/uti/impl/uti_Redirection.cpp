@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
+#include <string_view>
 
 using uti_detail::CommandPiece;
 
@@ -202,11 +203,14 @@ void uti_Redirection::OpenAll()
         if (target.m_descriptor != Handle::NO_DESCRIPTOR || target.m_fileName.IsEmpty()) {
             continue;
         }
+        if (target.m_fileName.view().find('\0') != std::string_view::npos) {
+            uti_SystemException("open", EINVAL, target.m_fileName).Throw(SOURCE, __LINE__);
+        }
         const VEXCRT::OpenFor writing = m_slots[stream].append ? VEXCRT::OpenFor::APPENDING : VEXCRT::OpenFor::WRITING;
         const int descriptor =
             VEXCRT::OpenFile(target.m_fileName.AsCharPtr(), stream == INPUT ? VEXCRT::OpenFor::READING : writing);
         if (descriptor < 0) {
-            uti_SystemException("open", errno).Throw(SOURCE, 303);
+            uti_SystemException("open", errno, target.m_fileName).Throw(SOURCE, 303);
         }
         target.m_descriptor = descriptor;
     }

@@ -28,6 +28,7 @@ constexpr int STILL_RUNNING = 259; // what Windows gives as the code of a child 
 constexpr int HAS_ENDED = 0;
 constexpr int DEBUG_CATEGORY = 2;
 constexpr std::int64_t MILLISECONDS = 1000; // in a second
+constexpr int OUTPUT = 1;                   // the stream
 
 [[noreturn]] void ThrowUnknownEnd(int line)
 {
@@ -103,6 +104,17 @@ uti_Spawn::~uti_Spawn()
     if (m_isRunning) {
         VEXCRT::_assert("m_isRunning == false", SOURCE, 319);
     }
+}
+
+bool uti_Spawn::RedirectsOutput(const cow_String& command)
+{
+    uti_Redirection redirection;
+    for (const CommandPiece& piece : uti_detail::CutCommand(command)) {
+        if (piece.kind == CommandPiece::FILE || piece.kind == CommandPiece::STREAM) {
+            redirection.Redirect(piece);
+        }
+    }
+    return !redirection.m_slots[OUTPUT].target.IsFree();
 }
 
 int uti_Spawn::AndWait(const cow_String& command, const Environment& env)
