@@ -8,52 +8,30 @@
 #include <memory>
 #include <vector>
 
-/// One save of a session: puts persistent arrays into the file, and sees to it that they go on in the right place when it
-/// is over.
-///
-/// A stored array pages: it leaves memory, and comes back block by block from the file. The save therefore works on a
-/// copy, which shares the blocks, and the array takes over from the copy at the commit: one that was all in memory still
-/// is when the save fails.
+/// One save of a session: puts persistent arrays into the file, and sees to it that they page from the right one when it
+/// is over. An array pages from the file in which it was stored first; for a save to another file a copy is stored, and
+/// the array takes over from the copy once it is durable.
 ///
 /// Ownership:  refers to the arrays until the end of the save.
 class fem_Save
 {
 public:
-    /// `isOtherFile`: the arrays that page do so from another file than the one that is written.
+    /// `isOtherFile`: not the one from which the arrays page that do so.
     explicit fem_Save(bool isOtherFile) noexcept : m_isOtherFile(isOtherFile) {}
 
     /// Writes the array to the field of the object that `owner` writes.
     template <class Array> void Write(const cls_WriteVisitor& owner, const cls_FieldHandle& field, Array& array);
 
-    /// The save is durable: the arrays page from its file.
-    void Commit()
+    /// The save is durable, or else was rolled back: what an array had moved to the file since the last save is lost
+    /// then, and it is as it was.
+    void End(bool isSaved)
     {
-        for (const Written& written : m_written) {
-            written.takeOver();
-        }
-    }
-    /// Before the rollback of a save that failed.
-    void DropCopies()
-    {
-        for (Written& written : m_written) {
-            written.takeOver = nullptr;
-        }
-    }
-    /// After it. What an array had moved to the file since the last save is lost: it is as it was then.
-    void Restore()
-    {
-        for (const Written& written : m_written) {
-            written.restore();
+        for (const auto& end : m_ends) {
+            end(isSaved);
         }
     }
 
 private:
-    struct Written
-    {
-        std::function<void()> takeOver; // has the copy
-        std::function<void()> restore;
-    };
-
     template <class T> static void AppendAll(const cls_ArrayPrim<T>& from, cls_ArrayPrim<T>& to)
     {
         for (int i = 0; i < from.Size(); ++i) {
@@ -62,21 +40,30 @@ private:
     }
 
     bool m_isOtherFile;
-    std::vector<Written> m_written;
+    std::vector<std::function<void(bool)>> m_ends; // of each array
 };
 
 template <class Array> void fem_Save::Write(const cls_WriteVisitor& owner, const cls_FieldHandle& field, Array& array)
 {
-    auto copy = std::make_shared<Array>();
+    const cls_WriteVisitor visitor(owner, field, nullptr);
     if (!m_isOtherFile) {
-        *copy = array;
-    } else if constexpr (requires { array.RowLength(); }) {
+        m_ends.push_back([&array](bool isSaved) {
+            if (!isSaved) {
+                array.Snap();
+            }
+        });
+        array.DBWrite(visitor);
+        return;
+    }
+    auto copy = std::make_shared<Array>();
+    if constexpr (requires { array.RowLength(); }) {
         copy->SetRowLength(array.RowLength());
     }
-    m_written.push_back({[&array, copy] { array = *copy; }, [&array] { array.Snap(); }});
-    copy->DBWrite(cls_WriteVisitor(owner, field, nullptr));
-    if (m_isOtherFile) {
-        AppendAll(array, *copy);
-        copy->Flush();
-    }
+    m_ends.push_back([&array, copy](bool isSaved) {
+        if (isSaved) {
+            array = *copy;
+        }
+    });
+    copy->DBWrite(visitor);
+    AppendAll(array, *copy);
 }

@@ -39,7 +39,7 @@ fem_Session::fem_Session()
         {"open",
          "open(path: str | os.PathLike[str], readOnly: bool = False) -> tuple[str, ...]: replaces all models by those "
          "of "
-         "a file, and tells of which classes it has objects that this program does not know; they stay in the file.",
+         "a file, and tells of which classes it has objects that this program does not know; they stay in that file.",
          omu_AsMethod<&fem_Session::Open>},
         {"save",
          "save(path: str | os.PathLike[str] = '') -> None: saves all models, in place of those in the file; without a "
@@ -175,13 +175,12 @@ void fem_Session::Write(sql_Store& store, bool isOtherFile)
         store.WriteRoot(ROOT, [&](const cls_WriteVisitor& visitor) { DBWrite(visitor, save); });
         store.Commit();
     } catch (...) {
-        save.DropCopies();
         store.Rollback();
-        save.Restore();
+        save.End(/*isSaved=*/false);
         throw;
     }
     ++m_saves;
-    save.Commit();
+    save.End(/*isSaved=*/true);
 }
 
 void fem_Session::RequireUnchanged(sql_Store& store) const
