@@ -98,6 +98,7 @@ def test_files_that_cannot_be_opened_are_named_with_the_reason(small, tmp_path):
     rows = [
         (tmp_path / "missing", FileNotFoundError, "No such file"),
         (tmp_path, IsADirectoryError, "directory"),
+        (f"{file}\0", OSError, "Invalid argument"),
         (MESH, RuntimeError, "is not a store: it is a file of another format"),
         (other, RuntimeError, "is not a store: it is an SQLite file of another application"),
         (newer, RuntimeError, "is of a newer format: reading it takes format 9, this program has format 1"),
