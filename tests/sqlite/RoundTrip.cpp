@@ -356,6 +356,35 @@ TEST_F(StoreTest, Arrays_keep_their_values_in_memory_and_in_every_place_of_two_s
     EXPECT_EQ(Said([&] { save(Create("fourth.vx")); }), "the store was closed");
 }
 
+TEST_F(StoreTest, An_array_that_another_program_made_longer_stays_as_long_and_says_so)
+{
+    const auto open = [](sql_Store& store) {
+        const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
+        return cls_ArrayPrim<int>(cls_ReadVisitor(record->MakeFieldReader(Field("array"))));
+    };
+    sql_Store store = Create();
+    const int values[3000] = {};
+    Save(store, [&](const cls_WriteVisitor& visitor) {
+        cls_ArrayPrim<int> array;
+        array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
+        array.AppendBlock(values, 3000);
+    });
+    store.Commit();
+    cls_ArrayPrim<int> array = open(store);
+    array.Get(2999) = 1;
+    {
+        sql_Store other = Open();
+        open(other).AppendBlock(values, 3000);
+        other.Commit();
+    }
+    store.Commit();
+    EXPECT_EQ(array.Snap(), 1);
+    EXPECT_EQ(array.Snap(), 0);
+    EXPECT_EQ(array.Size(), 6000);
+    EXPECT_EQ(array.ConstGet(2999), 1);
+    EXPECT_EQ(array.ConstGet(5999), 0);
+}
+
 TEST_F(StoreTest, An_old_version_of_a_class_is_read_through_its_own_metadata_and_upgraded_by_a_save)
 {
     {

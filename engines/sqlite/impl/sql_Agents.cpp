@@ -35,15 +35,21 @@ protected:
         }
         return *head;
     }
-    void See(const sql_Record& head) noexcept
+    /// Goes by what is stored, whoever stored it.
+    void Follow(const sql_Record& head) noexcept
     {
         m_length = static_cast<int>(head.length);
         m_revision = head.revision;
     }
+    void See(const sql_Record& head) noexcept
+    {
+        Follow(head);
+        m_seen = head.revision;
+    }
     bool HasChanged()
     {
         const sql_Record head = Head();
-        const bool hasChanged = head.revision != m_revision;
+        const bool hasChanged = head.revision != m_seen;
         See(head);
         return hasChanged;
     }
@@ -71,7 +77,8 @@ protected:
     std::int64_t m_record;
     int m_users = 0;
     int m_length = 0;
-    std::int64_t m_revision = 0;
+    std::int64_t m_revision = 0;  // of the record when it was last followed
+    std::int64_t m_seen = 0;      // the revision that the collection knows of
     std::int64_t m_failedIn = -1; // a transaction
 };
 
@@ -88,10 +95,12 @@ public:
     {
         if (m_hasWritten) {
             sql_Record head = Head();
-            head.length = m_length;
+            const bool isNews = head.revision != m_seen; // somebody else's change, which is still to be seen
+            head.length = std::max<std::int64_t>(head.length, m_length);
             ++head.revision;
             m_session->Writing().PutRecord(head);
-            See(head);
+            Follow(head);
+            m_seen = isNews ? m_seen : head.revision;
             m_hasWritten = false;
         }
         if (std::exchange(m_isFirst, false)) {
@@ -256,6 +265,9 @@ template <class T> void ListAgent<T>::WriteRange(int first, int count, const T* 
     if (first < 0 || count < 0 || count > std::numeric_limits<int>::max() - first) {
         Fail("values from " + std::to_string(first) + " on were written, " + std::to_string(count) + " of them");
     }
+    if (!m_hasWritten) {
+        Follow(Head()); // another array may have made the list longer
+    }
     Fill(first);
     while (count > 0) {
         const int start = first - first % SIZE;
@@ -284,6 +296,7 @@ template <class T> void ListAgent<T>::TakeIn()
 
 template <class T> void ListAgent<T>::Settle(bool isCommitted) noexcept
 {
+    m_hasWritten = false;
     for (std::size_t left = m_arrays.size(); left != 0; --left) {
         isCommitted ? m_arrays[left - 1]->Forget() : m_arrays[left - 1]->TakeBack();
     }
