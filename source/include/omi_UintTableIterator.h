@@ -34,38 +34,36 @@ public:
 
     bool IsDone() const
     {
-        if (m_current == UNSTARTED) {
-            Report("currentIndex != -2", 154);
+        if (m_ahead == 0) {
+            CheckStarted("currentIndex != -2", 154);
         }
-        return m_isDone;
+        return m_ahead == 0;
     }
     unsigned int CurrentKey() const
     {
-        if (m_current == UNSTARTED) {
-            Report("currentIndex > -2", 204);
+        if (m_ahead == 0) {
+            CheckStarted("currentIndex > -2", 204);
+            return 0;
         }
-        return m_key;
+        return m_wordKey + CurrentBit();
     }
     const T& CurrentValue() const
     {
-        if (m_current == UNSTARTED) {
-            Report("currentIndex > -2", 251);
+        if (m_ahead == 0) {
+            CheckStarted("currentIndex > -2", 251);
+            return m_noValue;
         }
-        return m_isDone ? m_noValue : *m_value;
+        return m_cells[CurrentBit()];
     }
 
     void First();
     void Last();
     void Next()
     {
+        m_ahead &= m_ahead - 1;
         if (m_ahead == 0) {
             NextElsewhere();
-            return;
         }
-        const int skipped = std::countr_zero(m_ahead);
-        m_ahead = m_ahead >> skipped >> 1;
-        m_key += static_cast<unsigned int>(skipped) + 1;
-        m_value += skipped + 1;
     }
     void Previous();
 
@@ -74,14 +72,16 @@ private:
 
     static constexpr std::int64_t UNSTARTED = -2;
 
-    static void Report(const char* condition, int line)
+    void CheckStarted(const char* condition, int line) const
     {
-        VEXCRT::_assert(condition, "source/include/omi_UintTable", line);
+        if (m_current == UNSTARTED) {
+            VEXCRT::_assert(condition, "source/include/omi_UintTable", line);
+        }
     }
+    unsigned int CurrentBit() const noexcept { return static_cast<unsigned int>(std::countr_zero(m_ahead)); }
     void Finish() noexcept
     {
         m_isDone = true;
-        m_key = 0;
         m_ahead = 0;
     }
     /// Next when no occupied cell of the word is ahead.
@@ -92,39 +92,31 @@ private:
     void PreviousBlock() noexcept;
     /// The block to walk over next; false when there is none at that index.
     bool EnterBlock(std::int64_t index) noexcept;
+    /// The word that starts at `cell`; gives which of its cells are occupied.
+    std::uint64_t EnterWord(unsigned int cell) noexcept
+    {
+        m_wordCell = cell;
+        m_wordKey = (static_cast<unsigned int>(m_current) << m_table->m_shift) + cell;
+        return m_block->Occupied(cell, &m_cells);
+    }
     /// To the first occupied cell at or behind `cell`, the start of a word; false when there is none in the block.
     bool SearchUp(unsigned int cell) noexcept;
     /// To the last occupied cell in the words before `cell`, the start of a word; false when there is none.
     bool SearchDown(std::uint64_t cell) noexcept;
-    /// The word that starts at `cell`; false when none of its cells is occupied.
-    bool EnterWord(unsigned int cell) noexcept
-    {
-        m_wordCell = cell;
-        m_wordKey = (static_cast<unsigned int>(m_current) << m_table->m_shift) + cell;
-        m_word = m_block->Occupied(cell, &m_cells);
-        return m_word != 0;
-    }
-    void MoveToBit(int bit) noexcept
-    {
-        m_key = m_wordKey + static_cast<unsigned int>(bit);
-        m_value = m_cells + bit;
-        m_ahead = m_word >> bit >> 1;
-    }
 
     const omi_UintTable<T>* m_table;
     Compare m_compare = nullptr;        // null: in the order of the keys
     std::int64_t m_current = UNSTARTED; // index of the block, or of the entry
     bool m_isDone = true;
     T m_noValue{};
-    unsigned int m_key = 0;
-    const T* m_value = nullptr;
-    // In the order of the keys: the word of up to 64 cells that holds the current one.
-    const Block* m_block = nullptr;
-    unsigned int m_wordCell = 0; // its first cell in the block
-    unsigned int m_wordKey = 0;  // the key of that cell
-    std::uint64_t m_word = 0;    // which of its cells are occupied
+    // Bit 0 stands for the cell, or the entry, at m_cells. The lowest bit set is the current one, the others are the
+    // occupied cells of the word behind it; 0: there is no current one.
+    std::uint64_t m_ahead = 0;
+    unsigned int m_wordKey = 0; // the key of bit 0
     const T* m_cells = nullptr;
-    std::uint64_t m_ahead = 0; // those behind the current one: bit 0 is the next cell
+    // In the order of the keys.
+    const Block* m_block = nullptr;
+    unsigned int m_wordCell = 0; // the first cell of the word in the block
     // In the order of a comparison.
     std::vector<Entry> m_entries;
     std::vector<const Entry*> m_sorted;
@@ -156,9 +148,7 @@ template <class T> void omi_UintTableIterator<T>::Last()
 
 template <class T> void omi_UintTableIterator<T>::NextElsewhere()
 {
-    if (m_current == UNSTARTED) {
-        Report("currentIndex != -2", 236);
-    }
+    CheckStarted("currentIndex != -2", 236);
     if (m_isDone) {
         return;
     }
@@ -176,8 +166,12 @@ template <class T> void omi_UintTableIterator<T>::Previous()
     }
     if (m_compare != nullptr) {
         MoveToEntry(m_current - 1);
-    } else if (const std::uint64_t below = m_word & ~(~std::uint64_t{0} << (m_key - m_wordKey))) {
-        MoveToBit(static_cast<int>(std::bit_width(below)) - 1);
+        return;
+    }
+    const std::uint64_t word = m_block->Occupied(m_wordCell, &m_cells);
+    const std::uint64_t current = m_ahead & (~m_ahead + 1);
+    if (const std::uint64_t below = word & (current - 1)) {
+        m_ahead = word & ~(std::bit_floor(below) - 1);
     } else if (!SearchDown(m_wordCell)) {
         PreviousBlock();
     }
@@ -206,8 +200,9 @@ template <class T> void omi_UintTableIterator<T>::MoveToEntry(std::int64_t index
         return Finish();
     }
     const Entry& entry = *m_sorted[static_cast<std::size_t>(index)];
-    m_key = entry.key;
-    m_value = &entry.value;
+    m_wordKey = entry.key;
+    m_cells = &entry.value;
+    m_ahead = 1;
 }
 
 template <class T> void omi_UintTableIterator<T>::NextBlock() noexcept
@@ -239,22 +234,20 @@ template <class T> bool omi_UintTableIterator<T>::EnterBlock(std::int64_t index)
 
 template <class T> bool omi_UintTableIterator<T>::SearchUp(unsigned int cell) noexcept
 {
-    const std::uint64_t found = m_block->FindWord(cell);
-    const bool isFound = found < m_block->CellCount() && EnterWord(static_cast<unsigned int>(found));
-    if (isFound) {
-        MoveToBit(std::countr_zero(m_word));
+    m_ahead = EnterWord(cell);
+    if (m_ahead == 0) {
+        const std::uint64_t found = m_block->FindWord(cell);
+        m_ahead = found < m_block->CellCount() ? EnterWord(static_cast<unsigned int>(found)) : 0;
     }
-    return isFound;
+    return m_ahead != 0;
 }
 
 template <class T> bool omi_UintTableIterator<T>::SearchDown(std::uint64_t cell) noexcept
 {
-    while (cell != 0) {
+    m_ahead = 0;
+    while (m_ahead == 0 && cell != 0) {
         cell -= m_block->CellsPerWord();
-        if (EnterWord(static_cast<unsigned int>(cell))) {
-            MoveToBit(static_cast<int>(std::bit_width(m_word)) - 1);
-            return true;
-        }
+        m_ahead = std::bit_floor(EnterWord(static_cast<unsigned int>(cell)));
     }
-    return false;
+    return m_ahead != 0;
 }

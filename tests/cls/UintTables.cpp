@@ -29,6 +29,16 @@ void Check(const Table& table, const std::map<unsigned int, unsigned int>& model
     Iterator each(table);
     ASSERT_EQ(Walk(each, true), Items(model.begin(), model.end()));
     ASSERT_EQ(Walk(each, false), Items(model.rbegin(), model.rend()));
+    each.First();
+    for (auto entry = model.begin(); entry != model.end(); ++entry) { // back and forth again
+        each.Next();
+        if (!each.IsDone()) {
+            each.Previous();
+            ASSERT_EQ(each.CurrentKey(), entry->first);
+            each.Next();
+        }
+    }
+    ASSERT_TRUE(each.IsDone());
 }
 } // namespace
 
