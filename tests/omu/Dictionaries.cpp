@@ -107,7 +107,7 @@ TEST(Dictionaries, A_value_put_again_replaces_the_old_one)
     EXPECT_EQ(Text(values), "{'k': 1, 'null': None}");
 }
 
-TEST(Dictionaries, Text_kinds_and_keys)
+TEST(Dictionaries, Text_kinds_and_keys_of_which_an_absent_one_is_an_assertion)
 {
     Strings strings;
     EXPECT_EQ(Text(strings), "{}");
@@ -120,6 +120,11 @@ TEST(Dictionaries, Text_kinds_and_keys)
     EXPECT_EQ(std::string({strings.Kind(), ints.Kind()}), "si");
     EXPECT_EQ(ints.Keys(), (cow_List<int>{-2, 10}));
     EXPECT_EQ(ints.Values()[1].ConstGet(), ints.Find(10));
+
+    RecordedAssertions assertions;
+    EXPECT_TRUE(Ints().Get(1).IsType('n'));
+    EXPECT_EQ(assertions.Take(), Texts{"dict.IsMember(key)"});
+    EXPECT_EQ(assertions.Places(), Texts{"source/include/omu_PrimDictionary 652"});
 }
 
 TEST(Dictionaries, Equality_is_that_of_class_keys_and_values)
@@ -137,14 +142,6 @@ TEST(Dictionaries, Equality_is_that_of_class_keys_and_values)
     Strings nan;
     nan.Put(std::numeric_limits<double>::quiet_NaN(), "a");
     EXPECT_FALSE(nan == Strings(nan));
-}
-
-TEST(Dictionaries, An_absent_key_is_an_assertion_and_gives_none)
-{
-    RecordedAssertions assertions;
-    EXPECT_TRUE(Ints().Get(1).IsType('n'));
-    EXPECT_EQ(assertions.Take(), Texts{"dict.IsMember(key)"});
-    EXPECT_EQ(assertions.Places(), Texts{"source/include/omu_PrimDictionary 652"});
 }
 
 TEST(Dictionaries, Copies_share_values_and_deep_copies_do_not)

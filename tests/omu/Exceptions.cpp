@@ -73,17 +73,14 @@ TEST(Exceptions, Messages)
     EXPECT_EQ(omu_GenericTypeErrorException().PythonType(), "TypeError"); // the others' types are Python's to see
 }
 
-TEST(Exceptions, A_range_without_limits_is_an_assertion)
+TEST(Exceptions, A_range_reads_back_its_limits_and_one_without_any_is_an_assertion)
 {
     RecordedAssertions assertions;
     EXPECT_EQ(Range("n", 1, omu_NO_RANGE, 2, omu_NO_RANGE).JournalMessage(), "n must be an Integer ");
     EXPECT_EQ(Range().JournalMessage(), " must be ");
     const std::string condition = "m_LowerLimitQualifier != omu_NO_RANGE || m_HigherLimitQualifier != omu_NO_RANGE";
     EXPECT_EQ(assertions.Take(), (Texts{condition, condition}));
-}
 
-TEST(Exceptions, Range_limits_read_back_as_either_kind_of_number)
-{
     const std::tuple<double, int, double> rows[] = {
         {2.75, 2, 2.75},
         {-2.75, -2, -2.75},

@@ -173,7 +173,7 @@ TEST(Sequences, Kernel_objects_are_refused_before_the_first_byte)
     EXPECT_NO_THROW(Stream(reused));
 }
 
-TEST(Sequences, Whole_tuples_become_containers)
+TEST(Sequences, Whole_tuples_become_containers_and_arrays_tuples)
 {
     const omu_PrimTuple ints = Tuple({1, 2});
     const omu_PrimTuple numbers = Tuple({1, 2.5});
@@ -212,10 +212,7 @@ TEST(Sequences, Whole_tuples_become_containers)
     ExpectRefused(&omu_PrimTuple::As2DArrayDouble, {ragged, ints, names, gap});
     ExpectRefused(&omu_PrimTuple::As2DArrayString, {grid, texts});
     ExpectRefused(&omu_PrimTuple::AsMapString2Float, {grid, texts, names, gap});
-}
 
-TEST(Sequences, A_tuple_made_from_an_array_has_its_numbers)
-{
     EXPECT_EQ(Text(omu_PrimTuple(omu_PrimArray(Tuple({1, 2})))), "(1, 2)");
     EXPECT_EQ(Text(omu_PrimTuple(omu_PrimArray(Tuple({Tuple({1, 2.5}), Tuple({3, 4})})))), "((1.0, 2.5), (3.0, 4.0))");
     const int seven = 7;

@@ -94,7 +94,7 @@ TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
     std::setlocale(LC_ALL, "C");
 }
 
-TEST(NumFormat, What_rounds_to_zero_is_zero_and_anything_else_is_left_as_it_is)
+TEST(NumFormat, What_rounds_to_zero_is_zero_and_digits_are_those_that_are_shown)
 {
     const uti_NumFormat six(1, 6, 6, false);
     const std::pair<double, const char*> rows[] = {{1e-9, "0."},    {-1e-9, "0."},         {1e-5, "10.E-06"},
@@ -107,10 +107,7 @@ TEST(NumFormat, What_rounds_to_zero_is_zero_and_anything_else_is_left_as_it_is)
     RecordedAssertions assertions;
     EXPECT_EQ(six.Format(1e-9f), "0.");
     EXPECT_EQ(assertions.Take(), Texts{"\"Precision computation not implemented for float\" == 0"});
-}
 
-TEST(NumFormat, Digits_are_those_that_are_shown_within_limits)
-{
     const uti_NumFormat three(1, 3);
     EXPECT_EQ(three.FormatDigits(-12345.678), -12.3e3);
     EXPECT_EQ(three.FormatDigits(0.1f), 0.1f);
