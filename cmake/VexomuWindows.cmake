@@ -10,16 +10,20 @@ function(vexomu_version_resource library)
     target_sources(${library} PRIVATE "${resource}")
 endfunction()
 
-# Exceptions cross from one DLL to another only where all share one runtime. Its debugging symbols are left behind.
+# vexomu_runtime(<file>): puts a DLL beside those of the build, built or installed, without its debugging symbols.
+function(vexomu_runtime source)
+    cmake_path(GET source FILENAME leaf)
+    set(copy "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${leaf}")
+    file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    execute_process(COMMAND ${CMAKE_STRIP} "${source}" -o "${copy}" COMMAND_ERROR_IS_FATAL ANY)
+    install(FILES "${copy}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endfunction()
+
+# Exceptions cross from one DLL to another only where all share one runtime.
 foreach(runtime libstdc++-6 libgcc_s_seh-1 libgcc_s_dw2-1 libwinpthread-1)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}.dll
         OUTPUT_VARIABLE source OUTPUT_STRIP_TRAILING_WHITESPACE)
-    set(copy "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${runtime}.dll")
-    if(EXISTS "${source}" AND NOT EXISTS "${copy}")
-        file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-        execute_process(COMMAND ${CMAKE_STRIP} "${source}" -o "${copy}" COMMAND_ERROR_IS_FATAL ANY)
-    endif()
     if(EXISTS "${source}")
-        install(FILES "${copy}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+        vexomu_runtime("${source}")
     endif()
 endforeach()

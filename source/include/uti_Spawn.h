@@ -85,7 +85,7 @@ protected:
     };
 
     /// This process's end of a pipe.
-    class PipeEnd
+    class VEXOMU_API PipeEnd
     {
     public:
         PipeEnd() noexcept = default;

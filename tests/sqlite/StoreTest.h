@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VEXcrt_System.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_CollectionReaders.h"
 #include "cls_CollectionRequests.h"
@@ -24,7 +25,6 @@
 #include <sqlite3.h>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 /// A stored class: a label, and, from its second version on, a weight of 1 unless it was stored.
@@ -143,6 +143,6 @@ protected:
 private:
     const std::string m_folder = testing::TempDir() + "store_" +
                                  testing::UnitTest::GetInstance()->current_test_info()->name() +
-                                 std::to_string(getpid());
+                                 std::to_string(VEXCRT::ProcessId());
     int m_count = 0;
 };

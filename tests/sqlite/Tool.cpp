@@ -1,9 +1,9 @@
 #include "StoreTest.h"
 #include "cls_ArrayPrim.h"
+#include "uti_SpawnSource.h"
 
 #include <fstream>
 #include <random>
-#include <sys/wait.h>
 
 namespace
 {
@@ -15,13 +15,9 @@ protected:
     /// Runs vexstore; its exit status and all that it says.
     static std::pair<int, std::string> Vexstore(const std::string& arguments)
     {
-        FILE* const pipe = popen((std::string(VEXSTORE) + " " + arguments + " 2>&1").c_str(), "r");
-        std::string said;
-        for (int byte = fgetc(pipe); byte != EOF; byte = fgetc(pipe)) {
-            said += static_cast<char>(byte);
-        }
-        const int status = pclose(pipe);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), said};
+        uti_SpawnSource tool((VEXSTORE " " + arguments + " 2>&1").c_str());
+        const std::string said(tool.ReadAll().view());
+        return {tool.Reap(0), said};
     }
     void SaveModel(const char* label, int changed)
     {

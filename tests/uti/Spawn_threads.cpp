@@ -1,8 +1,5 @@
-#if !defined(_WIN32) // the children are programs of POSIX
 #include "Test.h"
 #include "uti_SpawnSink.h"
-
-#include <sys/wait.h>
 
 TEST(SpawnOnThreads, No_child_holds_the_pipe_of_another)
 {
@@ -10,9 +7,9 @@ TEST(SpawnOnThreads, No_child_holds_the_pipe_of_another)
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([thread] {
-            for (int round = 0; round < 25; ++round) {
+            for (int round = 0; round < 12; ++round) {
                 const std::string text = std::to_string(thread) + "." + std::to_string(round);
-                uti_SpawnSinkWithSource waiting("cat"), child("cat");
+                uti_SpawnSinkWithSource waiting(VEXOMU_TEST_CHILD " cat"), child(VEXOMU_TEST_CHILD " cat");
                 child.Write(text);
                 child.CloseSink();
                 EXPECT_EQ(child.ReadAll(), text);
@@ -23,6 +20,4 @@ TEST(SpawnOnThreads, No_child_holds_the_pipe_of_another)
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
 }
-#endif

@@ -58,7 +58,8 @@ TEST(FilePath, Joining_keeps_what_is_absolute)
     EXPECT_EQ(utl_FilePath().Join("b").PathName(), "b");
     EXPECT_EQ(utl_FilePath("a").Join("//host/b").PathName(), "//host/b");
     const std::string here = std::filesystem::current_path().string();
-    EXPECT_EQ(utl_FilePath("x/../y").AbsolutePathName(), utl_FilePath(here.c_str()).Join("x/../y").PathName());
+    const char* const leaf = IS_WINDOWS ? "y" : "x/../y"; // Windows never asks whether x is a link
+    EXPECT_EQ(utl_FilePath("x/../y").AbsolutePathName(), utl_FilePath(here.c_str()).Join(leaf).PathName());
 }
 
 TEST(PathFinder, Files_are_found_in_the_order_of_the_list)

@@ -62,6 +62,7 @@ int main(int argc, char** argv)
     CLI::App app("Looks into the files that models are stored in. Nothing is written to them.", "vexstore");
     app.footer(FOOTER);
     app.require_subcommand(1);
+    app.allow_windows_style_options(false); // a file name may begin with a slash
     Request request;
     Add(app, request, "ls", "the tree of records, with class, version and size");
     Add(app, request, "show", "one record with its values", "RECORD");

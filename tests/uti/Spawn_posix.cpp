@@ -1,4 +1,3 @@
-#if !defined(_WIN32) // the children are programs of POSIX
 #include "uti_Spawn.h"
 
 #include "Test.h"
@@ -283,4 +282,3 @@ TEST_F(Spawn, Who_is_let_go_is_reaped_later)
     }
 }
 } // namespace
-#endif
