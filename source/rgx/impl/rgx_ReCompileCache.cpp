@@ -52,7 +52,7 @@ rgx_ReCompileCache::Recent& rgx_ReCompileCache::RecentPlace(const cow_String& pa
     // Multiplying carries every byte of the rank into the topmost bits.
     const auto [high, low] = pattern.GetRank();
     const std::uint64_t mixed = (high ^ (low * 0x9E3779B97F4A7C15)) * 0xD6E8FEB86659FD93;
-    return m_recent[mixed >> 60];
+    return m_recent[static_cast<std::size_t>(mixed >> 60)];
 }
 
 void* rgx_ReCompileCache::Find(const cow_String& pattern)
