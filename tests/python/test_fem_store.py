@@ -146,6 +146,12 @@ def test_a_save_that_fails_leaves_file_and_session(small, tmp_path):
             session.save()
         with pytest.raises(RuntimeError, match="fresh' cannot be "):
             session.save(tmp_path / "fresh")
+        with pytest.raises(RuntimeError, match=f"'{file}' cannot be "):
+            field.append(numpy.arange(9e6))
+        with pytest.raises(RuntimeError, match="changes of the array were rolled back"):
+            field[4000]
+        with pytest.raises(RuntimeError, match="was rolled back after a failure"):
+            session.save()
     finally:
         resource.setrlimit(resource.RLIMIT_FSIZE, room)
     assert not (tmp_path / "fresh").exists() and reopened(file) == before

@@ -90,7 +90,15 @@ public:
     {}
 
     int Size() override { return m_length; }
-    bool IsChanged() override { return HasChanged(); }
+    bool IsChanged() override
+    {
+        const bool isUndone = IsUndone();
+        const bool hasChanged = HasChanged() || isUndone;
+        if (isUndone) {
+            m_hasWritten = m_isInTransaction = m_isUndone = false;
+        }
+        return hasChanged;
+    }
     void EndWrite() override
     {
         if (m_hasWritten) {
@@ -122,7 +130,7 @@ public:
         std::erase(m_arrays, &array);
     }
     bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
-    bool IsReadOnly() override { return Refuses(); }
+    bool IsReadOnly() override { return Refuses() || IsUndone(); }
     void Register(cls_ArrayPrim<T>& array) noexcept override
     {
         m_arrays.push_back(&array);
@@ -144,6 +152,15 @@ private:
                             [&uid](const cls_ArrayPrim<T>* array) { return &array->Uid() == &uid; });
     }
     bool Serves(const cls_Uid& uid) const noexcept override { return Find(uid) != m_arrays.end(); }
+    /// True when what was written is rolled back, also by the database itself.
+    bool IsUndone() const { return m_isUndone || (m_isInTransaction && !m_session->Reading().InTransaction()); }
+    /// An array that goes on after a rollback would write to a list that is not as it left it.
+    void RequireFollowed() const
+    {
+        if (IsUndone()) {
+            Fail("changes of the array were rolled back, and it has not followed by Snap()");
+        }
+    }
     /// How many values the block that starts at `start` holds.
     int Stored(int start) const noexcept { return std::clamp(m_length - start, 0, SIZE); }
     void ReadBlock(int start, int count, T* values);
@@ -166,6 +183,8 @@ private:
     std::string m_bytes;
     int m_lastRead = -SIZE; // where the block that was read last starts
     bool m_hasWritten = false;
+    bool m_isInTransaction = false; // something was written in it
+    bool m_isUndone = false;        // by a rollback
 };
 
 template <class T> void ListAgent<T>::ReadBlock(int start, int count, T* values)
@@ -200,6 +219,7 @@ template <class T> void ListAgent<T>::TakeBlock(int start, int count, std::strin
 
 template <class T> void ListAgent<T>::ReadRange(int first, int count, T* values)
 {
+    RequireFollowed();
     if (first < 0 || count < 0 || first > m_length - count) {
         Fail("values " + std::to_string(first) + " to " + std::to_string(std::int64_t{first} + count) +
              " were asked for, of " + std::to_string(m_length));
@@ -225,6 +245,7 @@ template <class T> void ListAgent<T>::PutBlock(int start, int count, const T* va
     sql_Records& records = m_session->Writing();
     m_session->Cache()->Erase(m_record, start / SIZE); // Writing() left a transaction, and so a cache
     m_hasWritten = true;
+    m_isInTransaction = true;
     if constexpr (std::is_same_v<T, cow_String>) {
         m_bytes.clear();
         sql_AppendItems(m_bytes, values, static_cast<std::size_t>(count));
@@ -262,6 +283,7 @@ template <class T> void ListAgent<T>::Fill(int first)
 
 template <class T> void ListAgent<T>::WriteRange(int first, int count, const T* values)
 {
+    RequireFollowed();
     if (first < 0 || count < 0 || count > std::numeric_limits<int>::max() - first) {
         Fail("values from " + std::to_string(first) + " on were written, " + std::to_string(count) + " of them");
     }
@@ -297,6 +319,8 @@ template <class T> void ListAgent<T>::TakeIn()
 template <class T> void ListAgent<T>::Settle(bool isCommitted) noexcept
 {
     m_hasWritten = false;
+    m_isUndone = m_isUndone || (m_isInTransaction && !isCommitted);
+    m_isInTransaction = false;
     for (std::size_t left = m_arrays.size(); left != 0; --left) {
         isCommitted ? m_arrays[left - 1]->Forget() : m_arrays[left - 1]->TakeBack();
     }

@@ -126,9 +126,15 @@ omu_Primitive* fem_Field::AppendValues(omu_Arguments& arguments)
     if (array.Length() > std::numeric_limits<int>::max() - m_values.Size()) {
         omu_ValueErrorException(Repr() + " would be longer than 2147483647 numbers").Throw(SOURCE, __LINE__);
     }
+    const int length = m_values.Size();
     const auto* const first = static_cast<const std::byte*>(array.ConstGetData());
-    for (std::ptrdiff_t i = 0; i < array.Length(); ++i) {
-        m_values.Append(getDoubleAtPtr(first + i * array.ConstGetStride(0), array.ConstGetPrimNumberType()));
+    try {
+        for (std::ptrdiff_t i = 0; i < array.Length(); ++i) {
+            m_values.Append(getDoubleAtPtr(first + i * array.ConstGetStride(0), array.ConstGetPrimNumberType()));
+        }
+    } catch (...) {
+        m_values.SetLength(length); // all or nothing
+        throw;
     }
     return new omu_PrimNone;
 }

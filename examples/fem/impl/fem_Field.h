@@ -22,6 +22,7 @@ public:
 
     static void Register(cls_ClassRegistrar& registrar);
     void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
+    void Restore() const { m_values.Snap(); }
 
     int Length() const override { return m_values.Size(); }
     /// A number.

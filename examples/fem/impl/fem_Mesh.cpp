@@ -325,8 +325,10 @@ std::vector<int> fem_Mesh::QualityHistogram(std::size_t bins, double low, double
 
 void fem_Mesh::Translate(const fem_Point& by)
 {
-    cls_ArrayPrim<float>& flat = m_coordinates;
+    const cls_ArrayPrim<float>& flat = m_coordinates;
+    cls_2dArrayPrim<float> moved = NoCoordinates(); // in place, a file that cannot be written would stop it halfway
     for (int i = 0; i < flat.Size(); ++i) {
-        flat.Get(i) = static_cast<float>(flat.ConstGet(i) + by[static_cast<std::size_t>(i % 3)]);
+        moved.Append(static_cast<float>(flat.ConstGet(i) + by[static_cast<std::size_t>(i % 3)]));
     }
+    m_coordinates = moved;
 }

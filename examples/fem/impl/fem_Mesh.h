@@ -52,6 +52,7 @@ public:
 
     static void Register(cls_ClassRegistrar& registrar);
     void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
+    void Restore() const { m_coordinates.Snap(); }
 
     /// False unless the label is above those before it, or without memory.
     bool AddNode(int label, const fem_Point& position);
@@ -84,6 +85,7 @@ public:
     /// first and last interval, elements outside to none.
     std::vector<int> QualityHistogram(std::size_t bins, double low, double high) const;
 
+    /// The coordinates are all in memory then, until the next save.
     void Translate(const fem_Point& by);
 
 private:

@@ -21,6 +21,11 @@ public:
 
     static void Register(cls_ClassRegistrar& registrar);
     void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
+    void Restore() const
+    {
+        m_parts.Restore();
+        m_steps.Restore();
+    }
 
     const fem_Repository<cow_String, fem_Set>& Sets() const noexcept { return m_sets; }
     /// Throws omu_KeyErrorException when the model has no such material.

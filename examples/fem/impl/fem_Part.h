@@ -27,6 +27,7 @@ public:
 
     static void Register(cls_ClassRegistrar& registrar);
     void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
+    void Restore() const { m_mesh->Restore(); }
 
     int Id() const noexcept { return m_id; }
     const fem_Mesh& Mesh() const noexcept { return *m_mesh; }

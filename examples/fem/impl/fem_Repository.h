@@ -148,6 +148,14 @@ public:
         }
     }
 
+    /// After a rollback: what an object had moved to the file since the last save is lost, and it is as it was then.
+    void Restore() const
+    {
+        for (const auto& [name, object] : m_objects) {
+            object->Restore();
+        }
+    }
+
     /// Pairs of name and object for iteration, in the order of the names.
     const std::map<cow_String, std::unique_ptr<T>>& Objects() const noexcept { return m_objects; }
 

@@ -22,12 +22,11 @@ public:
     /// Writes the array to the field of the object that `owner` writes.
     template <class Array> void Write(const cls_WriteVisitor& owner, const cls_FieldHandle& field, Array& array);
 
-    /// The save is durable, or else was rolled back: what an array had moved to the file since the last save is lost
-    /// then, and it is as it was.
-    void End(bool isSaved)
+    /// The save is durable.
+    void Commit()
     {
-        for (const auto& end : m_ends) {
-            end(isSaved);
+        for (const auto& takeOver : m_takeOvers) {
+            takeOver();
         }
     }
 
@@ -40,18 +39,13 @@ private:
     }
 
     bool m_isOtherFile;
-    std::vector<std::function<void(bool)>> m_ends; // of each array
+    std::vector<std::function<void()>> m_takeOvers; // each has a copy
 };
 
 template <class Array> void fem_Save::Write(const cls_WriteVisitor& owner, const cls_FieldHandle& field, Array& array)
 {
     const cls_WriteVisitor visitor(owner, field, nullptr);
     if (!m_isOtherFile) {
-        m_ends.push_back([&array](bool isSaved) {
-            if (!isSaved) {
-                array.Snap();
-            }
-        });
         array.DBWrite(visitor);
         return;
     }
@@ -59,11 +53,7 @@ template <class Array> void fem_Save::Write(const cls_WriteVisitor& owner, const
     if constexpr (requires { array.RowLength(); }) {
         copy->SetRowLength(array.RowLength());
     }
-    m_ends.push_back([&array, copy](bool isSaved) {
-        if (isSaved) {
-            array = *copy;
-        }
-    });
+    m_takeOvers.push_back([&array, copy] { array = *copy; });
     copy->DBWrite(visitor);
     AppendAll(array, *copy);
 }

@@ -176,11 +176,11 @@ void fem_Session::Write(sql_Store& store, bool isOtherFile)
         store.Commit();
     } catch (...) {
         store.Rollback();
-        save.End(/*isSaved=*/false);
+        m_models.Restore();
         throw;
     }
     ++m_saves;
-    save.End(/*isSaved=*/true);
+    save.Commit();
 }
 
 void fem_Session::RequireUnchanged(sql_Store& store) const

@@ -31,6 +31,7 @@ public:
 
     static void Register(cls_ClassRegistrar& registrar);
     void DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const;
+    void Restore() const { m_fields.Restore(); }
 
 private:
     struct Load
