@@ -39,7 +39,8 @@ public:
     /// it leaves out one. Up to BLOCK_KEYS too small, and then perhaps below 0.
     std::ptrdiff_t LowGuess(std::uint32_t offset) const noexcept
     {
-        return std::ptrdiff_t{offset} - std::ptrdiff_t{m_leftOut[std::size_t{offset} / BLOCK_KEYS + 1]};
+        const std::int64_t leftOut = m_leftOut[std::size_t{offset} / BLOCK_KEYS + 1];
+        return static_cast<std::ptrdiff_t>(offset - leftOut); // the number of a place, or little below 0
     }
     /// Where the keys of a key's block stand.
     Range Around(std::uint32_t offset) const noexcept
