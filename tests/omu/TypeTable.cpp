@@ -1,3 +1,4 @@
+#include "../Golden.h"
 #include "ExceptionClasses.h"
 #include "Values.h"
 #include "omu_Module.h"
@@ -214,9 +215,11 @@ TEST(TypeTable, Every_class_that_can_be_built_has_a_sample_here)
 
 TEST(TypeTable, Streams_and_dumps_keep_all_of_an_object)
 {
+    std::string all;
     for (const Sample& sample : Samples()) {
         SCOPED_TRACE(typ_ArchCompTable::GetName(sample.object.TypeId()).AsCharPtr());
         const std::string bytes = sample.object.Bytes();
+        all += bytes;
         const Object copy(bytes, sample.object.TypeId());
         EXPECT_EQ(copy.TypeId(), sample.object.TypeId());
         EXPECT_EQ(copy.Bytes(), bytes);
@@ -225,6 +228,7 @@ TEST(TypeTable, Streams_and_dumps_keep_all_of_an_object)
         EXPECT_EQ(copy.Dump().find("\n\n"), std::string::npos) << copy.Dump();
         EXPECT_THROW(Object(bytes, 0x1F0002), nex_TextException);
     }
+    EXPECT_TRUE(Golden(VEXOMU_TEST_DATA "/values.stream", all) == all) << "other bytes than on other systems";
 }
 
 TEST(TypeTable, Damaged_streams_are_refused_or_give_valid_objects)

@@ -233,6 +233,7 @@ TEST_F(Reliability, A_newer_writer_leaves_the_file_readable_and_a_reader_cannot_
         sql_Store store = Create();
         Model(1).Save(store, BOX);
     }
+    Travel("arrays.vx");
     Tamper("UPDATE setting SET value = 2 WHERE name = 'writer'");
     EXPECT_EQ(Said([&] { Open(); }),
               "'" + Path() +

@@ -48,6 +48,7 @@ TEST_F(StoreTest, Every_kind_of_field_comes_back)
         });
         store.Commit();
     }
+    Travel("fields.vx");
     sql_Store store = Open();
     const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
 #define READ(N, T, A, B, C)                                                                                            \
@@ -101,6 +102,7 @@ TEST_F(StoreTest, Every_collection_of_values_comes_back)
         });
         store.Commit();
     }
+    Travel("collections.vx");
     sql_Store store = Open();
     const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
     std::uint32_t element = 10;
