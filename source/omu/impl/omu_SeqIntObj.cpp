@@ -8,11 +8,50 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_set>
+#include <vector>
 
 namespace
 {
 
 constexpr const char* SOURCE = "source/omu/impl/omu_SeqIntObj";
+
+/// The ids for which `isNew` says so.
+template <class IsNew> cow_1DArray<int> Kept(std::span<const int> ids, IsNew isNew)
+{
+    cow_1DArray<int> kept;
+    kept.Reserve(static_cast<int>((ids.size() / 16 + 1) * 16));
+    for (const int id : ids) {
+        if (isNew(id)) {
+            kept.Append(id);
+        }
+    }
+    return kept;
+}
+
+/// Each id once, where it comes first. Ids that lie close, as labels do, are told by a bit each.
+cow_1DArray<int> FirstOfEach(std::span<const int> ids)
+{
+    if (ids.empty()) {
+        return {};
+    }
+    constexpr std::uint32_t WORD_BITS = 64;
+    const auto [least, largest] = std::minmax_element(ids.begin(), ids.end());
+    const auto first = static_cast<std::uint32_t>(*least);
+    const std::size_t words = (static_cast<std::uint32_t>(*largest) - first) / WORD_BITS + std::size_t{1};
+    if (words <= ids.size()) {
+        std::vector<std::uint64_t> bits(words);
+        return Kept(ids, [&](int id) {
+            const std::uint32_t offset = static_cast<std::uint32_t>(id) - first;
+            std::uint64_t& word = bits[offset / WORD_BITS];
+            const std::uint64_t before = word;
+            word |= std::uint64_t{1} << offset % WORD_BITS;
+            return word != before;
+        });
+    }
+    std::unordered_set<int> seen;
+    seen.reserve(ids.size());
+    return Kept(ids, [&](int id) { return seen.insert(id).second; });
+}
 
 } // namespace
 
@@ -89,16 +128,6 @@ void omu_SeqIntObj::RemoveDuplicates()
     if (m_length < 1) {
         return;
     }
-    const std::span<const int> ids = Ids();
-    std::unordered_set<int> seen;
-    seen.reserve(ids.size());
-    cow_1DArray<int> kept;
-    kept.Reserve((m_length / 16 + 1) * 16);
-    for (const int id : ids) {
-        if (seen.insert(id).second) {
-            kept.Append(id);
-        }
-    }
-    m_ids = std::move(kept);
+    m_ids = FirstOfEach(Ids());
     m_length = m_ids.Length();
 }
