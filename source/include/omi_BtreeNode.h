@@ -6,6 +6,7 @@
 #include <bit>
 #include <concepts>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -139,8 +140,13 @@ private:
     /// Balances the child and notes its height, after something changed below it.
     void Settle(Side side) noexcept
     {
-        omi_BtreeNode* const balanced = m_children[side] != nullptr ? m_children[side]->Balance() : nullptr;
-        SetChild(side, balanced != nullptr ? balanced : m_children[side]);
+        SetChild(side, m_children[side] != nullptr ? m_children[side]->Balanced() : nullptr);
+    }
+    static void Settle(omi_BtreeNode* subtree, omi_BtreeNode** path, const Side* sides, int depth) noexcept;
+    omi_BtreeNode* Balanced() noexcept
+    {
+        omi_BtreeNode* const balanced = Balance();
+        return balanced != nullptr ? balanced : this;
     }
     omi_BtreeNode* Rotate(Side up) noexcept;
 
@@ -176,33 +182,57 @@ template <class K, class V>
     requires std::same_as<K, cow_String>
 bool omi_BtreeNode<K, V>::Insert(const omi_detail::TextProbe& probe, const K& key, const V& value)
 {
-    constexpr int STEPS = 32; // trees of any use are lower; what is deeper is another call's
+    constexpr int STEPS = 16; // of higher trees another call does the rest
     omi_BtreeNode* path[STEPS];
     Side sides[STEPS];
     int depth = 0;
-    for (omi_BtreeNode* node = this;; node = node->m_children[sides[depth - 1]]) {
-        const int order = node->Compare(probe);
+    omi_BtreeNode* subtree = this;
+    do {
+        if (depth == STEPS) {
+            if (!subtree->Insert(probe, key, value)) {
+                return false;
+            }
+            subtree = subtree->Balanced();
+            break;
+        }
+        const int order = subtree->Compare(probe);
         if (order == 0) {
             return false;
         }
-        const Side side = order < 0 ? LEFT : RIGHT;
-        if (node->m_children[side] == nullptr) {
-            node->m_children[side] = new omi_BtreeNode(probe, key, value);
-            break;
-        }
-        path[depth] = node;
-        sides[depth] = side;
-        if (++depth == STEPS) {
-            if (!node->m_children[side]->Insert(probe, key, value)) {
-                return false;
-            }
-            break;
-        }
+        path[depth] = subtree;
+        sides[depth] = order < 0 ? LEFT : RIGHT;
+        subtree = subtree->m_children[sides[depth]];
+        ++depth;
+    } while (subtree != nullptr);
+    if (subtree == nullptr) {
+        subtree = new omi_BtreeNode(probe, key, value);
     }
-    while (depth-- > 0) {
-        path[depth]->Settle(sides[depth]);
-    }
+    Settle(subtree, path, sides, depth);
     return true;
+}
+
+/// Hangs the subtree, which is balanced, below the last node of the path, and so on up to the first node.
+template <class K, class V>
+    requires std::same_as<K, cow_String>
+void omi_BtreeNode<K, V>::Settle(omi_BtreeNode* subtree, omi_BtreeNode** path, const Side* sides, int depth) noexcept
+{
+    for (int height = subtree->Height();;) {
+        --depth;
+        omi_BtreeNode* const node = path[depth];
+        const int other = node->m_heights[1 - sides[depth]];
+        node->m_children[sides[depth]] = subtree;
+        node->m_heights[sides[depth]] = static_cast<std::int16_t>(height);
+        if (depth == 0) {
+            return;
+        }
+        if (std::abs(height - other) < 2) [[likely]] {
+            subtree = node;
+            height = std::max(height, other) + 1;
+        } else {
+            subtree = node->Balance();
+            height = subtree->Height();
+        }
+    }
 }
 
 template <class K, class V>
