@@ -17,13 +17,12 @@ class ListRecord : public MementoWriteDouble
 {
 public:
     ListRecord(Texts& log, Arrays* arrays) : m_log(log), m_arrays(arrays) {}
-    cls_MementoWrite* MakeFieldWriter(const cls_FieldHandle&, std::uint32_t classId, const cls_Uid&,
-                                      const cls_PayloadHolder*) override
+    cls_MementoWrite* MakeFieldWriter(Field, std::uint32_t classId, const cls_Uid&, const cls_PayloadHolder*) override
     {
         m_log.push_back("class " + std::to_string(classId));
         return new ListRecord(m_log, m_arrays);
     }
-    void CheckCollectionType(cls_CollectionType type, const cls_FieldHandle&) override
+    void CheckCollectionType(cls_CollectionType type, Field) override
     {
         m_log.push_back("check " + std::to_string(type));
     }

@@ -10,7 +10,7 @@
 
 namespace
 {
-std::string Name(const cls_FieldHandle& field)
+std::string Name(Field field)
 {
     return std::string(field.FieldName().view());
 }
@@ -21,8 +21,8 @@ public:
     RecordingWriter(Texts& log, bool refuses = false) : m_log(log), m_refuses(refuses) {}
     ~RecordingWriter() override { m_log.emplace_back("gone"); }
 
-    int FieldIsPresent(const cls_FieldHandle& field) override { return field.FieldName() == "known" ? 7 : 0; }
-    cls_MementoWrite* MakeFieldWriter(const cls_FieldHandle& field, std::uint32_t classId, const cls_Uid&,
+    int FieldIsPresent(Field field) override { return field.FieldName() == "known" ? 7 : 0; }
+    cls_MementoWrite* MakeFieldWriter(Field field, std::uint32_t classId, const cls_Uid&,
                                       const cls_PayloadHolder* payload) override
     {
         m_log.push_back("field '" + Name(field) + "' class " + std::to_string(classId) +
@@ -34,7 +34,7 @@ public:
         m_log.push_back("element " + std::to_string(element));
         return m_refuses ? nullptr : new RecordingWriter(m_log);
     }
-    void CheckCollectionType(cls_CollectionType type, const cls_FieldHandle& field) override
+    void CheckCollectionType(cls_CollectionType type, Field field) override
     {
         m_log.push_back("check " + std::to_string(type) + " '" + Name(field) + "'");
     }
@@ -62,10 +62,7 @@ public:
     ~RecordingReader() override { m_log.push_back("gone " + m_id); }
 
     cow_String DbId() override { return m_id.c_str(); }
-    cls_MementoRead* MakeFieldReader(const cls_FieldHandle& field) override
-    {
-        return new RecordingReader(m_log, Name(field).c_str());
-    }
+    cls_MementoRead* MakeFieldReader(Field field) override { return new RecordingReader(m_log, Name(field).c_str()); }
     cls_MementoRead* Clone() override { return new RecordingReader(m_log, "clone"); }
 
 private:

@@ -163,6 +163,9 @@ TEST(TupleMarshalling, Counts_are_those_of_the_gets)
         tuple.Get(value);
         EXPECT_EQ(tuple.Error(), *errors[count] != '\0');
         EXPECT_EQ(EndError(tuple, ""), errors[count]) << "the empty name stands for the default name";
+        value = -1;
+        tuple.Get(value);
+        EXPECT_EQ(value, *errors[count] == '\0' ? 0 : count - 1) << "only a call that ended well is over";
     }
 }
 

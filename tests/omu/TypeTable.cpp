@@ -8,12 +8,8 @@
 namespace
 {
 
-/// A row as it is promised; the type id of row r is 0x130000 + r.
-struct Promised
-{
-    const char* name;
-    std::uint32_t parent;
-};
+/// A row as it is promised, with its parent; the type id of row r is 0x130000 + r.
+using Promised = std::pair<const char*, std::uint32_t>;
 
 constexpr Promised promised[] = {
     {nullptr, 0},
@@ -189,10 +185,11 @@ TEST(TypeTable, Rows_are_the_promised_ones)
     EXPECT_EQ(typ_ArchCompTable::Find(0x130000 + std::size(promised)), nullptr);
     for (std::uint32_t row = 1; row < std::size(promised); ++row) {
         const typ_Entry* const entry = typ_ArchCompTable::Find(0x130000 + row);
-        ASSERT_NE(entry, nullptr) << row;
-        EXPECT_STREQ(entry->name, promised[row].name);
-        EXPECT_EQ(entry->parent, promised[row].parent) << entry->name;
-        EXPECT_EQ(entry->kind, promised[row].parent == 0x130001 || promised[row].parent == 0x1F0003 ? 4U : 7U) << row;
+        const auto& [name, parent] = promised[row];
+        ASSERT_NE(entry, nullptr) << name;
+        EXPECT_STREQ(entry->name, name);
+        EXPECT_EQ(entry->parent, parent) << name;
+        EXPECT_EQ(entry->kind, parent == 0x130001 || parent == 0x1F0003 ? 4U : 7U) << name;
         const bool functions[] = {entry->ctor != nullptr, entry->read != nullptr, entry->write != nullptr,
                                   entry->print != nullptr, entry->dtor != nullptr};
         for (const bool function : functions) {

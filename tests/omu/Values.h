@@ -100,19 +100,14 @@ inline std::unique_ptr<omu_Primitive> Unstream(const std::string& bytes)
     return std::unique_ptr<omu_Primitive>(value);
 }
 
-/// A 32-bit number to overwrite in a stream.
-struct Damage
-{
-    const char* name;
-    std::size_t at;
-    std::int32_t number;
-};
+/// A name, and the place in a stream of a 32-bit number with what overwrites it.
+using Damage = std::tuple<const char*, std::size_t, std::int32_t>;
 
 inline void ExpectRefused(const std::string& bytes, std::initializer_list<Damage> damages)
 {
-    for (const Damage& damage : damages) {
+    for (const auto& [name, at, number] : damages) {
         std::string damaged = bytes;
-        std::memcpy(damaged.data() + damage.at, &damage.number, sizeof damage.number);
-        EXPECT_THROW(Unstream(damaged), nex_TextException) << damage.name;
+        std::memcpy(damaged.data() + at, &number, sizeof number);
+        EXPECT_THROW(Unstream(damaged), nex_TextException) << name;
     }
 }

@@ -10,14 +10,8 @@ constexpr bool IS_WINDOWS = std::filesystem::path::preferred_separator != '/';
 
 TEST(FilePath, Parts_are_cut_at_the_last_name)
 {
-    struct Row
-    {
-        const char* path;
-        const char* directory;
-        const char* name;
-        const char* extension;
-        bool isAbsolute;
-    };
+    // The path, its directory, name and extension, and whether it is absolute.
+    using Row = std::tuple<const char*, const char*, const char*, const char*, bool>;
     const Row common[] = {{"", "", "", "", false},
                           {"f", "", "f", "", false},
                           {"a/b.inp", "a", "b.inp", ".inp", false},
@@ -34,13 +28,14 @@ TEST(FilePath, Parts_are_cut_at_the_last_name)
                            {"C:f", "C:", "f", "", false},    {"C:\\f", "C:\\", "f", "", true},
                            {"C:/a\\", "C:/", "a", "", true}, {"\\\\host\\share\\f", "\\\\host\\share", "f", "", true}};
     const auto check = [](const Row& row) {
-        SCOPED_TRACE(row.path);
-        const utl_FilePath path(row.path);
-        EXPECT_EQ(path.Directory().PathName(), row.directory);
-        EXPECT_EQ(path.BaseName(), row.name);
-        EXPECT_EQ(path.Extension(), row.extension);
-        EXPECT_EQ(path.IsAbsolute(), row.isAbsolute);
-        EXPECT_EQ(path.AbsolutePathName() == path.PathName(), row.isAbsolute || path.IsEmpty());
+        const auto& [text, directory, name, extension, isAbsolute] = row;
+        SCOPED_TRACE(text);
+        const utl_FilePath path(text);
+        EXPECT_EQ(path.Directory().PathName(), directory);
+        EXPECT_EQ(path.BaseName(), name);
+        EXPECT_EQ(path.Extension(), extension);
+        EXPECT_EQ(path.IsAbsolute(), isAbsolute);
+        EXPECT_EQ(path.AbsolutePathName() == path.PathName(), isAbsolute || path.IsEmpty());
     };
     for (const Row& row : common) {
         check(row);
