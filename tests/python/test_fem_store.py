@@ -186,6 +186,15 @@ def test_another_session_that_saved_meanwhile_is_noticed(small):
     session.save()
 
 
+def test_a_file_stays_the_same_wherever_the_process_goes(small, tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)
+    session.save("here")
+    monkeypatch.chdir("/")
+    small[0].steps["step"].fields["field"].append(numpy.arange(50000.0))  # locks the file
+    session.save(tmp_path / "here")
+    assert session.file == str(tmp_path / "here") and reopened(tmp_path / "here") == text()
+
+
 def test_a_journal_saves_and_opens_too(tmp_path):
     vexomu.startJournal(tmp_path / "journal.py")
     session.createModel("kept").createPart("part", MESH, body=1)

@@ -2,12 +2,15 @@
 
 #include "uti_FileUtils.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <utility>
 
 namespace
 {
+
+constexpr std::size_t CACHE_BYTES = std::size_t{32} << 20; // scripts run beside much else
 
 std::string Text(const cow_String& path)
 {
@@ -17,8 +20,10 @@ std::string Text(const cow_String& path)
 } // namespace
 
 fem_ModelFile::fem_ModelFile(const cow_String& path, bool isNew, sql_Store store)
-    : m_path(path), m_isNew(isNew), m_store(std::move(store))
-{}
+    : m_path(std::filesystem::absolute(Text(path)).string()), m_isNew(isNew), m_store(std::move(store))
+{
+    m_store.SetCacheBytes(CACHE_BYTES);
+}
 
 std::unique_ptr<fem_ModelFile> fem_ModelFile::Open(const cow_String& path, bool readOnly,
                                                    const cls_ClassRegistrar& registrar)

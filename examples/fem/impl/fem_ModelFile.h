@@ -21,6 +21,7 @@ public:
     static std::unique_ptr<fem_ModelFile> OpenOrCreate(const cow_String& path, const cls_ClassRegistrar& registrar);
 
     bool IsAt(const cow_String& path) const;
+    /// Absolute: the current directory may change.
     const cow_String& Path() const noexcept { return m_path; }
     sql_Store& Store() noexcept { return m_store; }
 
