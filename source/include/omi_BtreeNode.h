@@ -195,13 +195,20 @@ bool omi_BtreeNode<K, V>::Insert(const omi_detail::TextProbe& probe, const K& ke
             subtree = subtree->Balanced();
             break;
         }
+        __builtin_prefetch(subtree->m_children[LEFT]); // either, before the comparison tells which
+        __builtin_prefetch(subtree->m_children[RIGHT]);
         const int order = subtree->Compare(probe);
         if (order == 0) {
             return false;
         }
         path[depth] = subtree;
-        sides[depth] = order < 0 ? LEFT : RIGHT;
-        subtree = subtree->m_children[sides[depth]];
+        if (order < 0) { // no arithmetic: a wrongly guessed side costs less than waiting for the comparison
+            sides[depth] = LEFT;
+            subtree = subtree->m_children[LEFT];
+        } else {
+            sides[depth] = RIGHT;
+            subtree = subtree->m_children[RIGHT];
+        }
         ++depth;
     } while (subtree != nullptr);
     if (subtree == nullptr) {
