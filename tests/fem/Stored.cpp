@@ -141,6 +141,21 @@ TEST_F(Stored, Objects_of_unknown_classes_are_named_and_survive_a_save)
     EXPECT_TRUE(map->Next() && map->Key() == "other");
 }
 
+TEST_F(Stored, A_store_without_a_session_that_the_kernel_reads_is_refused)
+{
+    const std::string none = m_folder / "none";
+    sql_Store::Create(none, m_later);
+    fem_Session session;
+    EXPECT_EQ(ErrorOf([&] { Call(session, "open", none); }),
+              "'" + none +
+                  "' holds no models: the save that made it did not come to its end, or another program made it");
+    m_later.CreateClassMD("Session", fem_SESSION, 2, nullptr, 1)
+        .AddAttribute(Field("models"), cls_ATTRIBUTE_STRING, 1, cls_COLLECTION_STRING_KEYED);
+    const std::string newer = File(fem_MODEL, [](const cls_WriteVisitor&) {});
+    EXPECT_EQ(ErrorOf([&] { Call(session, "open", newer); }),
+              "'" + newer + "' has a session that this program cannot read");
+}
+
 TEST_F(Stored, What_does_not_fit_together_is_refused_and_named)
 {
     struct Row

@@ -8,6 +8,8 @@
 #include "omu_ObjectRef.h"
 #include "omu_PrimNone.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -16,6 +18,11 @@ constexpr const char* SOURCE = "examples/fem/impl/fem_Session";
 constexpr const char* ROOT = "session"; // in the store
 const cls_FieldHandle SAVES("saves");
 const cls_FieldHandle MODELS("models");
+
+[[noreturn]] void FailFile(const fem_ModelFile& file, const char* what, int line)
+{
+    nex_TextException("'" + file.Path() + "' " + what).Throw(SOURCE, line);
+}
 
 omu_PrimTuple TupleOf(const std::vector<std::string>& texts)
 {
@@ -187,9 +194,7 @@ void fem_Session::RequireUnchanged(sql_Store& store) const
 {
     const std::unique_ptr<cls_MementoRead> root(store.OpenRoot(ROOT));
     if (root->ReadInt(SAVES, 0) != m_saves) {
-        const std::string text = "'" + std::string(m_file->Path().view()) +
-                                 "' was saved by another session after this one had opened it; open it again";
-        nex_TextException(text.c_str()).Throw(SOURCE, __LINE__);
+        FailFile(*m_file, "was saved by another session after this one had opened it; open it again", __LINE__);
     }
 }
 
@@ -200,12 +205,14 @@ void fem_Session::Read(std::unique_ptr<fem_ModelFile> file)
     cls_Uid uid = m_uid;
     int saves = 0;
     store.Read([&] {
+        const std::vector<cow_String> roots = store.Roots();
+        if (std::ranges::find(roots, cow_String(ROOT)) == roots.end()) {
+            FailFile(*file,
+                     "holds no models: the save that made it did not come to its end, or another program made it",
+                     __LINE__);
+        }
         if (store.RootClass(ROOT) != CLASS_ID) {
-            std::string text = "'" + std::string(file->Path().view()) + "' has no session that this program can read:";
-            for (const std::string& unknown : store.UnknownClasses()) {
-                text += " " + unknown;
-            }
-            nex_TextException(text.c_str()).Throw(SOURCE, __LINE__);
+            FailFile(*file, "has a session that this program cannot read", __LINE__);
         }
         const cls_ReadVisitor visitor(store.OpenRoot(ROOT));
         uid = visitor.GetUid();
