@@ -54,10 +54,15 @@ public:
         return range.begin + (range.end - range.begin) * (offset % BLOCK_KEYS) / BLOCK_KEYS;
     }
 
-    /// Notes a key behind all others; false, and nothing done, unless it falls into the last block.
-    bool Append(std::uint32_t key) noexcept
+    /// Notes a key behind all others, as one of `length`; false, and nothing done, unless it falls into the last block or
+    /// the next one.
+    bool Append(std::uint32_t key, std::size_t length) noexcept
     {
-        const bool fits = IsOn() && BlockOf(key) + 2 == m_leftOut.size();
+        if (!IsOn()) {
+            return false;
+        }
+        const std::size_t needed = BlockOf(key) + 2;
+        const bool fits = needed == m_leftOut.size() || (needed == m_leftOut.size() + 1 && StartBlock(length));
         if (fits) {
             --m_leftOut.back();
         }
@@ -89,6 +94,9 @@ private:
     {
         return static_cast<std::size_t>((key - m_base) / BLOCK_KEYS);
     }
+    /// One more block; false, and nothing done, when they are too many for `length` keys.
+    bool StartBlock(std::size_t length) noexcept;
+    static constexpr std::size_t MostBlocks(std::size_t length) noexcept { return length / KEYS_FOR_BLOCK + 8; }
     /// Makes the blocks reach to `key`, one of `length` keys; switches off and gives false when they are too many.
     bool Cover(std::uint32_t key, std::size_t length) noexcept;
 

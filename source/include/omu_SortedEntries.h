@@ -60,7 +60,7 @@ protected:
     bool Append(unsigned int key, T value) noexcept
     {
         const bool fits =
-            m_length != 0 && m_length + 1 < m_capacity && key > m_entries[m_length - 1].index_ && m_ranks.Append(key);
+            m_length != 0 && m_length + 1 < m_capacity && key > Last().index_ && m_ranks.Append(key, m_length + 1);
         if (fits) {
             m_entries[m_length++] = {key, value};
             m_reach = key - m_base + 1;
@@ -68,6 +68,7 @@ protected:
         }
         return fits;
     }
+    const Entry& Last() const noexcept { return m_entries[m_length - 1]; }
     /// The entry of `key`, or null: a handful of steps while the ranks are on. As FindEntry for key 0.
     const Entry* FindKey(unsigned int key) const
     {
@@ -99,7 +100,7 @@ protected:
     void NoteReach() noexcept
     {
         m_base = m_ranks.Base();
-        m_reach = m_length != 0 && m_ranks.IsOn() ? m_entries[m_length - 1].index_ - m_base + 1 : 0;
+        m_reach = m_length != 0 && m_ranks.IsOn() ? Last().index_ - m_base + 1 : 0;
         m_runLength = m_reach == m_length ? m_length : 0;
     }
     /// FindEntry for first key <= key <= last key when the ranks are off.

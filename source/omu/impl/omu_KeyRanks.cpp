@@ -3,6 +3,15 @@
 #include <algorithm>
 #include <new>
 
+bool omu_KeyRanks::StartBlock(std::size_t length) noexcept
+{
+    if (m_leftOut.size() > MostBlocks(length) || m_leftOut.size() == m_leftOut.capacity()) {
+        return false;
+    }
+    m_leftOut.push_back(m_leftOut.back() + BLOCK_KEYS); // has room: cannot throw
+    return true;
+}
+
 bool omu_KeyRanks::Cover(std::uint32_t key, std::size_t length) noexcept
 {
     if (!IsOn()) {
@@ -11,8 +20,7 @@ bool omu_KeyRanks::Cover(std::uint32_t key, std::size_t length) noexcept
     const std::size_t front = key < m_base ? static_cast<std::size_t>((m_base - key - 1) / BLOCK_KEYS + 1) : 0;
     const std::size_t present = std::max<std::size_t>(m_leftOut.size(), 1) - 1;
     const std::size_t blocks = std::max(front + present, front != 0 ? 0 : BlockOf(key) + 1);
-    constexpr std::size_t ALWAYS_ALLOWED = 8;
-    if (blocks > length / KEYS_FOR_BLOCK + ALWAYS_ALLOWED) {
+    if (blocks > MostBlocks(length)) {
         SwitchOff();
         return false;
     }
