@@ -1,7 +1,6 @@
 // A hundred thousand small objects, each with an identity, a text and a number: saved and loaded through the engine, and by
 // plain SQLite statements that put the same rows into the same tables and take them out again.
 
-#include "cls_ArrayPrim.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_CollectionReaders.h"
 #include "cls_CollectionRequests.h"
@@ -79,6 +78,33 @@ private:
     double m_weight;
 };
 
+struct Net
+{
+    static constexpr std::uint32_t ID = Node::ID + 1;
+
+    Net() = default;
+    explicit Net(const cls_ReadVisitor& visitor) : uid(visitor.GetUid())
+    {
+        const std::unique_ptr<cls_ReadListObj> list(visitor.Memento()->MakeObjListReader(LIST));
+        while (list->Next()) {
+            nodes.emplace_back(cls_ReadVisitor(list->MakeReader()));
+        }
+    }
+    static void* Ctor(cls_ReadVisitor& visitor) { return new Net(visitor); }
+    void DBWrite(const cls_WriteVisitor& visitor) const
+    {
+        if (visitor.StartWrite(ID, uid) != 0) {
+            const std::unique_ptr<cls_WriteListObj> list(visitor.Memento()->MakeObjListWriter(LIST));
+            for (const Node& node : nodes) {
+                node.DBWrite(cls_WriteVisitor(cls_WriteRequestListObj(list.get())));
+            }
+        }
+    }
+
+    cls_Uid uid = cls_Uid::AllocateUid();
+    std::vector<Node> nodes;
+};
+
 const cls_ClassRegistrar& Registrar()
 {
     static int count = 0;
@@ -86,6 +112,7 @@ const cls_ClassRegistrar& Registrar()
         cls_initialize(count);
         auto made = std::make_unique<cls_ClassRegistrar>();
         Node::Register(*made);
+        made->CreateClassMD("Net", Net::ID, 1, Net::Ctor, 1);
         return made;
     }();
     return *registrar;
@@ -95,32 +122,21 @@ struct Kernel
 {
     static void Save()
     {
-        std::vector<Node> nodes;
+        Net net;
         for (int i = 0; i < COUNT; ++i) {
-            nodes.emplace_back(i);
+            net.nodes.emplace_back(i);
         }
         sql_Store store = sql_Store::Create(Fresh("kernel"), Registrar());
-        const cls_Uid box = cls_Uid::AllocateUid();
-        store.WriteRoot("box", [&](const cls_WriteVisitor& visitor) {
-            if (visitor.StartWrite(cls_ArrayPrim<int>::TypeId(), box) != 0) {
-                const std::unique_ptr<cls_WriteListObj> list(visitor.Memento()->MakeObjListWriter(LIST));
-                for (const Node& node : nodes) {
-                    node.DBWrite(cls_WriteVisitor(cls_WriteRequestListObj(list.get())));
-                }
-            }
-        });
+        store.WriteRoot("net", [&net](const cls_WriteVisitor& visitor) { net.DBWrite(visitor); });
         store.Commit();
     }
     static double Load()
     {
         sql_Store store = sql_Store::OpenReadOnly(FOLDER + "/kernel", Registrar());
-        const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-        const std::unique_ptr<cls_ReadListObj> list(record->MakeObjListReader(LIST));
-        std::vector<Node> nodes;
+        const std::unique_ptr<Net> net(static_cast<Net*>(store.ReadRoot("net")));
         double sum = 0;
-        while (list->Next()) {
-            nodes.emplace_back(cls_ReadVisitor(list->MakeReader()));
-            sum += nodes.back().Mass();
+        for (const Node& node : net->nodes) {
+            sum += node.Mass();
         }
         return sum;
     }

@@ -107,9 +107,10 @@ public:
     }
     [[gnu::noinline]] double Sum()
     {
+        const cls_ArrayPrim<double>& array = *m_array;
         double sum = 0;
         for (int i = 0; i < COUNT; ++i) {
-            sum += m_array->ConstGet(i);
+            sum += array.ConstGet(i);
         }
         return sum;
     }
