@@ -10,8 +10,10 @@
 #include <fstream>
 #include <limits>
 #include <sqlite3.h>
-#define XXH_INLINE_ALL
 #include <xxhash.h>
+#if defined(SQL_HAS_XXH_DISPATCH)
+#include <xxh_x86dispatch.h> // the same sums, by the widest registers that the processor has
+#endif
 
 namespace
 {
