@@ -107,6 +107,23 @@ TEST_F(AllocationFaults, A_save_fails_as_a_whole)
         2);
 }
 
+TEST_F(AllocationFaults, A_first_save_leaves_the_array_in_memory)
+{
+    RefuseEachIn(
+        [&] {
+            sql_Store store = Open();
+            const Model model(2);
+            try {
+                model.Save(store, BOX);
+            } catch (const std::exception&) {
+                store.Rollback();
+                EXPECT_EQ(model.Stamp(), 2);
+                throw;
+            }
+        },
+        2);
+}
+
 TEST_F(AllocationFaults, Opening_and_reading_change_nothing)
 {
     RefuseEachIn(

@@ -247,6 +247,22 @@ TEST_F(Reliability, A_newer_writer_leaves_the_file_readable_and_a_reader_cannot_
     EXPECT_NE(Said([&] { Create(); }).find("is there already"), std::string::npos);
 }
 
+TEST_F(Reliability, Pages_in_the_log_of_another_program_are_read)
+{
+    {
+        sql_Store store = Create();
+        Model(1).Save(store, BOX);
+    }
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(Path().c_str(), &other), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(
+                  other, "PRAGMA journal_mode = WAL; CREATE TABLE large(x); INSERT INTO large VALUES (zeroblob(99999))",
+                  nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    EXPECT_EQ(Read(), "nothing");
+    sqlite3_close(other);
+}
+
 #if !defined(_WIN32) // needs fork
 /// Runs `work` in a process of its own, which exits with its result.
 template <class F> pid_t Fork(F work)

@@ -55,7 +55,7 @@ sql_Connection::sql_Connection(const std::string& file, Mode mode, int busyMilli
 sql_Connection::~sql_Connection()
 {
     // Closing it in a forked process could remove a journal that the owner still needs.
-    if (m_process == VEXCRT::ProcessId()) {
+    if (IsOwn()) {
         sqlite3_close_v2(m_handle);
     }
 }
@@ -72,9 +72,14 @@ bool sql_Connection::InTransaction() const noexcept
     return sqlite3_get_autocommit(m_handle) == 0;
 }
 
+bool sql_Connection::IsOwn() const noexcept
+{
+    return m_process == VEXCRT::ProcessId();
+}
+
 void sql_Connection::CheckProcess() const
 {
-    if (m_process != VEXCRT::ProcessId()) {
+    if (!IsOwn()) {
         const std::string text = "'" + m_file + "' was opened by another process, before a fork: open it again";
         nex_TextException(text.c_str()).Throw(SOURCE, __LINE__);
     }

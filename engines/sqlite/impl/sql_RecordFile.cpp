@@ -119,8 +119,19 @@ sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilli
         throw;
     }
     if (!m_isReadOnly) {
-        // What another program may have left; older versions of SQLite can lose data in the write-ahead mode.
-        m_db.Execute("PRAGMA journal_mode = DELETE");
+        m_db.Execute(IsLogSafe(sqlite3_libversion_number()) ? "PRAGMA journal_mode = WAL"
+                                                            : "PRAGMA journal_mode = DELETE");
+    }
+}
+
+sql_RecordFile::~sql_RecordFile()
+{
+    // A file at rest has no log beside it, if nobody else reads it just now: it can be copied and lie where none may be
+    // made.
+    if (!m_isReadOnly && m_db.IsOwn() && IsLogSafe(sqlite3_libversion_number())) {
+        EndRead();
+        sqlite3_busy_timeout(m_db.Handle(), 0);
+        sqlite3_exec(m_db.Handle(), "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
     }
 }
 
@@ -216,6 +227,10 @@ void sql_RecordFile::CheckVersions(Mode mode)
 
 void sql_RecordFile::CheckLength()
 {
+    sql_Statement journal(m_db, "PRAGMA journal_mode");
+    if (sql_Rows rows(journal); rows.Next() && rows.Bytes(0) == "wal") {
+        return; // pages may still stand in the log
+    }
     const std::int64_t stated = Pragma("PRAGMA page_count") * Pragma("PRAGMA page_size");
     std::error_code error;
     const auto size = static_cast<std::int64_t>(std::filesystem::file_size(Name(), error));

@@ -38,6 +38,9 @@ public:
     /// Throws in a forked process, where SQLite must not be used.
     void CheckProcess() const;
 
+    /// False in a forked process.
+    bool IsOwn() const noexcept;
+
     const std::string& File() const noexcept { return m_file; }
     sqlite3* Handle() const noexcept { return m_handle; }
 

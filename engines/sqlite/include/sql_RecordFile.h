@@ -29,6 +29,12 @@ public:
 
     sql_RecordFile(const std::string& file, Mode mode, int busyMilliseconds = BUSY_MILLISECONDS);
 
+    ~sql_RecordFile() override;
+
+    /// True when this version of SQLite (3051003 is 3.51.3) may write by a log ahead of the file, which lets readers go on
+    /// while a large save is written: older ones can lose data when the log is reset under two connections.
+    static constexpr bool IsLogSafe(int version) noexcept { return version >= 3051003; }
+
     sql_Connection& Connection() noexcept { return m_db; }
 
     /// The lowest format versions that may read and that may write the file.
