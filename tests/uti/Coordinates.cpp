@@ -75,7 +75,7 @@ TEST(Coordinates, Random_operations_agree_with_a_vector_in_either_form)
         const bool isPoint = index < container.Length();
         const std::array<float, 3> point{x, x + 1, 0};
         const float flat[] = {x, x + 1, x, x + 1};
-        const int pair[] = {index, index / 2, index};
+        const int pair[] = {index / 2, index, index / 2};
         if (const int what = below(9); what == 0) {
             container.Append(x, x + 1);
             model.push_back(point);

@@ -1,4 +1,4 @@
-#include "containers.h"
+#include "objects.h"
 
 #include "omu_DictIntObjABC.h"
 #include "omu_ObjectRef.h"

@@ -1,4 +1,4 @@
-#include "ledger.h"
+#include "objects.h"
 
 #include "cow_List.h"
 #include "nex_TextException.h"

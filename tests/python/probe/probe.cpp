@@ -3,10 +3,9 @@
 #include "vexomu_python.h"
 
 #include "../../omu/ExceptionClasses.h"
-#include "containers.h"
 #include "cow_List.h"
-#include "ledger.h"
 #include "nex_TextException.h"
+#include "objects.h"
 #include "omu_Arguments.h"
 #include "omu_ObjectRef.h"
 #include "omu_PrimBool.h"
@@ -19,11 +18,11 @@
 #include "omu_PrimType.h"
 #include "uti_SystemException.h"
 
-#include <array>
 #include <memory>
 #include <new>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace
 {
@@ -94,15 +93,7 @@ private:
     omu_Primitive* DescribePaint(omu_Arguments&) { return new omu_PrimString("painted"); }
 };
 
-using Failure = void (*)();
-
-struct NamedFailure
-{
-    std::string_view name;
-    Failure fail;
-};
-
-constexpr std::array<NamedFailure, 18> failures{{
+constexpr std::pair<std::string_view, void (*)()> failures[] = {
     {"value", [] { omu_ValueErrorException("bad value").Throw("probe", 1); }},
     {"key", [] { omu_KeyErrorException("no 'such' key", "such").Throw("probe", 1); }},
     {"index", [] { omu_IndexErrorException("index 7").Throw("probe", 1); }},
@@ -122,7 +113,7 @@ constexpr std::array<NamedFailure, 18> failures{{
     {"foreign", [] { throw 42; }},
     {"range", [] { omu_RangeErrorException("width", 1, omu_INCLUSIVE, 10, omu_NOT_INCLUSIVE).Throw("probe", 1); }},
     {"root", [] { nex_CommandException().Throw("probe", 1); }},
-}};
+};
 
 /// The root object of the module.
 class Shelf final : public omu_InterfaceObj
@@ -187,9 +178,9 @@ private:
         arguments.Begin();
         arguments.Get(kind, "kind");
         arguments.End("fail");
-        for (const NamedFailure& failure : failures) {
-            if (failure.name == kind.view()) {
-                failure.fail();
+        for (const auto& [name, fail] : failures) {
+            if (name == kind.view()) {
+                fail();
             }
         }
         return nullptr;

@@ -1,6 +1,9 @@
 #pragma once
 
-class omu_InterfaceObj;
+#include "omu_InterfaceObj.h"
+
+/// A kernel object that remembers every call, so that a replayed journal can be compared. The caller owns it.
+omu_InterfaceObj* NewLedger();
 
 // Containers of crates for the tests of the binding. Scripts may set and delete in the racks: a number under a key makes
 // a crate of that size.
