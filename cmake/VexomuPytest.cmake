@@ -7,7 +7,7 @@ function(vexomu_pytest file)
     add_test(NAME "${name}" COMMAND "${Python3_EXECUTABLE}" -m pytest
         -q -p no:cacheprovider --capture=sys "${file}")
     set_tests_properties("${name}" PROPERTIES
-        TIMEOUT 60
+        TIMEOUT 240
         LABELS "${arg_LABELS}"
         ENVIRONMENT "PYTHONPATH=${VEXOMU_PYTHON_DIR};PYTHONDONTWRITEBYTECODE=1;PYTHONHASHSEED=0"
         ENVIRONMENT_MODIFICATION "${arg_ENVIRONMENT}")
