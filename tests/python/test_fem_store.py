@@ -176,12 +176,15 @@ def test_a_file_of_an_older_version_opens_and_is_saved_as_the_newest(tmp_path):
     assert reopened(file) == text() and "7.85e-09, 210000.0" in text()
 
 
-def test_another_session_that_saved_meanwhile_is_noticed(small):
-    model, file = small
-    subprocess.run([sys.executable, "-c", "from fem import session; import sys; session.open(sys.argv[1]); session.save()",
-                    file], check=True)
+@pytest.mark.parametrize("what", ["session.open(file); session.save()", "session.createModel('x'); session.save(file)"])
+def test_another_session_that_saved_meanwhile_is_noticed(small, what):
+    file = small[1]
+    subprocess.run([sys.executable, "-c", f"import sys; from fem import session; file = sys.argv[1]; {what}", file],
+                   check=True)
+    saved = reopened(file)
     with pytest.raises(RuntimeError, match="was saved by another session after this one had opened it; open it again"):
         session.save()
+    assert reopened(file) == saved
     session.open(file)
     session.save()
 

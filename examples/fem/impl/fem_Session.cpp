@@ -183,7 +183,11 @@ void fem_Session::Write(sql_Store& store, bool isOtherFile)
         store.Commit();
     } catch (...) {
         store.Rollback();
-        m_models.Restore();
+        try {
+            m_models.Restore();
+        } catch (const nex_TextException&) {
+            // An array whose place in the file is gone says so to whoever asks for its values.
+        }
         throw;
     }
     ++m_saves;
@@ -193,7 +197,8 @@ void fem_Session::Write(sql_Store& store, bool isOtherFile)
 void fem_Session::RequireUnchanged(sql_Store& store) const
 {
     const std::unique_ptr<cls_MementoRead> root(store.OpenRoot(ROOT));
-    if (root->ReadInt(SAVES, 0) != m_saves) {
+    // It may also have replaced everything, by what was saved as often.
+    if (root->GetUidEntry() != m_uid.Entry() || root->ReadInt(SAVES, 0) != m_saves) {
         FailFile(*m_file, "was saved by another session after this one had opened it; open it again", __LINE__);
     }
 }
