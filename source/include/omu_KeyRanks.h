@@ -58,21 +58,22 @@ public:
     /// the next one.
     bool Append(std::uint32_t key, std::size_t length) noexcept
     {
-        if (!IsOn()) {
+        const auto left = static_cast<std::uint64_t>(m_lastCovered - key);
+        if (left >= BLOCK_KEYS && !StartBlock(key, length)) {
             return false;
         }
-        const std::size_t needed = BlockOf(key) + 2;
-        const bool fits = needed == m_leftOut.size() || (needed == m_leftOut.size() + 1 && StartBlock(length));
-        if (fits) {
-            --m_leftOut.back();
-        }
-        return fits;
+        --m_leftOut.back();
+        return true;
     }
     /// A key was added as one of `length` keys.
     void Insert(std::uint32_t key, std::size_t length) noexcept;
     /// A key was removed, `length` are left.
     void Remove(std::uint32_t key, std::size_t length) noexcept;
-    void SwitchOff() noexcept { m_leftOut.clear(); }
+    void SwitchOff() noexcept
+    {
+        m_leftOut.clear();
+        m_lastCovered = -1;
+    }
 
     /// Starts again with the keys of all entries, which stays off unless they ascend and lie close enough.
     template <class Entry> void Build(const Entry* entries, std::size_t count)
@@ -94,13 +95,14 @@ private:
     {
         return static_cast<std::size_t>((key - m_base) / BLOCK_KEYS);
     }
-    /// One more block; false, and nothing done, when they are too many for `length` keys.
-    bool StartBlock(std::size_t length) noexcept;
+    /// One more block, in which `key` must fall; false, and nothing done, when they are too many for `length` keys.
+    bool StartBlock(std::uint32_t key, std::size_t length) noexcept;
     static constexpr std::size_t MostBlocks(std::size_t length) noexcept { return length / KEYS_FOR_BLOCK + 8; }
     /// Makes the blocks reach to `key`, one of `length` keys; switches off and gives false when they are too many.
     bool Cover(std::uint32_t key, std::size_t length) noexcept;
 
     // Numbers that are no keys, from m_base on, up to the start of each block and to the end of the last; empty: off.
     std::vector<std::uint32_t> m_leftOut;
-    std::int64_t m_base = 0; // no key is below it; perhaps negative
+    std::int64_t m_base = 0;         // no key is below it; perhaps negative
+    std::int64_t m_lastCovered = -1; // the last number of the last block; -1: off
 };

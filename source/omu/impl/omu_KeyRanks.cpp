@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <new>
 
-bool omu_KeyRanks::StartBlock(std::size_t length) noexcept
+bool omu_KeyRanks::StartBlock(std::uint32_t key, std::size_t length) noexcept
 {
-    if (m_leftOut.size() > MostBlocks(length) || m_leftOut.size() == m_leftOut.capacity()) {
+    const auto behind = static_cast<std::uint64_t>(key - m_lastCovered - 1);
+    if (!IsOn() || behind >= BLOCK_KEYS || m_leftOut.size() > MostBlocks(length) ||
+        m_leftOut.size() == m_leftOut.capacity()) {
         return false;
     }
     m_leftOut.push_back(m_leftOut.back() + BLOCK_KEYS); // has room: cannot throw
+    m_lastCovered += BLOCK_KEYS;
     return true;
 }
 
@@ -42,12 +45,13 @@ bool omu_KeyRanks::Cover(std::uint32_t key, std::size_t length) noexcept
         return false;
     }
     m_base -= static_cast<std::int64_t>(front * BLOCK_KEYS);
+    m_lastCovered = m_base + static_cast<std::int64_t>(blocks * BLOCK_KEYS) - 1;
     return true;
 }
 
 void omu_KeyRanks::Insert(std::uint32_t key, std::size_t length) noexcept
 {
-    const bool isCovered = IsOn() && key >= m_base && BlockOf(key) + 1 < m_leftOut.size();
+    const bool isCovered = key >= m_base && key <= m_lastCovered;
     if (!isCovered && !Cover(key, length)) {
         return;
     }
