@@ -358,7 +358,7 @@ TEST_F(StoreTest, Arrays_keep_their_values_in_memory_and_in_every_place_of_two_s
     EXPECT_EQ(Said([&] { save(Create("fourth.vx")); }), "the store was closed");
 }
 
-TEST_F(StoreTest, An_array_that_another_program_made_longer_stays_as_long_and_says_so)
+TEST_F(StoreTest, Arrays_on_one_list_leave_it_sound_and_see_what_the_others_appended)
 {
     const auto open = [](sql_Store& store) {
         const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
@@ -385,6 +385,34 @@ TEST_F(StoreTest, An_array_that_another_program_made_longer_stays_as_long_and_sa
     EXPECT_EQ(array.Size(), 6000);
     EXPECT_EQ(array.ConstGet(2999), 1);
     EXPECT_EQ(array.ConstGet(5999), 0);
+
+    sql_Store other = Open();
+    cls_ArrayPrim<int> arrays[] = {open(store), open(store), open(other)};
+    std::mt19937 random(1);
+    for (int step = 0; step < 200; ++step) {
+        cls_ArrayPrim<int>& one = arrays[random() % 3];
+        const int at = static_cast<int>(random() % static_cast<unsigned>(one.Size()));
+        switch (random() % 4) {
+        case 0:
+            one.AppendBlock(values, at % 2500);
+            break;
+        case 1:
+            one.Append(at);
+            break;
+        case 2:
+            one.Get(at) = step;
+            break;
+        default:
+            one.ConstGet(at);
+        }
+        store.Commit();
+        other.Commit();
+    }
+    const cls_ArrayPrim<int> all = open(store);
+    EXPECT_EQ(all.Size(), std::max({arrays[0].Size(), arrays[1].Size(), arrays[2].Size()}));
+    for (int i = 0; i < all.Size(); i += 100) {
+        all.ConstGet(i);
+    }
 }
 
 TEST_F(StoreTest, An_old_version_of_a_class_is_read_through_its_own_metadata_and_upgraded_by_a_save)

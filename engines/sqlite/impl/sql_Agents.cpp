@@ -18,7 +18,8 @@ namespace
 class Agent
 {
 protected:
-    Agent(const sql_SessionPtr& session, std::int64_t record, sql_Form form) : m_session(session), m_record(record)
+    Agent(const sql_SessionPtr& session, std::int64_t record, sql_Form form)
+        : m_session(session), m_record(record), m_stored(session->StateOf(record))
     {
         const sql_Record head = Head();
         if (head.form != form) {
@@ -38,8 +39,9 @@ protected:
     /// Goes by what is stored, whoever stored it.
     void Follow(const sql_Record& head) noexcept
     {
-        m_length = static_cast<int>(head.length);
-        m_revision = head.revision;
+        const int length = static_cast<int>(head.length);
+        m_stored->length = m_stored->isBeingWritten ? std::max(m_stored->length, length) : length;
+        m_stored->revision = head.revision;
     }
     void See(const sql_Record& head) noexcept
     {
@@ -76,8 +78,7 @@ protected:
     sql_SessionPtr m_session;
     std::int64_t m_record;
     int m_users = 0;
-    int m_length = 0;
-    std::int64_t m_revision = 0;  // of the record when it was last followed
+    std::shared_ptr<sql_Stored> m_stored;
     std::int64_t m_seen = 0;      // the revision that the collection knows of
     std::int64_t m_failedIn = -1; // a transaction
 };
@@ -89,27 +90,28 @@ public:
         : Agent(session, record, FORM), sql_PagedArray(session, record, uid), m_isFirst(isFirst)
     {}
 
-    int Size() override { return m_length; }
+    int Size() override { return m_stored->length; }
     bool IsChanged() override
     {
+        m_stored->isBeingWritten = m_stored->isBeingWritten && m_session->Reading().InTransaction();
         const bool isUndone = IsUndone();
         const bool hasChanged = HasChanged() || isUndone;
         if (isUndone) {
-            m_hasWritten = m_isInTransaction = m_isUndone = false;
+            m_isInTransaction = m_isUndone = false;
         }
         return hasChanged;
     }
     void EndWrite() override
     {
-        if (m_hasWritten) {
+        if (m_stored->isBeingWritten) {
             sql_Record head = Head();
             const bool isNews = head.revision != m_seen; // somebody else's change, which is still to be seen
-            head.length = std::max<std::int64_t>(head.length, m_length);
+            head.length = std::max<std::int64_t>(head.length, m_stored->length);
             ++head.revision;
             m_session->Writing().PutRecord(head);
             Follow(head);
             m_seen = isNews ? m_seen : head.revision;
-            m_hasWritten = false;
+            m_stored->isBeingWritten = false;
         }
         if (std::exchange(m_isFirst, false)) {
             for (cls_ArrayPrim<T>* array : m_arrays) {
@@ -162,9 +164,10 @@ private:
         }
     }
     /// How many values the block that starts at `start` holds.
-    int Stored(int start) const noexcept { return std::clamp(m_length - start, 0, SIZE); }
+    int Stored(int start) const noexcept { return std::clamp(m_stored->length - start, 0, SIZE); }
     void ReadBlock(int start, int count, T* values);
-    void TakeBlock(int start, int count, std::string_view bytes, T* values);
+    /// False when there is no such block, or one of another length.
+    bool TakeBlock(int start, int count, T* values);
     void PutBlock(int start, int count, const T* values);
     void WriteInBlock(int start, int offset, int count, const T* values);
     /// Values that nobody set, from the end of the list up to `first`.
@@ -181,36 +184,34 @@ private:
     bool m_isFirst;                          // until the end of the first writing, of an array that is all in memory
     std::unique_ptr<T[]> m_scratch;          // a block, for ranges that are none
     std::string m_bytes;
-    int m_lastRead = -SIZE; // where the block that was read last starts
-    bool m_hasWritten = false;
+    int m_lastRead = -SIZE;         // where the block that was read last starts
     bool m_isInTransaction = false; // something was written in it
     bool m_isUndone = false;        // by a rollback
 };
 
-template <class T> void ListAgent<T>::ReadBlock(int start, int count, T* values)
+template <class T> bool ListAgent<T>::TakeBlock(int start, int count, T* values)
 {
-    sql_Records& records = m_session->Reading();
+    const auto size = static_cast<std::size_t>(count);
     sql_BlockCache* const cache = m_session->Cache();
     const bool isNext = start == std::exchange(m_lastRead, start) + SIZE; // of a walk through the list
-    if (const std::string* const known = cache != nullptr ? cache->Find(m_record, start / SIZE, m_revision) : nullptr) {
-        TakeBlock(start, count, *known, values);
-        return;
+    if (const std::string* const known =
+            cache != nullptr ? cache->Find(m_record, start / SIZE, m_stored->revision) : nullptr) {
+        return sql_ReadItems(*known, values, size);
     }
+    bool isTaken = false;
     const auto read = [&](std::string_view bytes) {
-        TakeBlock(start, count, bytes, values);
-        if (cache != nullptr && !isNext) {
-            cache->Put(m_record, start / SIZE, m_revision, bytes);
+        isTaken = sql_ReadItems(bytes, values, size);
+        if (isTaken && cache != nullptr && !isNext) {
+            cache->Put(m_record, start / SIZE, m_stored->revision, bytes);
         }
     };
-    if (!records.ReadBlock(m_record, start / SIZE, std::ref(read))) {
-        records.FailDamaged("block " + std::to_string(start / SIZE) + " of record " + std::to_string(m_record) +
-                            " is missing");
-    }
+    m_session->Reading().ReadBlock(m_record, start / SIZE, std::ref(read));
+    return isTaken;
 }
 
-template <class T> void ListAgent<T>::TakeBlock(int start, int count, std::string_view bytes, T* values)
+template <class T> void ListAgent<T>::ReadBlock(int start, int count, T* values)
 {
-    if (!sql_ReadItems(bytes, values, static_cast<std::size_t>(count))) {
+    if (!TakeBlock(start, count, values)) {
         m_session->Reading().FailDamaged("block " + std::to_string(start / SIZE) + " of record " +
                                          std::to_string(m_record) + " does not hold " + std::to_string(count) +
                                          " values");
@@ -220,19 +221,25 @@ template <class T> void ListAgent<T>::TakeBlock(int start, int count, std::strin
 template <class T> void ListAgent<T>::ReadRange(int first, int count, T* values)
 {
     RequireFollowed();
-    if (first < 0 || count < 0 || first > m_length - count) {
-        Fail("values " + std::to_string(first) + " to " + std::to_string(std::int64_t{first} + count) +
-             " were asked for, of " + std::to_string(m_length));
-    }
-    while (count > 0) {
+    while (first < 0 || count != 0) {
+        if (first < 0 || count < 0 || first > m_stored->length - count) {
+            Fail("values " + std::to_string(first) + " to " + std::to_string(std::int64_t{first} + count) +
+                 " were asked for, of " + std::to_string(m_stored->length));
+        }
         const int start = first - first % SIZE;
         const int stored = Stored(start);
         const int taken = std::min(count, start + stored - first);
-        if (taken == stored) {
-            ReadBlock(start, stored, values);
-        } else {
-            ReadBlock(start, stored, Scratch());
-            std::copy_n(Scratch() + (first - start), taken, values);
+        T* const block = taken == stored ? values : Scratch();
+        if (!TakeBlock(start, stored, block)) {
+            const std::int64_t revision = m_stored->revision;
+            Follow(Head()); // another program may have made the block longer
+            if (m_stored->revision == revision) {
+                ReadBlock(start, stored, block);
+            }
+            continue;
+        }
+        if (block != values) {
+            std::copy_n(block + (first - start), taken, values);
         }
         first += taken;
         count -= taken;
@@ -244,7 +251,7 @@ template <class T> void ListAgent<T>::PutBlock(int start, int count, const T* va
 {
     sql_Records& records = m_session->Writing();
     m_session->Cache()->Erase(m_record, start / SIZE); // Writing() left a transaction, and so a cache
-    m_hasWritten = true;
+    m_stored->isBeingWritten = true;
     m_isInTransaction = true;
     if constexpr (std::is_same_v<T, cow_String>) {
         m_bytes.clear();
@@ -255,7 +262,7 @@ template <class T> void ListAgent<T>::PutBlock(int start, int count, const T* va
                                      static_cast<std::size_t>(count) * sizeof(T));
         records.PutBlock(m_record, start / SIZE, bytes);
     }
-    m_length = std::max(m_length, start + count);
+    m_stored->length = std::max(m_stored->length, start + count);
 }
 
 template <class T> void ListAgent<T>::WriteInBlock(int start, int offset, int count, const T* values)
@@ -275,9 +282,10 @@ template <class T> void ListAgent<T>::WriteInBlock(int start, int offset, int co
 template <class T> void ListAgent<T>::Fill(int first)
 {
     const auto unset = std::make_unique<T[]>(SIZE);
-    while (m_length < first) {
-        const int start = m_length - m_length % SIZE;
-        WriteInBlock(start, m_length - start, std::min(first - m_length, start + SIZE - m_length), unset.get());
+    while (m_stored->length < first) {
+        const int start = m_stored->length - m_stored->length % SIZE;
+        WriteInBlock(start, m_stored->length - start,
+                     std::min(first - m_stored->length, start + SIZE - m_stored->length), unset.get());
     }
 }
 
@@ -287,8 +295,9 @@ template <class T> void ListAgent<T>::WriteRange(int first, int count, const T* 
     if (first < 0 || count < 0 || count > std::numeric_limits<int>::max() - first) {
         Fail("values from " + std::to_string(first) + " on were written, " + std::to_string(count) + " of them");
     }
-    if (!m_hasWritten) {
-        Follow(Head()); // another array may have made the list longer
+    m_session->Writing();
+    if (!m_stored->isBeingWritten) {
+        Follow(Head()); // another program may have made the list longer
     }
     Fill(first);
     while (count > 0) {
@@ -318,7 +327,7 @@ template <class T> void ListAgent<T>::TakeIn()
 
 template <class T> void ListAgent<T>::Settle(bool isCommitted) noexcept
 {
-    m_hasWritten = false;
+    m_stored->isBeingWritten = false;
     m_isUndone = m_isUndone || (m_isInTransaction && !isCommitted);
     m_isInTransaction = false;
     for (std::size_t left = m_arrays.size(); left != 0; --left) {
@@ -383,15 +392,15 @@ public:
         : ObjectAgent(session, record, depth, sql_Form::LIST + sql_Kind::OBJECT)
     {}
 
-    int Size() override { return m_length; }
+    int Size() override { return m_stored->length; }
     bool IsChanged() override { return HasChanged(); }
     void EndWrite() override {}
-    std::uint32_t ClassId(int index) override { return ClassAt(Checked(index, m_length)); }
-    cls_MementoRead* MakeReader(int index) override { return ReaderAt(Checked(index, m_length)); }
+    std::uint32_t ClassId(int index) override { return ClassAt(Checked(index, m_stored->length)); }
+    cls_MementoRead* MakeReader(int index) override { return ReaderAt(Checked(index, m_stored->length)); }
     void Attach() override { ++m_users; }
     cls_MementoWrite* MakeWriteObj(int index, std::uint32_t classId, const cls_Uid& uid) override
     {
-        return Write(Checked(index, m_length + 1), classId, uid);
+        return Write(Checked(index, m_stored->length + 1), classId, uid);
     }
     void Detach(cls_PC& collection) noexcept override { Leave(collection); }
     bool IsOwnedElsewhere() noexcept override { return m_users > 0; }
@@ -412,7 +421,7 @@ private:
 
 void ObjListAgent::RemoveAt(int index)
 {
-    Checked(index, m_length);
+    Checked(index, m_stored->length);
     const sql_Session::Open open = Open();
     m_session->Erase(*open, sql_Key(std::int64_t{index}));
     for (std::int64_t next = std::int64_t{index} + 1; next < open->next; ++next) {
@@ -432,7 +441,7 @@ public:
                       (std::is_same_v<K, int> ? sql_Form::INT_MAP : sql_Form::STRING_MAP) + sql_Kind::OBJECT)
     {}
 
-    int Size() override { return m_length; }
+    int Size() override { return m_stored->length; }
     bool IsChanged() override { return HasChanged(); }
     void EndWrite() override {}
     cow_1DArray<K> Keys() override;

@@ -604,6 +604,17 @@ void sql_Session::Drop(const sql_PagedArray& array, std::int64_t record) noexcep
     m_paged.erase(std::find_if(first, last, [&](const auto& noted) { return noted.second == &array; }));
 }
 
+std::shared_ptr<sql_Stored> sql_Session::StateOf(std::int64_t record)
+{
+    std::weak_ptr<sql_Stored>& known = m_stored[record];
+    std::shared_ptr<sql_Stored> stored = known.lock();
+    if (stored == nullptr) {
+        stored = std::make_shared<sql_Stored>();
+        known = stored;
+    }
+    return stored;
+}
+
 void sql_Session::Settle(bool isCommitted) noexcept
 {
     ++m_transaction;

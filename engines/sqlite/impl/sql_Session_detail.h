@@ -72,6 +72,14 @@ struct sql_OpenRecord
     bool IsList() const noexcept;
 };
 
+/// What all agents of a stored collection know of it.
+struct sql_Stored
+{
+    int length = 0;
+    std::int64_t revision = 0;   // of the record when it was last looked at
+    bool isBeingWritten = false; // the length may be ahead of the record's
+};
+
 /// The state of an open store between its records and the mementos: transactions, classes, identities, what is open.
 ///
 /// Ownership:  shared by the store and every memento, reader, writer and agent; closed by the store.
@@ -132,6 +140,8 @@ public:
     // The arrays that agents of this session serve, by their records.
     void Note(sql_PagedArray& array, std::int64_t record) { m_paged.emplace(record, &array); }
     void Drop(const sql_PagedArray& array, std::int64_t record) noexcept;
+    /// The same for every agent of the record.
+    std::shared_ptr<sql_Stored> StateOf(std::int64_t record);
     /// The save that goes on, or the last one of the transaction; 0 outside of one.
     std::int64_t CurrentSave() const noexcept { return m_isWriting ? m_save : 0; }
     /// How many transactions have ended.
@@ -192,6 +202,7 @@ private:
     std::map<std::uint32_t, sql_ClassPtr> m_written; // by class id in this program
     std::unordered_map<std::int64_t, sql_Identity*> m_identities;
     std::unordered_multimap<std::int64_t, sql_PagedArray*> m_paged;
+    std::unordered_map<std::int64_t, std::weak_ptr<sql_Stored>> m_stored; // by record
     sql_BlockCache m_cache{sql_Store::CACHE_BYTES};
     PendingRing m_pending;
     std::exception_ptr m_deferred;
