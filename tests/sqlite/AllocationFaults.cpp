@@ -56,7 +56,7 @@ class AllocationFaults : public StoreTest
 {
 protected:
     /// Runs `work` on the file of the first commit, for n = 1, 2, ... until the n-th request is not reached. After each
-    /// the file has to be sound, and to hold the first commit, or `stamp` where nothing was thrown.
+    /// the file has to be as it was, or sound with the first commit, or `stamp` where nothing was thrown.
     template <class F> void RefuseEachIn(F work, int stamp)
     {
         {
@@ -80,12 +80,14 @@ protected:
             isReached = Memory::failAt == 0;
             Memory::failAt = 0;
             thrown += hasThrown;
-            {
-                sql_Store store = Open(); // rolls a journal back that was left
-                const int found = Model(cls_ReadVisitor(store.OpenRoot("model"))).Stamp();
+            if (!hasThrown || Bytes() != first || std::filesystem::exists(Path() + "-journal")) {
+                const int found = [&] {
+                    sql_Store store = Open(); // rolls a journal back that was left
+                    return Model(cls_ReadVisitor(store.OpenRoot("model"))).Stamp();
+                }();
                 ASSERT_TRUE(found == stamp || (found == 1 && hasThrown)) << found;
+                ASSERT_EQ(Check(), "sound");
             }
-            ASSERT_EQ(Check(), "sound");
             settled = n == 20 ? Memory::live : settled;
         }
         EXPECT_GT(thrown, 100);
