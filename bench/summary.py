@@ -83,9 +83,9 @@ GOALS = [
     ("10,000,000 doubles read in order, beside SQLite", "store_read<Kernel>/real_time", ["store_read<Sqlite>/real_time"], 1.10),
     ("10,000,000 doubles read in order, beside HDF5", "store_read<Kernel>/real_time", ["store_read<Hdf5>/real_time"], None),
     ("100,000 random doubles, beside HDF5", "store_random<Kernel>/real_time", ["store_random<Hdf5>/real_time"], 0.60),
+    ("100,000 random doubles, beside plain reads", "store_random<Kernel>/real_time", ["store_random<Plain>/real_time"], None),
     ("100,000 small objects saved, beside SQLite", "objects_save<Kernel>/real_time", ["objects_save<Sqlite>/real_time"], None),
     ("100,000 small objects loaded, beside SQLite", "objects_load<Kernel>/real_time", ["objects_load<Sqlite>/real_time"], None),
-    ("100,000 random doubles, beside plain reads", "store_random<Kernel>/real_time", ["store_random<Plain>/real_time"], None),
 ]
 
 
