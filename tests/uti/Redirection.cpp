@@ -34,8 +34,7 @@ TEST(Redirection, What_cannot_be_meant_is_refused)
     }
     EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "a").CreateSink(); }), "Stream stdin has already redirected.");
     EXPECT_EQ(ErrorOf([] { uti_Redirection(">>&", "a").CreateSource(); }), "Stream stdout has already redirected.");
-    EXPECT_NE(ErrorOf([] { uti_Redirection("<", "no/such/file").OpenAll(); }).find("/no/such/file: "),
-              std::string::npos);
+    EXPECT_NE(ErrorOf([] { uti_Redirection("<", "no/such/file").OpenAll(); }).find("file: "), std::string::npos);
 }
 
 TEST(Redirection, A_descriptor_that_is_not_open_is_reported_by_the_result_of_the_call)

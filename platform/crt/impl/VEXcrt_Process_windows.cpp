@@ -16,7 +16,7 @@ namespace
 using State = VEXCRT::ChildProcess::State;
 
 constexpr unsigned int PIPE_BYTES = 1024;
-constexpr DWORD NAP = 10; // milliseconds, while a pipe is looked at
+constexpr DWORD NAP = 10; // milliseconds for each group of children, where there are several
 
 HANDLE ToHandle(std::intptr_t handle)
 {
@@ -325,16 +325,13 @@ void VEXCRT::ChildProcess::Leave() noexcept
 
 std::int64_t VEXCRT::ChildProcess::ReadOutput(int descriptor, void* buffer, std::size_t size)
 {
-    const HANDLE pipe = ToHandle(_get_osfhandle(descriptor));
-    while (m_handle && (!m_hasEnded || m_wasKilled)) {
+    if (m_wasKilled) {
+        Wait(FOR_EVER); // it may not be quite gone
         DWORD available = 0;
-        if (!PeekNamedPipe(pipe, nullptr, 0, nullptr, &available, nullptr) || available != 0) {
-            break;
-        }
-        if (m_hasEnded) {
+        const HANDLE pipe = ToHandle(_get_osfhandle(descriptor));
+        if (PeekNamedPipe(pipe, nullptr, 0, nullptr, &available, nullptr) && available == 0) {
             return 0;
         }
-        Wait(NAP);
     }
     return ReadDescriptor(descriptor, buffer, size);
 }

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -10,11 +11,12 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
-/// Whether this process has a handle of that number.
-bool HasHandle(const char* number)
+/// Writes to a handle of that number, if this process has it.
+void WriteTo(const char* number)
 {
-    DWORD flags = 0;
-    return GetHandleInformation(reinterpret_cast<HANDLE>(std::strtoull(number, nullptr, 10)), &flags) != 0;
+    DWORD written = 0;
+    WriteFile(reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(std::strtoul(number, nullptr, 10))), "inherited", 9,
+              &written, nullptr);
 }
 #endif
 
@@ -46,7 +48,7 @@ int main(int argc, char** argv)
         return std::atoi(argv[2]);
 #if defined(_WIN32)
     } else if (task == "handle") {
-        std::cout << (HasHandle(argv[2]) ? "inherited" : "none");
+        WriteTo(argv[2]);
 #endif
     } else {
         return 99;
