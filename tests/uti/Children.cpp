@@ -120,7 +120,8 @@ TEST_F(Children, What_cannot_be_started_is_an_error)
 
 TEST_F(Children, Waiting_for_any_takes_the_first_ended)
 {
-    uti_SpawnSink waiting(Command("cat > none")), ending(Command("exit 5"));
+    uti_Spawn waiting(Command("sleep")); // not until its input ends: reaping a sink closes it
+    uti_Spawn ending(Command("exit 5"));
     uti_Spawn* list[] = {&waiting, &ending};
     EXPECT_EQ(uti_Spawn::waitForAny(list, 2), &ending);
     EXPECT_EQ(ending.Reap(-1), 5);
