@@ -8,41 +8,30 @@
 
 namespace
 {
-// When the process ends, its other threads are already gone, perhaps with a lock held: nothing may wait for one.
-bool IsProcessEnding()
-{
-    using Query = BOOLEAN(NTAPI*)();
-    const HMODULE system = GetModuleHandleA("ntdll.dll");
-    const FARPROC query = system ? GetProcAddress(system, "RtlDllShutdownInProgress") : nullptr;
-    return query && reinterpret_cast<Query>(reinterpret_cast<void*>(query))() != 0;
-}
-
-void WINAPI EndThread(void* pending)
-{
-    if (!IsProcessEnding()) {
-        crt_detail::RunPendingSteps(reinterpret_cast<std::uintptr_t>(pending));
-    }
-}
-
-// A fibre-local index: unlike a thread-local one it has a callback.
-DWORD ThreadEndIndex() noexcept
-{
-    static const DWORD index = [] {
-        VEXCRT::KeepLoaded(reinterpret_cast<const void*>(&EndThread));
-        return FlsAlloc(&EndThread);
-    }();
-    return index;
-}
+// Made as the library is loaded: a static local would be made under a lock that an ending thread might wait for.
+const DWORD pendingIndex = ::TlsAlloc();
 } // namespace
+
+/// Called by the system, also in every thread that ends, whoever started it. The callback of a fibre-local index would run
+/// under a lock that the first use of such an index takes in any other thread, whatever locks that one holds by then.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        VEXCRT::KeepLoaded(reinterpret_cast<const void*>(&DllMain));
+    } else if (reason == DLL_THREAD_DETACH) {
+        crt_detail::RunPendingSteps(crt_detail::PendingSteps());
+    }
+    return TRUE;
+}
 
 std::uintptr_t crt_detail::PendingSteps() noexcept
 {
-    return reinterpret_cast<std::uintptr_t>(FlsGetValue(ThreadEndIndex()));
+    return reinterpret_cast<std::uintptr_t>(::TlsGetValue(pendingIndex));
 }
 
 bool crt_detail::SetPendingSteps(std::uintptr_t steps) noexcept
 {
-    return FlsSetValue(ThreadEndIndex(), reinterpret_cast<void*>(steps)) != 0;
+    return ::TlsSetValue(pendingIndex, reinterpret_cast<void*>(steps)) != 0;
 }
 
 std::uint32_t VEXCRT::ProcessId() noexcept
