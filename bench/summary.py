@@ -44,6 +44,8 @@ GOALS = [
         for order, goal in (("in_order", 0.10), ("random", 0.20))
         for row in [f"{keys}/{order}"]
     ),
+    ("a label found, sparse, random", "table_find/sparse/random/kernel", ["table_find/sparse/random/flat_hash_map"], None),
+    ("the same, beside flat_map", "table_find/sparse/random/kernel", ["table_find/sparse/random/flat_map"], None),
     ("labels appended to a table", "table_append/kernel", ["table_append/flat_map"], 0.90),
     ("class id found", "uint_find/class_ids/random/kernel", ["uint_find/class_ids/random/unordered_map"], 0.80),
     ("uint found, consecutive", "uint_find/consecutive/random/kernel", ["uint_find/consecutive/random/flat_hash_map"], 0.50),
