@@ -12,8 +12,8 @@ namespace
 const DWORD pendingIndex = ::TlsAlloc();
 } // namespace
 
-/// Called by the system, also in every thread that ends, whoever started it. The callback of a fibre-local index would run
-/// under a lock that the first use of such an index takes in any other thread, whatever locks that one holds by then.
+/// Called by the system, also in every thread that ends, whoever started it. The callback of a fibre-local index would be
+/// called there, too; but with it threads that started and ended at once hung under Wine now and then.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
     if (reason == DLL_PROCESS_ATTACH) {
