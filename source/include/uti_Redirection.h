@@ -18,9 +18,10 @@ struct CommandPiece;
 ///     stream          in     out    error   out     error    out and error    out and error
 ///     the file is     read   new    new     extended         new              extended
 ///
-/// Ownership:  owns the descriptors above 2 that it is given or opens, until a started child has them; then they are
+/// Ownership:  owns the descriptors that it is given or opens, until a started child has them; those above 2 are then
 ///             closed in this process. A constructor that throws leaves them to the caller. Descriptors 0 to 2 are this
-///             process's own streams and are never closed.
+///             process's own streams: they stay open once a start was tried, but one that no start was tried with
+///             closes them as well. ">&" without a start so closes 1, where the errors were to go.
 /// Threads:    one thread at a time. Files are closed to every child but the one they are meant for.
 /// Errors:     nex_TextException for what cannot be meant, uti_SystemException for what cannot be opened; what was set
 ///             before stays.
@@ -103,8 +104,12 @@ private:
     void setRedirector(int stream, bool append, const Handle& target);
     /// Puts one end of a pipe into a free stream and returns the other.
     int ConnectPipe(int stream, bool isText, int line);
+    /// A start is tried, or was all that this was made for: this process's own streams stay open from now on.
+    void KeepStandardStreams() noexcept { m_firstOwned = FIRST_OWNED; }
     /// Lets go of the streams that a started child has: closes their descriptors.
     void HandOver() noexcept;
+    void CloseOwned() noexcept;
 
     Slot m_slots[STREAMS];
+    int m_firstOwned = 0; // no lower descriptor is closed
 };

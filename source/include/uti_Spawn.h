@@ -107,6 +107,8 @@ protected:
     /// The file of a program: an absolute one as it is, otherwise one that may be executed.
     static utl_FilePath FindCommand(cow_String name);
 
+    /// Comes before all else that a start does: should it fail, the redirection leaves this process's streams open.
+    static void BeginStart(uti_Redirection& redirection) noexcept;
     void spawn(const cow_String& name, const utl_FilePath& path, const ArgumentList& args, uti_Redirection& redirection,
                const Environment& env, int mode);
 

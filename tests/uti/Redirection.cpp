@@ -2,10 +2,24 @@
 
 #include "Test.h"
 #include "VEXcrt_Process.h"
+#include "uti_SpawnSource.h"
 #include "uti_SystemException.h"
+
+#include <cstdio>
 
 namespace
 {
+/// Starts with a redirection that is there before.
+class Starter : public uti_SpawnSource
+{
+public:
+    Starter() = default;
+    void Start(uti_Redirection&& redirection)
+    {
+        spawnSource("none", utl_FilePath("/no/such/program"), ArgumentList(), redirection, Environment());
+    }
+};
+
 TEST(Redirection, What_cannot_be_meant_is_refused)
 {
     const std::pair<const char*, const char*> rows[] = {
@@ -33,7 +47,7 @@ TEST(Redirection, What_cannot_be_meant_is_refused)
         EXPECT_EQ(ErrorOf([&] { uti_Redirection from((cow_String(text))); }), "Unrecognized redirector symbol") << text;
     }
     EXPECT_EQ(ErrorOf([] { uti_Redirection("<", "a").CreateSink(); }), "Stream stdin has already redirected.");
-    EXPECT_EQ(ErrorOf([] { uti_Redirection(">>&", "a").CreateSource(); }), "Stream stdout has already redirected.");
+    EXPECT_EQ(ErrorOf([] { uti_Redirection(">>", "a").CreateSource(); }), "Stream stdout has already redirected.");
     EXPECT_NE(ErrorOf([] { uti_Redirection("<", "no/such/file").OpenAll(); }).find("file: "), std::string::npos);
 }
 
@@ -49,17 +63,29 @@ TEST(Redirection, A_descriptor_that_is_not_open_is_reported_by_the_result_of_the
     }
 }
 
-TEST(Redirection, Owns_descriptors_above_the_standard_streams)
+TEST(Redirection, Owns_its_descriptors_once)
 {
     VEXCRT::Pipe pipe;
     ASSERT_TRUE(VEXCRT::MakePipe(pipe, /*isText=*/false));
     EXPECT_NE(ErrorOf([&] { uti_Redirection("<", pipe.readEnd, "?", "a"); }), ""); // and it stays open
     {
-        uti_Redirection both("<", pipe.readEnd, ">&", pipe.writeEnd);
-        both.Nullify();
+        uti_Redirection all("<", pipe.readEnd, ">", pipe.writeEnd, "2>", pipe.writeEnd);
+        all.Nullify();
     }
     EXPECT_FALSE(VEXCRT::IsOpenDescriptor(pipe.readEnd));
     EXPECT_FALSE(VEXCRT::IsOpenDescriptor(pipe.writeEnd));
+}
+
+TEST(Redirection, Closes_the_streams_of_this_process_unless_a_start_was_tried)
+{
+    uti_Redirection("<", 0);
+    EXPECT_FALSE(VEXCRT::IsOpenDescriptor(0));
+    ASSERT_NE(std::freopen(VEXCRT::NullDevice(), "r", stdin), nullptr);
+    EXPECT_NE(ErrorOf([] { uti_Spawn::AndWait("no-such-program 2>&1"); }), "");
+    EXPECT_NE(ErrorOf([] { uti_SpawnSource("no-such-program > a 2>&1"); }), "");
+    EXPECT_NE(ErrorOf([] { Starter().Start(uti_Redirection("<", 0, ">&", 1)); }), "") << "no room for the pipe";
+    EXPECT_NE(ErrorOf([] { Starter().Start(uti_Redirection("<", 0, "2>", 1)); }), "") << "no program";
+    EXPECT_TRUE(VEXCRT::IsOpenDescriptor(0));
     EXPECT_TRUE(VEXCRT::IsOpenDescriptor(1));
 }
 
@@ -74,7 +100,7 @@ TEST(Redirection, Files_are_those_of_the_directory_at_construction)
     std::ofstream("old") << "12345";
     std::ofstream("longer") << "12345";
     {
-        uti_Redirection files(">>&", "longer", "<", "old");
+        uti_Redirection files(">>", "longer", "<", "old");
         uti_Redirection emptied(">", "old");
         fs::current_path(folder / "below");
         files.OpenAll();

@@ -127,7 +127,7 @@ uti_Redirection::uti_Redirection(const cow_1DArrayList<cow_String, cow_String>& 
 
 uti_Redirection::~uti_Redirection()
 {
-    HandOver();
+    CloseOwned();
 }
 
 void uti_Redirection::Redirect(const cow_String& symbol, const Handle& target)
@@ -218,15 +218,22 @@ void uti_Redirection::OpenAll()
 
 void uti_Redirection::HandOver() noexcept
 {
-    for (Slot* slot = std::begin(m_slots); slot != std::end(m_slots); ++slot) {
+    CloseOwned();
+    for (Slot& slot : m_slots) {
+        if (slot.target.m_descriptor > INPUT) {
+            slot.target.m_descriptor = Handle::NO_DESCRIPTOR;
+        }
+    }
+}
+
+void uti_Redirection::CloseOwned() noexcept
+{
+    for (const Slot* slot = std::cbegin(m_slots); slot != std::cend(m_slots); ++slot) {
         const int descriptor = slot->target.m_descriptor;
         const auto isSame = [descriptor](const Slot& other) { return other.target.m_descriptor == descriptor; };
         // A descriptor may serve several streams; the last one closes it.
-        if (descriptor >= FIRST_OWNED && std::none_of(slot + 1, std::end(m_slots), isSame)) {
+        if (descriptor >= m_firstOwned && std::none_of(slot + 1, std::cend(m_slots), isSame)) {
             VEXCRT::CloseDescriptor(descriptor);
-        }
-        if (descriptor > INPUT) {
-            slot->target.m_descriptor = Handle::NO_DESCRIPTOR;
         }
     }
 }

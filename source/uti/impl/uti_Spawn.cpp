@@ -56,6 +56,7 @@ std::string Passable(std::string_view text)
 
 uti_Spawn::Parser::Parser(const cow_String& command)
 {
+    BeginStart(redirection);
     for (const CommandPiece& piece : uti_detail::CutCommand(command)) {
         switch (piece.kind) {
         case CommandPiece::OVERRIDE: {
@@ -109,6 +110,7 @@ uti_Spawn::~uti_Spawn()
 bool uti_Spawn::RedirectsOutput(const cow_String& command)
 {
     uti_Redirection redirection;
+    BeginStart(redirection);
     for (const CommandPiece& piece : uti_detail::CutCommand(command)) {
         if (piece.kind == CommandPiece::FILE || piece.kind == CommandPiece::STREAM) {
             redirection.Redirect(piece);
@@ -192,9 +194,15 @@ utl_FilePath uti_Spawn::FindCommand(cow_String name)
     return path;
 }
 
+void uti_Spawn::BeginStart(uti_Redirection& redirection) noexcept
+{
+    redirection.KeepStandardStreams();
+}
+
 void uti_Spawn::spawn(const cow_String& name, const utl_FilePath& path, const ArgumentList& args,
                       uti_Redirection& redirection, const Environment& env, int mode)
 {
+    BeginStart(redirection);
     redirection.OpenAll();
     VEXCRT::ChildStart start;
     start.program = Passable(path.PathName());

@@ -17,6 +17,7 @@ uti_SpawnSink::~uti_SpawnSink()
 void uti_SpawnSink::spawnSink(const cow_String& name, const utl_FilePath& path, const ArgumentList& args,
                               uti_Redirection& redirection, const Environment& env)
 {
+    BeginStart(redirection);
     m_sink.Set(redirection.CreateSink());
     spawn(name, path, args, redirection, env, ATTENDED);
 }
@@ -47,6 +48,7 @@ void uti_SpawnSinkWithSource::spawnSinkWithSource(const cow_String& name, const 
                                                   const ArgumentList& args, uti_Redirection& redirection,
                                                   const Environment& env)
 {
+    BeginStart(redirection);
     m_source.Set(redirection.CreateSource());
     spawnSink(name, path, args, redirection, env);
 }

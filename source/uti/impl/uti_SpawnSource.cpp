@@ -17,6 +17,7 @@ uti_SpawnSource::~uti_SpawnSource()
 void uti_SpawnSource::spawnSource(const cow_String& name, const utl_FilePath& path, const ArgumentList& args,
                                   uti_Redirection& redirection, const Environment& env)
 {
+    BeginStart(redirection);
     m_source.Set(redirection.CreateSource());
     spawn(name, path, args, redirection, env, ATTENDED);
 }
@@ -47,6 +48,7 @@ void uti_SpawnSourceWithSink::spawnSourceWithSink(const cow_String& name, const 
                                                   const ArgumentList& args, uti_Redirection& redirection,
                                                   const Environment& env)
 {
+    BeginStart(redirection);
     m_sink.Set(redirection.CreateSink());
     spawnSource(name, path, args, redirection, env);
 }
