@@ -22,7 +22,7 @@ def test_a_repository_is_a_mapping_of_its_kind_of_keys():
         assert sizes(repository.values()) == [repository[key].size for key in keys] == list(range(len(keys)))
         assert dict(repository) == dict(repository.items())
         assert repository.get("absent") is None and repository.get("absent", 5) == 5
-        for absent in "c", 8, 7.5, 2**40, 2**70, None, []:
+        for absent in "c", "\ud800", 8, 7.5, 2**40, 2**70, None, []:
             assert absent not in repository
             with pytest.raises(KeyError) as caught:
                 repository[absent]
@@ -71,6 +71,9 @@ def test_a_sequence_is_indexed_sliced_and_joined():
     del rest[-1]
     del rest[:2]
     assert sizes(rest) == [3, 4] and len(row) == 5
+    assert row.count(row[0]) == 0  # each is an object of its own
+    with pytest.raises(ValueError):
+        row.index(row[0])
     for refuse in lambda: row * 2, lambda: row + [1], lambda: row.__setitem__(0, 1), lambda: row["x"]:
         with pytest.raises(TypeError):
             refuse()

@@ -100,7 +100,9 @@ def test_objects_that_only_a_script_has_are_variables(journal):
 def test_an_object_whose_text_is_no_path_is_what_scripts_import(journal):
     shelf.echo(1)
     shelf.echo([shelf])
-    assert lines(journal) == ["shelf.echo(1)", "shelf.echo([shelf])"]
+    shelf.add("a\n\0").describe()
+    assert lines(journal)[:2] == ["shelf.echo(1)", "shelf.echo([shelf])"]
+    assert lines(journal)[-1] == r"shelf.box('a\x0a\x00').describe()"
 
 
 def test_a_variable_means_nothing_in_the_next_journal(journal, tmp_path):

@@ -32,7 +32,7 @@ def test_number_formats_are_those_of_the_thread():
     def elsewhere():
         try:
             vexomu.formatNumber(1.0, "mine")
-        except KeyError as error:
+        except vexomu.KeyError as error:
             failures.append(error)
 
     thread = threading.Thread(target=elsewhere)
@@ -63,5 +63,6 @@ def test_programs(tmp_path):
         vexomu.run("no-such-program")
     with pytest.raises(RuntimeError):
         vexomu.run("echo 'open quote")
-    with pytest.raises(TypeError):
-        vexomu.run("cat", input=b"bytes")
+    for wrong, error in [({"input": b"bytes"}, TypeError), ({"env": {"A=": "1"}}, ValueError)]:
+        with pytest.raises(error):
+            vexomu.run("cat", **wrong)

@@ -33,8 +33,10 @@ def test_text_that_is_not_utf8_survives():
         shelf.echo("\ud800")
 
 
-def test_path_like_objects_are_text():
-    assert shelf.echo(pathlib.PurePosixPath("a/b.txt")) == "a/b.txt"
+def test_path_like_objects_are_text_and_ranges_lists():
+    assert shelf.echo([pathlib.PurePosixPath("a/b.txt"), range(2, 7, 3), range(0)]) == ["a/b.txt", [2, 5], []]
+    with pytest.raises(ZeroDivisionError):
+        shelf.echo(type("Broken", (), {"__fspath__": lambda self: 1 // 0})())
 
 
 @pytest.mark.parametrize("number", [2**32, -2**31 - 1, 10**30, numpy.int64(2**40)])
@@ -48,6 +50,7 @@ def test_integers_that_do_not_fit_overflow(number):
 @pytest.mark.parametrize("scalar, expected", [
     (numpy.int8(-3), -3), (numpy.int16(7), 7), (numpy.int32(9), 9), (numpy.int64(11), 11), (numpy.uint32(2**31), 2**31),
     (numpy.uint8(200), 200), (numpy.float32(0.5), 0.5), (numpy.float64(0.1), 0.1), (numpy.bool_(True), 1),
+    (numpy.complex64(1 + 2j), 1 + 2j), (numpy.array(-5, dtype=">i2"), -5),
 ])
 def test_numpy_scalars_are_numbers(scalar, expected):
     back = shelf.echo(scalar)
@@ -63,11 +66,12 @@ def test_a_float_is_never_cut_to_an_integer():
 
 @pytest.mark.parametrize("array", [
     numpy.arange(6, dtype="i4").reshape(2, 3), numpy.array([0.1, 0.2]), numpy.ones((2, 2, 2), dtype="f4"),
-    numpy.arange(10, dtype="f8")[::-2], numpy.asfortranarray(numpy.arange(6.0).reshape(2, 3)), numpy.zeros((0,)),
+    numpy.arange(10, dtype="f8")[::-2], numpy.arange(6, dtype=">i4").reshape(2, 3)[:, ::2], numpy.ones((), dtype=">f8")[None],
+    numpy.asfortranarray(numpy.arange(6.0).reshape(2, 3)), numpy.zeros((0,)),
 ])
 def test_numeric_arrays_keep_shape_kind_and_elements(array):
     back = shelf.echo(array)
-    assert isinstance(back, numpy.ndarray) and back.dtype == array.dtype and back.shape == array.shape
+    assert isinstance(back, numpy.ndarray) and back.dtype == array.dtype.newbyteorder("=") and back.shape == array.shape
     assert (back == array).all()
 
 
@@ -76,7 +80,7 @@ def test_integer_arrays_of_other_widths_become_int32_or_overflow():
     assert shelf.echo(numpy.array([1, 255], dtype="u1")).dtype == numpy.int32
     with pytest.raises(OverflowError):
         shelf.echo(numpy.array([2**31], dtype="i8"))
-    for strange in (numpy.array(["a"]), numpy.zeros(3, dtype="V0")):
+    for strange in (numpy.array(["a"]), numpy.zeros(3, dtype="V0"), numpy.datetime64("2026-11-21"), numpy.ones(2, "c8")):
         with pytest.raises(TypeError):
             shelf.echo(strange)
 

@@ -1,7 +1,9 @@
 #include "py_array.h"
 
+#include "omi_complex.h"
 #include "omu_Arguments.h"
 #include "omu_PrimArray.h"
+#include "omu_PrimComplex.h"
 #include "omu_PrimExpr.h"
 #include "omu_PrimNumber.h"
 #include "py_errors.h"
@@ -104,12 +106,18 @@ template <class Use> bool WithIntegerType(char format, Use use)
     }
 }
 
-/// The one character of the native format of elements that are numbers, or 0.
+/// What the format says of the order of the elements' bytes: every machine that VEXomu runs on is little-endian.
+bool IsBigEndian(const Py_buffer& view)
+{
+    return view.format != nullptr && (*view.format == '>' || *view.format == '!');
+}
+
+/// The one character of the format of elements that are numbers, or 0.
 char FormatOf(const Py_buffer& view)
 {
     const char* format = view.format != nullptr ? view.format : "B";
-    if (*format == '@' || *format == '=' || *format == '<') {
-        ++format; // every machine that VEXomu runs on is little-endian
+    if (*format == '@' || *format == '=' || *format == '<' || IsBigEndian(view)) {
+        ++format;
     }
     const auto hasSizeOf = [&](auto sample) { return view.itemsize == static_cast<Py_ssize_t>(sizeof sample); };
     const bool isNumber = format[0] == 'f'   ? hasSizeOf(0.0F)
@@ -118,24 +126,63 @@ char FormatOf(const Py_buffer& view)
     return isNumber && format[1] == '\0' ? format[0] : '\0';
 }
 
+/// A scalar of numpy that is no number, such as a date, has its bytes for elements.
+bool IsScalarOfBytes(PyObject* value, const Py_buffer& view)
+{
+    if (view.ndim != 1 || view.itemsize != 1) {
+        return false;
+    }
+    const PyRef dimensions(PyObject_GetAttrString(value, "ndim"));
+    const bool isScalar = dimensions && PyLong_Check(dimensions.Get()) && PyLong_AsLong(dimensions.Get()) == 0;
+    PyErr_Clear();
+    return isScalar;
+}
+
 bool SetOverflow()
 {
     PyErr_SetString(PyExc_OverflowError, "int does not fit in 32 bits");
     return false;
 }
 
-std::unique_ptr<omu_PrimNumber> NumberFrom(const Py_buffer& view, char format)
+/// The elements of a buffer row by row, as this machine has them; a copy only where the exporter has them otherwise.
+class Elements
+{
+public:
+    /// Throws std::bad_alloc; Get() is null with a Python error set when the exporter does not give them.
+    explicit Elements(const Py_buffer& view) : m_elements(static_cast<const unsigned char*>(view.buf))
+    {
+        if (PyBuffer_IsContiguous(&view, 'C') != 0 && !IsBigEndian(view)) {
+            return;
+        }
+        m_packed.reset(new unsigned char[static_cast<std::size_t>(view.len)]);
+        m_elements = m_packed.get();
+        if (PyBuffer_ToContiguous(m_packed.get(), const_cast<Py_buffer*>(&view), view.len, 'C') < 0) {
+            m_elements = nullptr;
+        } else if (IsBigEndian(view)) {
+            for (unsigned char* item = m_packed.get(); item != m_packed.get() + view.len; item += view.itemsize) {
+                std::reverse(item, item + view.itemsize);
+            }
+        }
+    }
+    const unsigned char* Get() const noexcept { return m_elements; }
+
+private:
+    std::unique_ptr<unsigned char[]> m_packed;
+    const unsigned char* m_elements;
+};
+
+std::unique_ptr<omu_PrimNumber> NumberFrom(const unsigned char* element, char format)
 {
     if (format == 'f') {
-        return std::make_unique<omu_PrimNumber>(Load<float>(view.buf));
+        return std::make_unique<omu_PrimNumber>(Load<float>(element));
     }
     if (format == 'd') {
-        return std::make_unique<omu_PrimNumber>(Load<double>(view.buf));
+        return std::make_unique<omu_PrimNumber>(Load<double>(element));
     }
     std::unique_ptr<omu_PrimNumber> number;
     WithIntegerType(format, [&](auto sample) {
         using T = decltype(sample);
-        const T integer = Load<T>(view.buf);
+        const T integer = Load<T>(element);
         if constexpr (std::is_same_v<T, signed char>) {
             number = std::make_unique<omu_PrimNumber>(integer, omu_PrimNumber::INT8);
         } else if constexpr (std::is_same_v<T, short>) {
@@ -191,7 +238,7 @@ bool Narrow(char format, const unsigned char* elements, std::vector<std::int32_t
     return fits || SetOverflow();
 }
 
-std::unique_ptr<omu_Primitive> ArrayFrom(const Py_buffer& view, char format)
+std::unique_ptr<omu_Primitive> ArrayFrom(const Py_buffer& view, const unsigned char* elements, char format)
 {
     std::vector<int> dimensions;
     for (int i = 0; i < view.ndim; ++i) {
@@ -200,16 +247,6 @@ std::unique_ptr<omu_Primitive> ArrayFrom(const Py_buffer& view, char format)
             return nullptr;
         }
         dimensions.push_back(static_cast<int>(view.shape[i]));
-    }
-    // Rows one after the other, whatever the order of the exporter's.
-    std::unique_ptr<unsigned char[]> packed;
-    const auto* elements = static_cast<const unsigned char*>(view.buf);
-    if (PyBuffer_IsContiguous(&view, 'C') == 0) {
-        packed.reset(new unsigned char[static_cast<std::size_t>(view.len)]);
-        if (PyBuffer_ToContiguous(packed.get(), const_cast<Py_buffer*>(&view), view.len, 'C') < 0) {
-            return nullptr;
-        }
-        elements = packed.get();
     }
     const auto make = [&](Kind kind, const void* data) {
         return std::make_unique<omu_PrimArray>(view.ndim, dimensions.data(), kind, data);
@@ -538,16 +575,24 @@ std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)
     if (!view.IsOpen()) {
         return nullptr;
     }
-    const char format = FormatOf(*view);
+    if (view->ndim == 0 && view->format != nullptr && std::string_view(view->format) == "Zf") {
+        const auto parts = Load<std::array<float, 2>>(view->buf);
+        return std::make_unique<omu_PrimComplex>(omi_complex(parts[0], parts[1]));
+    }
+    const char format = IsScalarOfBytes(value, *view) ? '\0' : FormatOf(*view);
     if (format == '\0') {
         PyErr_Format(PyExc_TypeError, "the elements of this %s are no numbers that the kernel understands",
                      Py_TYPE(value)->tp_name);
         return nullptr;
     }
-    if (view->ndim != 0) {
-        return ArrayFrom(*view, format);
+    const Elements elements(*view);
+    if (elements.Get() == nullptr) {
+        return nullptr;
     }
-    std::unique_ptr<omu_PrimNumber> number = NumberFrom(*view, format);
+    if (view->ndim != 0) {
+        return ArrayFrom(*view, elements.Get(), format);
+    }
+    std::unique_ptr<omu_PrimNumber> number = NumberFrom(elements.Get(), format);
     std::unique_ptr<omu_Primitive> shown;
     if (number != nullptr && PyJournalRendering::IsOn()) {
         shown = ShownNumber(*number);

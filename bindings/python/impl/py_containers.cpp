@@ -113,7 +113,11 @@ KeyKind ReadText(PyObject* object, cow_String& text)
     }
     const PyUtf8 utf8(object);
     if (!utf8.IsValid()) {
-        return KeyKind::FAILED;
+        if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
+            return KeyKind::FAILED;
+        }
+        PyErr_Clear();
+        return KeyKind::OTHER;
     }
     text = cow_String(utf8.view());
     return KeyKind::FITS;
@@ -405,6 +409,21 @@ PyObject* SequenceConcat(PyObject* self, PyObject* other)
     });
 }
 
+PyObject* FromCount(Py_ssize_t count)
+{
+    return count >= 0 ? PyLong_FromSsize_t(count) : nullptr;
+}
+
+PyObject* SequenceIndex(PyObject* self, PyObject* item)
+{
+    return FromCount(PySequence_Index(self, item));
+}
+
+PyObject* SequenceCount(PyObject* self, PyObject* item)
+{
+    return FromCount(PySequence_Count(self, item));
+}
+
 PyObject* SequenceRepeat(PyObject* self, Py_ssize_t count)
 {
     return pyGuard(static_cast<PyObject*>(nullptr), [&] {
@@ -438,8 +457,15 @@ PyType_Slot mappingSlots[] = {
     {0, nullptr},
 };
 
+PyMethodDef sequenceMethods[] = {
+    {"index", SequenceIndex, METH_O, PyDoc_STR("index($self, item, /)\n--\n\nThe place of the first such item.")},
+    {"count", SequenceCount, METH_O, PyDoc_STR("count($self, item, /)\n--\n\nHow many such items there are.")},
+    {},
+};
+
 PyType_Slot sequenceSlots[] = {
     {Py_tp_doc, const_cast<char*>("A sequence of kernel objects.")},
+    {Py_tp_methods, sequenceMethods},
     Slot(Py_tp_str, ContainerText),
     Slot(Py_mp_length, SequenceLength),
     Slot(Py_mp_subscript, SequenceSubscript),

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
@@ -59,6 +60,23 @@ cow_String Quoted(const cow_String& text)
     omu_Arguments one(1);
     one.Put(text);
     return one.AsRepr();
+}
+
+/// The command in one line: control characters are within quotes, where kernels may not have escaped them.
+cow_String InOneLine(const cow_String& command)
+{
+    cow_String line;
+    for (const char character : command) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || byte == 0x7F) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02x", byte);
+            line += escape;
+        } else {
+            line.Append(character);
+        }
+    }
+    return line;
 }
 
 /// Writes whole lines; false with a Python error set. Bytes that are no UTF-8 become escapes, inside the quotes in which
@@ -244,7 +262,7 @@ bool PyJournalEntry::IsWanted(const omu_InterfaceObj& object, const char* name) 
 void PyJournalEntry::Describe(const omu_InterfaceObj& object, const PyJournalName* variable, cow_String command)
 {
     m_runs = isAllNamed && (IsCurrent(variable) || HasPath(object, variable));
-    m_command = std::move(command);
+    m_command = InOneLine(command);
     m_isDescribed = true;
 }
 

@@ -3,6 +3,7 @@
 #include "py_errors.h"
 #include "py_values.h"
 
+#include "omu_KeyErrorException.h"
 #include "rgx_funcs.h"
 #include "uti_FormatMap.h"
 #include "uti_SpawnSink.h"
@@ -16,6 +17,8 @@
 
 namespace
 {
+
+constexpr const char* SOURCE = "bindings/python/impl/py_utilities";
 
 /// A str argument as kernel text; IsValid() is false with a Python error set.
 class Text
@@ -140,8 +143,7 @@ PyObject* FormatNumber(PyObject*, PyObject* arguments, PyObject* keywords)
     return pyGuard(static_cast<PyObject*>(nullptr), [&]() -> PyObject* {
         const uti_NumFormat* const found = Formats().Find(format);
         if (found == nullptr) {
-            PyErr_Format(PyExc_KeyError, "no number format '%s'", format);
-            return nullptr;
+            omu_KeyErrorException("no number format '" + cow_String(format) + "'", format).Throw(SOURCE, __LINE__);
         }
         return pyText(found->Format(value).view());
     });
@@ -182,6 +184,10 @@ bool TakeEnvironment(PyObject* mapping, uti_Spawn::Environment& environment)
         PyObject* const item = PyList_GET_ITEM(items.Get(), i);
         const Text name(PyTuple_GET_ITEM(item, 0));
         if (!name.IsValid()) {
+            return false;
+        }
+        if ((*name).IsEmpty() || (*name).Contains("=")) {
+            PyErr_Format(PyExc_ValueError, "%R is no name of an environment variable", PyTuple_GET_ITEM(item, 0));
             return false;
         }
         const Text value(PyTuple_GET_ITEM(item, 1));

@@ -228,6 +228,10 @@ omu_PrimHolder FromOther(PyObject* value, int depth)
     if (PyDict_Check(value)) {
         return FromDict(value, depth);
     }
+    if (PyRange_Check(value)) {
+        const Py_ssize_t length = PyObject_Size(value);
+        return length >= 0 ? FromSequence<omu_PrimList>(value, length, depth, PySequence_GetItem) : omu_PrimHolder();
+    }
     if (omu_InterfaceObj* const object = pyUnwrapObject(value)) {
         if (PyJournalRendering::IsOn()) {
             if (omu_PrimHolder shown = PyJournalRendering::ForObject(*object, pyJournalNameOf(value))) {
@@ -247,7 +251,9 @@ omu_PrimHolder FromOther(PyObject* value, int depth)
     if (path && PyUnicode_Check(path.Get())) {
         return FromText(path.Get());
     }
-    PyErr_Format(PyExc_TypeError, "a %s has no value that the kernel understands", Py_TYPE(value)->tp_name);
+    if (path || PyErr_ExceptionMatches(PyExc_TypeError)) {
+        PyErr_Format(PyExc_TypeError, "a %s has no value that the kernel understands", Py_TYPE(value)->tp_name);
+    }
     return {};
 }
 
