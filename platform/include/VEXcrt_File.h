@@ -7,6 +7,7 @@
 /// What the standard library's files do not give, or not alike on every system.
 ///
 /// Threads: any.
+/// Errors:  also for a path with a zero byte.
 namespace VEXCRT
 {
 /// True for a file that this process may run.

@@ -19,14 +19,17 @@ protected:
         Write("target", "old");
     }
 
-    std::string Path(const char* name) const { return m_scratch / name; }
+    std::string Path(const std::string& name) const { return m_scratch.Path().string() + "/" + name; }
     void Write(const char* name, const std::string& contents) const { std::ofstream(Path(name)) << contents; }
     std::string Contents(const char* name) const
     {
         std::ifstream file(Path(name));
         return {std::istreambuf_iterator<char>(file), {}};
     }
-    bool Copy(const char* from, const char* to) const { return uti_fileCopy(Path(from).c_str(), Path(to).c_str()); }
+    bool Copy(const std::string& from, const std::string& to) const
+    {
+        return uti_fileCopy(cow_String(Path(from)), cow_String(Path(to)));
+    }
     std::ptrdiff_t Files() const { return std::distance(fs::directory_iterator(m_folder), {}); }
 
     const ScratchFolder m_scratch;
@@ -37,8 +40,10 @@ TEST_F(FileUtils, A_copy_replaces_the_target_and_a_failed_one_leaves_it)
 {
     EXPECT_FALSE(Copy("source", "target"));
     EXPECT_EQ(Contents("target"), "new contents");
-    const std::pair<const char*, const char*> failing[] = {
-        {"none", "target"}, {"folder", "target"}, {"source", "folder"}, {"source", "none/x"}};
+    using namespace std::string_literals;
+    const std::pair<std::string, std::string> failing[] = {{"none", "target"},        {"folder", "target"},
+                                                           {"source", "folder"},      {"source", "none/x"},
+                                                           {"source\0x"s, "target"s}, {"source"s, "other\0x"s}};
     for (const auto& [from, to] : failing) {
         testing::internal::CaptureStderr();
         EXPECT_TRUE(Copy(from, to)) << from << " " << to;

@@ -160,6 +160,12 @@ int CopyBeside(int source, const struct stat& status, const std::string& to)
     return error;
 }
 
+/// The system would take what stands before it for the path.
+bool HasZeroByte(const std::string& path) noexcept
+{
+    return path.find('\0') != std::string::npos;
+}
+
 int Accessible(const std::string& path, int mode) noexcept
 {
     return faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) == 0 ? 0 : errno;
@@ -175,6 +181,9 @@ bool VEXCRT::IsExecutable(const char* path) noexcept
 int VEXCRT::CheckFile(const std::string& path, bool forReading, bool forWriting)
 {
     struct stat status;
+    if (HasZeroByte(path)) {
+        return EINVAL;
+    }
     if (stat(path.c_str(), &status) != 0) {
         const bool mayBeNew = errno == ENOENT && forWriting && !forReading && !path.empty();
         if (!mayBeNew) {
@@ -190,6 +199,9 @@ int VEXCRT::CheckFile(const std::string& path, bool forReading, bool forWriting)
 
 int VEXCRT::CopyFileOver(const std::string& from, const std::string& to)
 {
+    if (HasZeroByte(from) || HasZeroByte(to)) {
+        return EINVAL;
+    }
     const Descriptor source(open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
     struct stat status;
     if (source < 0 || fstat(source, &status) != 0) {

@@ -12,6 +12,12 @@ constexpr int THERE = 0; // what _access looks for
 constexpr int WRITABLE = 2;
 constexpr int READABLE = 4;
 
+/// The system would take what stands before it for the path.
+bool HasZeroByte(const std::string& path) noexcept
+{
+    return path.find('\0') != std::string::npos;
+}
+
 bool IsDirectory(DWORD attributes)
 {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -26,6 +32,9 @@ bool VEXCRT::IsExecutable(const char* path) noexcept
 
 int VEXCRT::CheckFile(const std::string& path, bool forReading, bool forWriting)
 {
+    if (HasZeroByte(path)) {
+        return EINVAL;
+    }
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES && forWriting && !forReading && !path.empty()) {
         const std::size_t separator = path.find_last_of("/\\:");
@@ -41,6 +50,9 @@ int VEXCRT::CheckFile(const std::string& path, bool forReading, bool forWriting)
 
 int VEXCRT::CopyFileOver(const std::string& from, const std::string& to)
 {
+    if (HasZeroByte(from) || HasZeroByte(to)) {
+        return ERROR_INVALID_NAME;
+    }
     return CopyFileA(from.c_str(), to.c_str(), FALSE) ? 0 : static_cast<int>(GetLastError());
 }
 

@@ -4,10 +4,8 @@
 #include "uti_SystemException.h"
 #include "utl_FilePath.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 bool uti_fileCopy(const cow_String& from, const cow_String& to)
 {
@@ -28,9 +26,7 @@ cow_String uti_PreCheckFile(const cow_String& path, uti_AccessModeEnm mode, cons
 {
     const bool forReading = (mode & uti_ACCESS_READ) != 0;
     const bool forWriting = (mode & uti_ACCESS_WRITE) != 0;
-    // The system would take what stands before a zero byte for the path.
-    const bool isWhole = path.view().find('\0') == std::string_view::npos;
-    if (const int error = isWhole ? VEXCRT::CheckFile(std::string(path.view()), forReading, forWriting) : EINVAL) {
+    if (const int error = VEXCRT::CheckFile(std::string(path.view()), forReading, forWriting)) {
         uti_SystemException("PreCheckFile", error, shownName.IsEmpty() ? path : shownName)
             .Throw("source/uti/impl/uti_FileUtils", __LINE__);
     }
