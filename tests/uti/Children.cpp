@@ -15,6 +15,9 @@ constexpr bool IS_WINDOWS = false;
 
 namespace
 {
+// Read when it is first asked for: the reports of waitForAll.
+[[maybe_unused]] const bool isDebugging = (SetVariable("VEXUTL_DEBUG", "4"), true);
+
 /// Starts the tests' own child, alike on every system, in a folder of the test's own.
 class Children : public testing::Test
 {
@@ -70,10 +73,12 @@ TEST_F(Children, A_killed_child_has_no_status)
     EXPECT_TRUE(child.IsRunning());
     EXPECT_EQ(child.Reap(-1), uti_Spawn::NO_STATUS);
     EXPECT_EQ(child.Reap(1), uti_Spawn::NO_STATUS);
-    EXPECT_EQ(child.Kill(), 0);
-    EXPECT_EQ(child.Reap(0), uti_Spawn::NO_STATUS);
+    EXPECT_EQ(child.Interrupt(), 0);
+    EXPECT_EQ(child.Reap(1000), uti_Spawn::NO_STATUS);
     EXPECT_FALSE(child.IsRunning());
     EXPECT_EQ(child.Kill(), -1);
+    child.Detach();
+    EXPECT_EQ(child.Reap(0), uti_Spawn::NO_STATUS) << "Detach acts only while running";
 }
 
 TEST_F(Children, Streams_go_where_the_command_says)
@@ -118,16 +123,22 @@ TEST_F(Children, What_cannot_be_started_is_an_error)
     EXPECT_NE(ErrorOf<uti_SystemException>([] { uti_Spawn::AndWait("./text.exe"); }), "");
 }
 
-TEST_F(Children, Waiting_for_any_takes_the_first_ended)
+TEST_F(Children, Waiting_for_any_takes_the_first_ended_and_for_all_reports_each)
 {
+    std::ostringstream report;
+    pnt_debugPrint().SetStream(&report);
     uti_Spawn waiting(Command("sleep")); // not until its input ends: reaping a sink closes it
     uti_Spawn ending(Command("exit 5"));
     uti_Spawn* list[] = {&waiting, &ending};
     EXPECT_EQ(uti_Spawn::waitForAny(list, 2), &ending);
     EXPECT_EQ(ending.Reap(-1), 5);
     EXPECT_EQ(uti_Spawn::waitForAll(list, 2, 0), 1);
+    EXPECT_EQ(uti_Spawn::waitForAll(list, -3, 0), -3);
+    const std::string start = "source/uti/impl/uti_Spawn:575: uti_Spawn::waitForAll reaped process #";
+    EXPECT_EQ(report.str(), start + "0 with exit code-1\n" + start + "1 with exit code5\n");
     waiting.Kill();
-    EXPECT_EQ(uti_Spawn::waitForAll(list, 2, 60), 0);
+    EXPECT_EQ(uti_Spawn::waitForAll(list, 2, 1000), 0);
+    pnt_debugPrint().SetStream(nullptr);
 }
 
 #if defined(_WIN32)

@@ -149,7 +149,11 @@ void uti_Redirection::Redirect(const cow_String& symbol, const Handle& target)
 /// A word has no symbol, also one that was quoted and looks like one: that is refused.
 void uti_Redirection::Redirect(const CommandPiece& piece)
 {
-    Redirect(piece.symbol, piece.kind == CommandPiece::STREAM ? Handle(OUTPUT) : Handle(piece.text));
+    if (piece.kind == CommandPiece::STREAM) {
+        setRedirector(ERRORS, false, Handle(OUTPUT)); // that of the child: this process may have none
+    } else {
+        Redirect(piece.symbol, Handle(piece.text));
+    }
 }
 
 void uti_Redirection::setRedirector(int stream, bool append, const Handle& target)
