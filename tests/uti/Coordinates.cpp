@@ -151,22 +151,17 @@ TEST(Coordinates, Streams_and_dumps_hold_the_points_of_either_form)
     const char* const dumps[] = {"Fixed array:\n0 1 2\n3 4 5\n", "Mutated array:\n0 1 2\n3 4 5\n6 7 8\n",
                                  "uti_CoordCont3D is empty\n"};
     for (int i = 0; i < 3; ++i) {
-        const std::string bytes = BytesOf(&containers[i]);
-        uti_CoordCont3D* read = nullptr;
-        EXPECT_EQ(ReadFrom(bytes, read), "");
-        EXPECT_TRUE(*read == containers[i] && read->IsA(uti_CoordCont3D::TypeId()));
-        delete read;
+        ExpectStreamed(containers[i]);
         std::ostringstream text;
         pnt_PrettyPrint print(text);
         uti_CoordCont3D::PrintData(print, &containers[i]);
         EXPECT_EQ(text.str(), dumps[i]);
-        for (std::size_t size = 0; size < bytes.size(); ++size) {
-            EXPECT_NE(ReadFrom(bytes.substr(0, size), read), "") << size;
-        }
     }
-    uti_Coord3D point;
-    EXPECT_EQ(ReadFrom(BytesOf(uti_Coord3D(1, 2, 3)), point), "");
-    EXPECT_EQ(point, uti_Coord3D(1, 2, 3));
+    ExpectStreamed(uti_Coord3D(1, 2, 3));
+    uti_CoordCont3D* pointer = nullptr;
+    EXPECT_EQ(ReadFrom(BytesOf(&containers[1]), pointer), "");
+    const std::unique_ptr<uti_CoordCont3D> read(pointer);
+    EXPECT_TRUE(*read == containers[1] && read->IsA(uti_CoordCont3D::TypeId()));
     bio_Ofilter odd;
     odd << cow_1DArray<float>(4);
     bio_Ifilter in(odd.Data(), odd.Size());

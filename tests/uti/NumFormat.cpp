@@ -54,7 +54,6 @@ TEST(NumFormat, Texts)
 
 TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
 {
-    std::setlocale(LC_ALL, "de_DE.UTF-8");
     std::mt19937_64 random(7);
     for (int round = 0; round < 20000; ++round) {
         // Any at all; halves that round to even; such as users write.
@@ -65,15 +64,16 @@ TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
         if (!std::isfinite(value)) {
             continue;
         }
-        char expected[64];
-        std::setlocale(LC_NUMERIC, "C");
-        std::snprintf(expected, sizeof expected, "% *.*E", precision + 6, precision, value);
         std::setlocale(LC_ALL, "de_DE.UTF-8");
-        ASSERT_EQ(Text({2, precision}, value), std::string(expected) + (precision ? "" : "."));
-        std::setlocale(LC_NUMERIC, "C");
-        std::snprintf(expected, sizeof expected, "% *.*G", precision + 6, precision, value);
-        std::setlocale(LC_ALL, "de_DE.UTF-8");
+        const std::string scientific = Text({2, precision}, value);
         std::string general = Text({0, precision}, value);
+        const std::string engineering = Text({1, precision, 0, false}, value);
+        const double digits = uti_NumFormat(1, 17).FormatDigits(value);
+        std::setlocale(LC_ALL, "C");
+        char expected[64];
+        std::snprintf(expected, sizeof expected, "% *.*E", precision + 6, precision, value);
+        ASSERT_EQ(scientific, std::string(expected) + (precision ? "" : "."));
+        std::snprintf(expected, sizeof expected, "% *.*G", precision + 6, precision, value);
         ASSERT_NE(general.find('.'), std::string::npos);
         if (std::string(expected).find('.') == std::string::npos) {
             general.erase(general.find('.'), 1);
@@ -81,17 +81,13 @@ TEST(NumFormat, Any_number_is_written_as_printf_would_in_every_locale)
         ASSERT_EQ(general, expected);
         if (value >= 1 && value < 1000) {
             const int decimals = precision - (value >= 100 ? 3 : value >= 10 ? 2 : 1);
-            std::setlocale(LC_NUMERIC, "C");
             std::snprintf(expected, sizeof expected, "%#.*f", std::max(decimals, 0), value);
-            std::setlocale(LC_ALL, "de_DE.UTF-8");
             std::string fixed(expected);
             fixed.erase(fixed.find_last_not_of('0') + 1);
-            ASSERT_EQ(Text({1, precision, 0, false}, value), fixed);
+            ASSERT_EQ(engineering, fixed);
         }
-        const uti_NumFormat engineering(1, 17);
-        ASSERT_NEAR(engineering.FormatDigits(value) / (value == 0 ? 1 : value), value != 0, 1e-13) << value;
+        ASSERT_NEAR(digits / (value == 0 ? 1 : value), value != 0, 1e-13) << value;
     }
-    std::setlocale(LC_ALL, "C");
 }
 
 TEST(NumFormat, What_rounds_to_zero_is_zero_and_digits_are_those_that_are_shown)
