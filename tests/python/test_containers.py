@@ -10,8 +10,8 @@ from probe import names, numbers, row, shapes
 QUAD = vexomu.Constant("QUAD")
 
 
-def sizes(crates):
-    return [crate.size for crate in crates]
+def sizes(boxes):
+    return [box.size for box in boxes]
 
 
 def test_a_repository_is_a_mapping_of_its_kind_of_keys():
@@ -29,7 +29,7 @@ def test_a_repository_is_a_mapping_of_its_kind_of_keys():
             assert type(caught.value) is vexomu.KeyError
             assert str(caught.value) == f"no key {absent!r}"
             assert caught.value.name is absent and caught.value.obj is repository
-    assert repr(names) == "names" and str(names) == "{'a': 'Crate object', 'b': 'Crate object'}"
+    assert repr(names) == "names" and str(names) == "{'a': 'Box object', 'b': 'Box object'}"
     assert names.has_key("a") == 1 and names.changeKey("a", "c") == "ChangeKey NOT IMPLEMENTED"
     assert names.summary() == "UseKey"
 
@@ -38,10 +38,10 @@ def test_items_are_set_and_deleted_where_the_repository_lets_them(tmp_path):
     vexomu.startJournal(tmp_path / "journal.py")
     numbers[9] = 30
     assert numbers[9].size == 30 and list(numbers) == [7, -1, 9]
-    crate = numbers[9]
+    box = numbers[9]
     del numbers[9]
     with pytest.raises(vexomu.AccessError):
-        crate.size
+        box.size
     with pytest.raises(vexomu.KeyError, match="no key 9"):
         del numbers[9]
     with pytest.raises(TypeError, match="has no keys like 'x'"):

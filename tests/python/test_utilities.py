@@ -2,6 +2,8 @@
 
 import errno
 import os
+import random
+import re
 import threading
 
 import pytest
@@ -21,6 +23,57 @@ def test_regular_expressions():
         vexomu.match("(a+)+$", "a" * 100000 + "b")
     with pytest.raises(TypeError):
         vexomu.match("x", 5)
+
+
+def expanded(replacement, match):
+    def part(reference):
+        if reference[1].isdigit():
+            return match[int(reference[1])] or "" if int(reference[1]) <= match.re.groups else ""
+        return {"&": match[0], "`": match.string[:match.start()], "'": match.string[match.end():]}[reference[1]]
+
+    return re.sub(r"\$([1-9]+|[&`'])", part, replacement)
+
+
+def substituted(pattern, rest, replacement, count):
+    """A fresh text after every match, as the rules say."""
+    match = re.search(pattern, rest)
+    result, text = "", expanded(replacement, match) if match else ""
+    while match and count > 0:
+        result += rest[:match.start()] + text
+        if not rest:
+            break
+        result += rest[0] if match.end() == 0 else ""
+        rest = rest[match.end() or 1:]
+        match, count = re.search(pattern, rest), count - 1
+    return result + rest
+
+
+def pieces(pattern, rest):
+    found = []
+    while match := re.search(pattern, rest):
+        found += [rest[:match.start()]] if match.start() > 0 else []
+        if match.end() == 0:
+            return "rgx_split: pattern matches the empty string"
+        rest = rest[match.end():]
+    return [*found, rest]
+
+
+def split(pattern, text):
+    try:
+        return vexomu.split(pattern, text)
+    except RuntimeError as error:
+        return str(error)
+
+
+def test_random_patterns_agree_with_the_steps_taken_by_another_engine():
+    chance = random.Random(7)
+    atoms = ["a", "b", "(a)", "(b|)", ".", "^", "$", "a*", "b?", r"\b", "(?<=a)", "[ab]+"]
+    for _ in range(20000):
+        pattern, text, replacement = ("".join(chance.choices(choices, k=chance.randrange(most)))
+                                      for choices, most in [(atoms, 4), (["a", "b", " ", "ab"], 10), ("$120&`'x", 7)])
+        count = chance.randrange(5)
+        assert vexomu.substitute(pattern, text, replacement, count) == substituted(pattern, text, replacement, count)
+        assert split(pattern, text) == pieces(pattern, text)
 
 
 def test_number_formats_are_those_of_the_thread():

@@ -24,79 +24,6 @@ cow_String Shown(const Parts& parts)
     return rgx_join(parts, "|");
 }
 
-/// The expansion of references, read by hand.
-std::string ModelExpanded(const std::string& replacement, const rgx_ReIterator& match)
-{
-    std::string expanded;
-    for (std::size_t i = 0; i < replacement.size(); ++i) {
-        const char next = replacement[i] == '$' && i + 1 < replacement.size() ? replacement[i + 1] : '\0';
-        const std::size_t digits = std::min(replacement.find_first_not_of("123456789", i + 1), replacement.size());
-        if (next == '&' || next == '`' || next == '\'') {
-            expanded += match.NthString(next == '&' ? 0 : next == '`' ? -2 : -1).view();
-            ++i;
-        } else if (next >= '1' && next <= '9') {
-            expanded += match.NthString(std::stoi(replacement.substr(i + 1, digits - i - 1))).view();
-            i = digits - 1;
-        } else {
-            expanded += replacement[i];
-        }
-    }
-    return expanded;
-}
-
-/// Substitution as it reads in prose: a fresh text after every match.
-cow_String ModelSubstituted(const cow_String& pattern, const cow_String& subject, const cow_String& replacement,
-                            int count)
-{
-    rgx_ReIterator match = rgx_match(pattern, subject);
-    if (!match.IsMatched() || count < 1) {
-        return subject;
-    }
-    const std::string expanded = ModelExpanded(std::string(replacement), match);
-    std::string result;
-    std::string rest(subject);
-    for (int n = 0; n < count && match.IsMatched(); match = rgx_match(pattern, rest.c_str()), ++n) {
-        const auto start = static_cast<std::size_t>(match.Start(0));
-        auto end = static_cast<std::size_t>(match.End(0));
-        result += rest.substr(0, start) + expanded;
-        if (rest.empty()) {
-            return std::string_view(result);
-        }
-        if (end == 0) {
-            result += rest[0];
-            end = 1;
-        }
-        rest.erase(0, end);
-    }
-    return std::string_view(result + rest);
-}
-
-cow_String ModelSplit(const cow_String& pattern, const cow_String& subject)
-{
-    std::string shown;
-    std::string rest(subject);
-    for (rgx_ReIterator match; (match = rgx_match(pattern, rest.c_str())).IsMatched();) {
-        if (match.Start(0) > 0) {
-            shown += rest.substr(0, static_cast<std::size_t>(match.Start(0))) + "|";
-        }
-        if (match.End(0) == 0) {
-            return "empty";
-        }
-        rest.erase(0, static_cast<std::size_t>(match.End(0)));
-    }
-    return std::string_view(shown + rest);
-}
-
-/// A text of up to `most` of the pieces.
-cow_String AnyOf(std::mt19937& random, const std::vector<const char*>& pieces, std::size_t most)
-{
-    cow_String text;
-    for (std::size_t left = random() % (most + 1); left != 0; --left) {
-        text += pieces[random() % pieces.size()];
-    }
-    return text;
-}
-
 const cow_String ZERO('\0');
 
 } // namespace
@@ -108,6 +35,9 @@ TEST(Regex, Substitutions_give_the_stated_texts)
         {"b", "abcb", "<$`$'$&>", 9, "a<acbb>c<acbb>"},
         {"(b)", "abc", "$10 $0 $$1 $x $", 1, "ab0 $0 $b $x $c"},
         {"b", "abc", "$99999999999$9", 1, "ac"},
+        {"(b|)a*b", "ba", "-", 1, "-a"}, // machine code of PCRE2 10.42 would miss these
+        {"\\)(b|)a*?b", ")b))", "-", 1, "-))"},
+        {"[])](b|)a*?b", ")b))", "-", 1, "-))"},
         {"^a", "aaab", "-", 9, "---b"},            // what follows a match is a text of its own
         {"(?<=a)b", "abab", "-", 9, "a-a-"},       // which starts here behind the b
         {"(?<=a)a", "aaaa", "-", 9, "a-a-"},       // and has no a before it here
@@ -139,26 +69,6 @@ TEST(Regex, Splitting_gives_the_stated_pieces_or_refuses_to_stand_still)
             << pattern << " in " << subject;
     }
     EXPECT_EQ(Shown({}), "");
-}
-
-TEST(Regex, Random_patterns_agree_with_the_steps_taken_one_by_one)
-{
-    std::mt19937 random(7);
-    const std::vector<const char*> atoms = {"a", "b",  "(a)", "(b|)", ".",      "^",
-                                            "$", "a*", "b?",  "\\b",  "(?<=a)", "[ab]+"};
-    const std::vector<const char*> letters = {"a", "b", " ", "ab"};
-    const std::vector<const char*> pieces = {"$", "1", "2", "0", "&", "`", "'", "x"};
-    for (int i = 0; i < 20000; ++i) {
-        const cow_String pattern = AnyOf(random, atoms, 3);
-        const cow_String subject = AnyOf(random, letters, 9);
-        const cow_String replacement = AnyOf(random, pieces, 6);
-        const int count = static_cast<int>(random() % 5);
-        SCOPED_TRACE((pattern + " in '" + subject + "' by " + replacement).view());
-        ASSERT_EQ(rgx_subn(pattern, subject, replacement, count),
-                  ModelSubstituted(pattern, subject, replacement, count));
-        const cow_String outcome = Outcome([&] { return Shown(rgx_split(pattern, subject)); });
-        ASSERT_EQ(outcome.StartsWith("rgx_split: ") ? "empty" : outcome, ModelSplit(pattern, subject));
-    }
 }
 
 TEST(Regex, Failures_say_what_and_where)

@@ -26,6 +26,47 @@ const char* ErrorText(int error) noexcept
     return text;
 }
 
+/// The last character of a class of characters, from its opening bracket on.
+const char* ClassEnd(const char* at) noexcept
+{
+    at += at[1] == '^' ? 1 : 0;
+    at += at[1] == ']' ? 1 : 0;
+    while (at[1] != '\0' && *++at != ']') {
+        at += *at == '\\' && at[1] != '\0' ? 1 : 0;
+    }
+    return at;
+}
+
+/// Whether something may be repeated behind a group with alternatives: machine code of releases before 10.43 then skips
+/// places that match, such as the start of "b" for (b|)a*b, unless it is to try every place.
+bool IsSkippedByMachineCode(const char* pattern) noexcept
+{
+    bool hasAlternatives = false;
+    int open = 0;
+    for (const char* at = pattern; *at != '\0'; ++at) {
+        if (*at == '\\' && at[1] != '\0') {
+            ++at; // what is escaped means nothing here
+        } else if (*at == '[') {
+            at = ClassEnd(at);
+        } else if (*at == '*' || *at == '+' || *at == '{') {
+            if (hasAlternatives) {
+                return true;
+            }
+        } else {
+            open += *at == '(' ? 1 : *at == ')' ? -1 : 0;
+            hasAlternatives = hasAlternatives || (*at == '|' && open > 0);
+        }
+    }
+    return false;
+}
+
+/// Options that a pattern needs beside those that are asked for.
+std::uint32_t OwnOptions(const char* pattern) noexcept
+{
+    constexpr bool isFixed = PCRE2_MAJOR > 10 || PCRE2_MINOR >= 43;
+    return PCRE2_NEVER_UTF | (!isFixed && IsSkippedByMachineCode(pattern) ? PCRE2_NO_START_OPTIMIZE : 0);
+}
+
 template <class T> void Tell(T* place, T value) noexcept
 {
     if (place != nullptr) {
@@ -79,9 +120,11 @@ real_pcre* rgx_pcre_compile(const char* pattern, int options, const char** error
     PCRE2_SIZE offset = 0;
     std::unique_ptr<real_pcre> compiled(new (std::nothrow) real_pcre);
     if (compiled) {
-        compiled->code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern != nullptr ? pattern : ""),
-                                           PCRE2_ZERO_TERMINATED, static_cast<std::uint32_t>(options) | PCRE2_NEVER_UTF,
-                                           &failure, &offset, nullptr));
+        pattern = pattern != nullptr ? pattern : "";
+        const auto asked = static_cast<std::uint32_t>(options);
+        compiled->ownOptions = OwnOptions(pattern) & ~asked;
+        compiled->code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern), PCRE2_ZERO_TERMINATED,
+                                           asked | compiled->ownOptions, &failure, &offset, nullptr));
     }
     if (compiled && compiled->code) {
         if (Equip(*compiled)) {
@@ -142,7 +185,7 @@ int rgx_pcre_info(const real_pcre* code, int* options, int* firstByte) noexcept
         return PCRE2_ERROR_NULL;
     }
     const auto all = Info<std::uint32_t>(*code, PCRE2_INFO_ALLOPTIONS);
-    Tell(options, static_cast<int>(all & ~PCRE2_NEVER_UTF));
+    Tell(options, static_cast<int>(all & ~code->ownOptions));
     switch (Info<std::uint32_t>(*code, PCRE2_INFO_FIRSTCODETYPE)) {
     case 1:
         Tell(firstByte, static_cast<int>(Info<std::uint32_t>(*code, PCRE2_INFO_FIRSTCODEUNIT)));

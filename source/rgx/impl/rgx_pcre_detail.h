@@ -58,6 +58,7 @@ struct real_pcre
     rgx_detail::Owned<pcre2_jit_stack> stack; // for machine code; null: the machine's own
     const PCRE2_SIZE* offsets = nullptr;      // of the last match; in `data`
     int pairs = 0;                            // pairs of offsets
+    std::uint32_t ownOptions = 0;             // beside those asked for
     mutable real_pcre_extra extra;            // studying and matching leave the pattern as it is to its users
 
 private:
