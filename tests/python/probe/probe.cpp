@@ -45,19 +45,13 @@ class Box : public omu_InterfaceObj
 public:
     explicit Box(const cow_String& name, int size = 30) : m_name(name), m_size(size)
     {
-        static constexpr methodTable methods[] = {
-            {"describe", "What the box is.", omu_AsMethod<&Box::Describe>},
-            {},
-        };
+        static constexpr methodTable methods[] = {{"describe", "What the box is.", omu_AsMethod<&Box::Describe>}, {}};
         static constexpr memberTable members[] = {
             {"name", "The name on the label.", omu_AsGetter<&Box::GetName>, omu_AsMethod<&Box::SetName>},
             {"size", "Edge length in mm.", omu_AsGetter<&Box::GetSize>, nullptr},
-            {},
-        };
+            {}};
         static constexpr deprecatedMemberTable deprecated[] = {
-            {"label", "The name.", omu_AsGetter<&Box::GetName>, nullptr, "name", "2.0"},
-            {},
-        };
+            {"label", "The name.", omu_AsGetter<&Box::GetName>, nullptr, "name", "2.0"}, {}};
         DescribeType("Box", methods, members, nullptr, deprecated);
     }
 
@@ -92,9 +86,7 @@ public:
     explicit PaintedBox(const cow_String& name) : Box(name)
     {
         static constexpr methodTable methods[] = {
-            {"describe", "What the box is, and its paint.", omu_AsMethod<&PaintedBox::DescribePaint>},
-            {},
-        };
+            {"describe", "What the box is, and its paint.", omu_AsMethod<&PaintedBox::DescribePaint>}, {}};
         DescribeType("PaintedBox", methods, nullptr);
     }
 
@@ -132,7 +124,6 @@ public:
     {
         static constexpr methodTable methods[] = {
             {"echo", "Its argument.", omu_AsMethod<&Shelf::Echo>},
-            {"text", "The text of its arguments as a command text writes it.", omu_AsMethod<&Shelf::Text>},
             {"call", "Takes what the benchmarks take.", omu_AsMethod<&Shelf::Call>},
             {"protocol", "Reads an argument list step by step.", omu_AsMethod<&Shelf::Protocol>},
             {"fail", "Fails as its argument says.", omu_AsMethod<&Shelf::Fail>},
@@ -146,9 +137,7 @@ public:
             {},
         };
         static constexpr deprecatedMethodTable deprecated[] = {
-            {"put", "Adds a box.", omu_AsMethod<&Shelf::Add>, "add", "2.0"},
-            {},
-        };
+            {"put", "Adds a box.", omu_AsMethod<&Shelf::Add>, "add", "2.0"}, {}};
         DescribeType("Shelf", methods, nullptr, deprecated);
     }
 
@@ -156,7 +145,6 @@ public:
 
 private:
     omu_Primitive* Echo(omu_Arguments& arguments) { return arguments.Index(0)->Copy(); }
-    omu_Primitive* Text(omu_Arguments& arguments) { return new omu_PrimString(arguments.AsString(0)); }
 
     omu_Primitive* Call(omu_Arguments& arguments)
     {
@@ -299,9 +287,7 @@ public:
     Vector(double x, double y) : m_x(x), m_y(y)
     {
         static constexpr methodTable methods[] = {
-            {"scale", "scale(factor): changes the vector.", omu_AsMethod<&Vector::Scale>},
-            {},
-        };
+            {"scale", "scale(factor): changes the vector.", omu_AsMethod<&Vector::Scale>}, {}};
         DescribeType("Vector", methods, nullptr);
     }
     double X() const noexcept { return m_x; }
@@ -359,9 +345,7 @@ public:
             {},
         };
         static constexpr memberTable members[] = {
-            {"title", "The ledger's title.", omu_AsGetter<&Ledger::GetTitle>, omu_AsMethod<&Ledger::SetTitle>},
-            {},
-        };
+            {"title", "The ledger's title.", omu_AsGetter<&Ledger::GetTitle>, omu_AsMethod<&Ledger::SetTitle>}, {}};
         DescribeType("Ledger", methods, members);
         DoNotJournal("read");
     }
