@@ -1,6 +1,7 @@
 #pragma once
 
-/// A pointer of each thread to its T: a short cut for the library that owns T, never the only way to it.
+/// A pointer of each thread to its T: a short cut for the library that owns T, and for those that link to it where that
+/// exports the template's instance; never the only way to T.
 ///
 /// Threads:    each thread sees its own pointer, null at first. Where the system takes thread_local storage away before
 ///             the thread's singletons are destroyed, there is no short cut and Get always gives null.

@@ -3,6 +3,7 @@
 #include "VEXomu_export.h"
 #include "cls_UidCatalogEntry.h"
 #include "cls_UidCatalogEntryGroup.h"
+#include "thr_ThreadHint.h"
 #include "thr_ThreadSingleton.h"
 
 #include <atomic>
@@ -10,6 +11,7 @@
 class cls_UidCatalog;
 extern template class VEXOMU_API thr_ThreadSingletonBase<cls_UidCatalog>;
 extern template class VEXOMU_API thr_ThreadSingleton<cls_UidCatalog>;
+VEXOMU_EXTERN_TEMPLATE(thr_ThreadHint<cls_UidCatalog>);
 
 /// Hands out the entries behind the uids of one thread, and takes them back.
 ///
@@ -33,6 +35,12 @@ public:
     /// The number of groups that outlived their catalogues, in the whole process: what keeps them is a uid that nobody
     /// released.
     static int CountOrphanedGroups();
+
+    /// A new entry of the calling thread's catalogue, with one handle.
+    static cls_UidCatalogEntry* NewEntry();
+    /// Drops the only handle of an object without history on its own thread, as nearly every uid ends. False, and nothing
+    /// done, for any other.
+    static bool TakeBack(cls_UidCatalogEntry& entry) noexcept;
 
     /// A new entry with one handle.
     cls_UidCatalogEntry* AllocateEntry()
@@ -71,3 +79,21 @@ private:
     // Entries whose last handle was dropped on another thread; written under thr_GlobalLock.
     std::atomic<cls_UidCatalogEntry*> m_dropped{nullptr};
 };
+
+inline cls_UidCatalogEntry* cls_UidCatalog::NewEntry()
+{
+    cls_UidCatalog* const here = thr_ThreadHint<cls_UidCatalog>::Get();
+    return (here != nullptr ? *here : OfThisThread()).AllocateEntry();
+}
+
+inline bool cls_UidCatalog::TakeBack(cls_UidCatalogEntry& entry) noexcept
+{
+    cls_UidCatalog* const here = thr_ThreadHint<cls_UidCatalog>::Get();
+    // Only a handle can be copied: while there is just one, this one, no other thread can change the count.
+    if (here == nullptr || here != cls_UidCatalogEntryGroup::Of(&entry).Owner() ||
+        entry.m_word.load(std::memory_order_acquire) != 1 || entry.m_history.Next() != &entry.m_history) {
+        return false;
+    }
+    here->Free(&entry);
+    return true;
+}

@@ -1,10 +1,6 @@
 #include "cls_Uid.h"
 
-#include "cls_UidCatalog_detail.h"
-
 #include <utility>
-
-cls_Uid::cls_Uid() : m_entry(cls_detail::ThisThreadsCatalog().AllocateEntry()) {}
 
 cls_Uid& cls_Uid::operator=(const cls_Uid& other)
 {

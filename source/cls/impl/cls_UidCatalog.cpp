@@ -1,12 +1,12 @@
 #include "cls_UidCatalog.h"
 
 #include "VEXCRT.h"
-#include "cls_UidCatalog_detail.h"
 #include "thr_GlobalLock.h"
 #include "thr_ThrSingletonRegistry.h"
 
 template class thr_ThreadSingletonBase<cls_UidCatalog>;
 template class thr_ThreadSingleton<cls_UidCatalog>;
+template class thr_ThreadHint<cls_UidCatalog>;
 
 namespace
 {
@@ -21,7 +21,7 @@ constinit cls_UidCatalogEntryGroup* orphans = nullptr;
 cls_UidCatalog::cls_UidCatalog()
 {
     thr_GlobalSingleton<thr_ThrSingletonRegistry>::Instance().SetDestructLevel(&Finalize, DESTRUCT_LEVEL);
-    cls_detail::CatalogHint::Set(this);
+    thr_ThreadHint<cls_UidCatalog>::Set(this);
 }
 
 cls_UidCatalog::~cls_UidCatalog()
@@ -31,7 +31,7 @@ cls_UidCatalog::~cls_UidCatalog()
         TakeBackDropped();
     }
     delete unused;
-    cls_detail::CatalogHint::Set(nullptr);
+    thr_ThreadHint<cls_UidCatalog>::Set(nullptr);
 }
 
 int cls_UidCatalog::Finalize()

@@ -1,24 +1,30 @@
 #include "cls_UidCatalogEntry.h"
 
 #include "VEXCRT.h"
-#include "cls_UidCatalog_detail.h"
+#include "cls_UidCatalog.h"
+
+namespace
+{
+/// The catalogue of `entry` if it is the calling thread's, or null.
+cls_UidCatalog* OwnerHere(const cls_UidCatalogEntry& entry) noexcept
+{
+    cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(&entry).Owner();
+    if (owner == nullptr) {
+        return nullptr;
+    }
+    cls_UidCatalog* const known = thr_ThreadHint<cls_UidCatalog>::Get();
+    return owner == (known != nullptr ? known : cls_UidCatalog::FindOfThisThread()) ? owner : nullptr;
+}
+} // namespace
 
 int cls_UidCatalogEntry::LowerRefCnt()
 {
-    // Nearly every uid ends here: the only handle, on its own thread, of an object without history. Only a handle can be
-    // copied: while there is just one, this one, no other thread can change the count.
-    cls_UidCatalog* const owner = cls_UidCatalogEntryGroup::Of(this).Owner();
-    if (owner != nullptr && owner == cls_detail::CatalogHint::Get() && m_word.load(std::memory_order_acquire) == 1 &&
-        m_history.Next() == &m_history) {
-        owner->Free(this);
-        return 0;
-    }
-    return LowerSlowly();
+    return cls_UidCatalog::TakeBack(*this) ? 0 : LowerSlowly();
 }
 
 int cls_UidCatalogEntry::LowerSlowly()
 {
-    cls_UidCatalog* const catalog = cls_detail::OwnerHere(*this);
+    cls_UidCatalog* const catalog = OwnerHere(*this);
     if (catalog == nullptr) {
         return cls_UidCatalog::LowerElsewhere(*this);
     }
@@ -34,7 +40,7 @@ int cls_UidCatalogEntry::LowerSlowly()
 
 bool cls_UidCatalogEntry::Renew()
 {
-    if (m_word.load(std::memory_order_acquire) != 1 || cls_detail::OwnerHere(*this) == nullptr) {
+    if (m_word.load(std::memory_order_acquire) != 1 || OwnerHere(*this) == nullptr) {
         return false;
     }
     DeleteHistory();
