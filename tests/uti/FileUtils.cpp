@@ -78,6 +78,12 @@ TEST_F(FileUtils, A_copy_keeps_permissions_and_holes_and_follows_links)
     std::ifstream(Path("target")).seekg(FAR - 1).read(bytes, 4);
     EXPECT_EQ(std::string(bytes, 4), std::string("\0end", 4));
 
+    fs::create_symlink("nowhere", Path("astray"));
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(Copy("source", "astray"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Copy file failed: No such file or directory\n");
+    EXPECT_TRUE(fs::is_symlink(Path("astray")));
+
     EXPECT_FALSE(uti_fileCopy("/proc/self/status", Path("other").c_str()));
     EXPECT_NE(Contents("other").find("Pid:"), std::string::npos) << "the system says it has no bytes";
     EXPECT_FALSE(uti_fileCopy(Path("source").c_str(), "/dev/null"));

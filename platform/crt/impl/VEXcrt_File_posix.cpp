@@ -212,7 +212,9 @@ int VEXCRT::CopyFileOver(const std::string& from, const std::string& to)
         return EISDIR;
     }
     if (stat(to.c_str(), &old) != 0) {
-        return errno == ENOENT ? CopyBeside(source, status, to) : errno;
+        const int error = errno;
+        const bool isNew = error == ENOENT && lstat(to.c_str(), &old) != 0; // and no link to nowhere
+        return isNew ? CopyBeside(source, status, to) : error;
     }
     if (old.st_dev == status.st_dev && old.st_ino == status.st_ino) {
         return 0; // the file itself
