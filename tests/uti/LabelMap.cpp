@@ -14,28 +14,12 @@ enum Fruit : int
     UNLISTED = 4
 };
 
-std::string Joined(const cow_List<cow_String>& texts)
+using Strings = cow_List<cow_String>;
+
+void Install(uti_ResourceManager::Lookup lookup)
 {
-    std::string joined;
-    for (const cow_String& text : texts) {
-        joined += std::string(text.view()) + ",";
-    }
-    return joined;
+    thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(std::move(lookup));
 }
-
-/// Installs a lookup on this thread for its lifetime.
-class Translation
-{
-public:
-    explicit Translation(uti_ResourceManager::Lookup lookup) { Install(std::move(lookup)); }
-    ~Translation() { Install({}); }
-
-private:
-    static void Install(uti_ResourceManager::Lookup lookup)
-    {
-        thr_ThreadSingleton<uti_ResourceManager>::Instance().InstallLookup(std::move(lookup));
-    }
-};
 
 } // namespace
 
@@ -57,20 +41,21 @@ TEST(LabelMap, The_first_entry_of_a_key_and_of_a_text_counts)
     EXPECT_EQ(Fruits::LabelKey("pear"), PEAR);
     EXPECT_EQ(Fruits::DefaultLabelKey("pear"), PEAR);
     EXPECT_EQ(Fruits::ResourceKey("Fruit_07b"), APPLE);
-    EXPECT_EQ(Joined(Fruits::DefaultLabelStrings()), "apple,pear,second apple,pear,");
-    EXPECT_EQ(Joined(Fruits::ResourceNames()), "Fruit_07,Fruit_02,Fruit_07b,Fruit_09,");
+    EXPECT_EQ(Fruits::DefaultLabelStrings(), (Strings{"apple", "pear", "second apple", "pear"}));
+    EXPECT_EQ(Fruits::ResourceNames(), (Strings{"Fruit_07", "Fruit_02", "Fruit_07b", "Fruit_09"}));
 }
 
 TEST(LabelMap, An_absent_key_has_null_texts_and_an_absent_text_is_an_assertion)
 {
     RecordedAssertions assertions;
-    const Translation never([](const char*, const char*) { return cow_String("asked for what is absent"); });
+    Install([](const char*, const char*) { return cow_String("asked for what is absent"); });
     EXPECT_EQ(Fruits::LabelString(UNLISTED), "");
     EXPECT_EQ(Fruits::DefaultLabelString(UNLISTED), nullptr);
     EXPECT_EQ(Fruits::ResourceName(UNLISTED), nullptr);
     EXPECT_EQ(NoFruits::LabelString(static_cast<Fruit>(0)), "") << "the closing entry is no entry";
     EXPECT_EQ(NoFruits::LabelStrings().Length(), 0);
     EXPECT_EQ(assertions.Take(), Texts());
+    Install({});
 
     EXPECT_EQ(Fruits::LabelKey("Apple"), Fruits::NO_KEY);
     EXPECT_EQ(Fruits::DefaultLabelKey("app"), Fruits::NO_KEY);
@@ -82,16 +67,15 @@ TEST(LabelMap, An_absent_key_has_null_texts_and_an_absent_text_is_an_assertion)
 
 TEST(LabelMap, An_installed_lookup_gives_the_label_strings_only_while_it_stands)
 {
-    {
-        const Translation german([](const char* label, const char* defaultText) {
-            return cow_String(std::string_view(label) == "Fruit_07" ? "Apfel" : defaultText);
-        });
-        RecordedAssertions assertions;
-        EXPECT_EQ(Joined(Fruits::LabelStrings()), "Apfel,pear,second apple,pear,");
-        EXPECT_EQ(Fruits::LabelKey("Apfel"), APPLE);
-        EXPECT_EQ(Fruits::LabelKey("apple"), Fruits::NO_KEY);
-        EXPECT_EQ(Fruits::DefaultLabelKey("apple"), APPLE);
-        EXPECT_STREQ(Fruits::DefaultLabelString(APPLE), "apple");
-    }
+    RecordedAssertions assertions;
+    Install([](const char* label, const char* defaultText) {
+        return cow_String(std::string_view(label) == "Fruit_07" ? "Apfel" : defaultText);
+    });
+    EXPECT_EQ(Fruits::LabelStrings(), (Strings{"Apfel", "pear", "second apple", "pear"}));
+    EXPECT_EQ(Fruits::LabelKey("Apfel"), APPLE);
+    EXPECT_EQ(Fruits::LabelKey("apple"), Fruits::NO_KEY);
+    EXPECT_EQ(Fruits::DefaultLabelKey("apple"), APPLE);
+    EXPECT_STREQ(Fruits::DefaultLabelString(APPLE), "apple");
+    Install({});
     EXPECT_EQ(Fruits::LabelString(APPLE), "apple");
 }
