@@ -130,7 +130,7 @@ omu_Primitive* fem_Session::Open(omu_Arguments& arguments)
     arguments.Get(readOnly, "readOnly");
     arguments.End("open");
     if (m_file != nullptr && m_file->IsAt(path)) {
-        m_file->Store().Rollback(); // what was not saved is about to go, and its lock would keep the file from opening
+        RollBack(m_file->Store()); // what was not saved is about to go, and its lock would keep the file from opening
     }
     Read(fem_ModelFile::Open(path, readOnly, m_registrar));
     return TupleOf(m_file->Store().UnknownClasses()).Copy();
@@ -182,16 +182,21 @@ void fem_Session::Write(sql_Store& store, bool isOtherFile)
         store.WriteRoot(ROOT, [&](const cls_WriteVisitor& visitor) { DBWrite(visitor, save); });
         store.Commit();
     } catch (...) {
-        store.Rollback();
-        try {
-            m_models.Restore();
-        } catch (const nex_TextException&) {
-            // An array whose place in the file is gone says so to whoever asks for its values.
-        }
+        RollBack(store);
         throw;
     }
     ++m_saves;
     save.Commit();
+}
+
+void fem_Session::RollBack(sql_Store& store) const
+{
+    store.Rollback();
+    try {
+        m_models.Restore();
+    } catch (const nex_TextException&) {
+        // An array whose place in the file is gone says so to whoever asks for its values.
+    }
 }
 
 void fem_Session::RequireUnchanged(sql_Store& store) const

@@ -37,6 +37,8 @@ private:
     void Read(std::unique_ptr<fem_ModelFile> file);
     /// All or nothing.
     void Write(sql_Store& store, bool isOtherFile);
+    /// Takes back what was not saved, in the models too.
+    void RollBack(sql_Store& store) const;
     /// Throws when another session has saved to the session's file.
     void RequireUnchanged(sql_Store& store) const;
 
