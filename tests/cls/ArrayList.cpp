@@ -1,4 +1,7 @@
+#include "MementoDouble.h"
 #include "cls_Module.h"
+#include "cls_ReadVisitor.h"
+#include "cls_WriteVisitor.h"
 #include "cls_xip1DArrayList.h"
 #include "obj_Stream.h"
 #include "utl/StreamChecks.h"
@@ -49,5 +52,15 @@ TEST_F(ArrayList, Keeps_its_uid_when_a_stream_is_read_into_it)
     EXPECT_EQ(list.Uid(), uid);
     EXPECT_NE(ReadFrom(BytesOf(m_list).substr(0, 10), list), "");
     EXPECT_EQ(list.Arrays(), m_list.Arrays());
+}
+
+// What a record does with a list is tested with the engine.
+TEST_F(ArrayList, A_record_without_a_list_is_refused_and_none_gives_an_empty_list)
+{
+    EXPECT_EQ(RefusalOf([&] { m_list.DBWrite(cls_WriteVisitor(new MementoWriteDouble)); }),
+              "In cls_xp1DArrayList::DBWrite() Missing writer.");
+    EXPECT_EQ(RefusalOf([] { FloatList{cls_ReadVisitor(new MementoReadDouble)}; }),
+              "In cls_xp1DArrayList::cls_xp1DArrayList() Missing reader.");
+    EXPECT_TRUE(FloatList(cls_ReadVisitor(nullptr)).Arrays().IsEmpty());
 }
 } // namespace

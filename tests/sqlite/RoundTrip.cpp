@@ -1,6 +1,7 @@
 #include "StoreTest.h"
 #include "cls_ArrayPrim.h"
 #include "cls_ObjectAgents.h"
+#include "cls_xp1DArrayList.h"
 #include "cow_2DArray.h"
 
 #include <bit>
@@ -137,6 +138,37 @@ TEST_F(StoreTest, Every_collection_of_values_comes_back)
     EXPECT_NE(Said([&] { record->MakeIntListReader(10); }), "nothing");
 }
 
+template <class T> void ExpectListComesBack(sql_Store& store, const cls_xp1DArrayList<T>& list)
+{
+    store.WriteRoot("list", [&](const cls_WriteVisitor& visitor) { list.DBWrite(visitor); });
+    const cls_ReadVisitor visitor(store.OpenRoot("list"));
+    const cls_xp1DArrayList<T> read(visitor);
+    EXPECT_EQ(read.Arrays(), list.Arrays());
+    EXPECT_EQ(read.Uid(), visitor.GetUid());
+}
+
+TEST_F(StoreTest, Lists_of_arrays_come_back_and_are_checked_against_the_attribute)
+{
+    constexpr std::uint32_t holder = Part::ID + 1;
+    registrar.CreateClassMD("Holder", holder, 1, nullptr, 1)
+        .AddAttribute(Field("rows"), cls_ATTRIBUTE_INT, 1, static_cast<cls_CollectionType>(54));
+    sql_Store store = Create();
+    const cls_xp1DArrayList<int> ints({{1, 2}, {}, {LEAST}});
+    const cls_xp1DArrayList<double> doubles({{0.5}});
+    ExpectListComesBack(store, ints);
+    ExpectListComesBack(store, doubles);
+    ExpectListComesBack(store, cls_xp1DArrayList<float>({{}, {0.5f}}));
+    const auto saveIn = [&](const auto& list) {
+        store.WriteRoot("holder", [&](const cls_WriteVisitor& visitor) {
+            ASSERT_EQ(visitor.StartWrite(holder, box), 1);
+            list.DBWrite(cls_WriteVisitor(visitor, Field("rows"), nullptr));
+        });
+    };
+    saveIn(ints);
+    EXPECT_EQ(std::unique_ptr<cls_MementoRead>(store.OpenRoot("holder"))->ClassId(Field("rows")), 0x230001U);
+    EXPECT_NE(Said([&] { saveIn(doubles); }).find("of type 54, and is written as one of type 52"), std::string::npos);
+}
+
 /// The labels of a stored list of parts, "a b c".
 std::string Labels(cls_MementoRead& record, std::uint32_t element)
 {
@@ -220,6 +252,62 @@ TEST_F(StoreTest, An_agent_of_objects_changes_a_stored_list_in_place)
         ASSERT_EQ(stored, model) << "after step " << step;
     }
     EXPECT_NE(Said([&] { agent->MakeReader(agent->Size()); }), "nothing");
+}
+
+/// Puts parts under random keys of a map that an agent serves, and takes them out.
+template <class K, class Agent> void ExpectMapFollows(Agent& agent, sql_Store& store, const std::vector<K>& keys)
+{
+    std::map<K, std::string> model;
+    std::mt19937 random(7);
+    for (int step = 0; step < 60; ++step) {
+        const K& key = keys[random() % keys.size()];
+        if (step % 25 == 24) {
+            agent.Clear();
+            model.clear();
+        } else if (random() % 3 == 0) {
+            EXPECT_EQ(agent.Remove(key), model.erase(key) == 1);
+        } else {
+            model[key] = std::to_string(step);
+            Part(model[key]).DBWrite(cls_WriteVisitor(cls_AgentRequestMapKey2Obj<K>(&agent, key)));
+        }
+        if (step % 10 == 9) {
+            store.Commit();
+        }
+        const cow_1DArray<K> stored = agent.Keys();
+        ASSERT_EQ(agent.Size(), static_cast<int>(model.size())) << "after step " << step;
+        ASSERT_TRUE(std::equal(stored.begin(), stored.end(), model.begin(), model.end(),
+                               [](const K& left, const auto& right) { return left == right.first; }));
+        for (const K& each : keys) {
+            const std::unique_ptr<cls_MementoRead> reader(agent.MakeReader(each));
+            ASSERT_EQ(agent.ClassId(each), model.contains(each) ? Part::ID : 0) << "after step " << step;
+            ASSERT_EQ(reader != nullptr ? reader->ReadString(Field("label"), "none") : "", model[each].c_str());
+            std::erase_if(model, [](const auto& entry) { return entry.second.empty(); });
+        }
+    }
+}
+
+TEST_F(StoreTest, Agents_of_objects_change_stored_maps_in_place)
+{
+    sql_Store store = Create();
+    std::unique_ptr<cls_AgentMapKey2Obj<int>> ints;
+    std::unique_ptr<cls_AgentMapKey2Obj<cow_String>> texts;
+    Save(store, [&](const cls_WriteVisitor& visitor) {
+        const std::unique_ptr<cls_MementoWrite> first(visitor.Memento()->MakeElementWriter(5, cls_Uid::AllocateUid()));
+        const std::unique_ptr<cls_MementoWrite> second(visitor.Memento()->MakeElementWriter(6, cls_Uid::AllocateUid()));
+        ints.reset(first->MakeIntMapObjAgent());
+        texts.reset(second->MakeStringMapObjAgent());
+        const std::unique_ptr<cls_WriteMapInt2Obj> map(visitor.Memento()->MakeIntMapObjWriter(7));
+        Part("written").DBWrite(cls_WriteVisitor(cls_WriteRequestMapInt2Obj(map.get(), LEAST)));
+    });
+    ExpectMapFollows<int>(*ints, store, {LEAST, -1, 0, 7});
+    ExpectMapFollows<cow_String>(*texts, store, {"", ODD_TEXT, "\xC3\xA4", "a"});
+    const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
+    const std::unique_ptr<cls_ReadMapInt2Obj> map(record->MakeIntMapObjReader(7));
+    EXPECT_TRUE(map->Next() && map->Key() == LEAST && map->ClassId() == Part::ID && !map->Next());
+    Part("last").DBWrite(cls_WriteVisitor(cls_AgentRequestMapKey2Obj<int>(ints.get(), 3)));
+    EXPECT_TRUE(store.RemoveRoot("box"));
+    store.Commit();
+    EXPECT_EQ(Check(), "sound");
 }
 
 template <class T> class StoredArray : public StoreTest

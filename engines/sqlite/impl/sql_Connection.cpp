@@ -25,6 +25,14 @@ int OpenFlags(sql_Connection::Mode mode) noexcept
     return 0;
 }
 
+/// A name that SQLite takes for a file's, whatever it is: it has others of its own, for databases that are in memory only
+/// ("" and ":memory:") and for those with options ("file:...").
+std::string FileName(const std::string& file)
+{
+    const bool isSpecial = file.empty() || file.starts_with(':') || file.starts_with("file:");
+    return isSpecial ? "./" + file : file;
+}
+
 /// A file from elsewhere may hold anything: nothing in it may run, and every page is checked when it is read.
 void Distrust(sqlite3* handle) noexcept
 {
@@ -38,7 +46,7 @@ void Distrust(sqlite3* handle) noexcept
 sql_Connection::sql_Connection(const std::string& file, Mode mode, int busyMilliseconds)
     : m_file(file), m_process(VEXCRT::ProcessId()), m_busyMilliseconds(busyMilliseconds)
 {
-    const int code = sqlite3_open_v2(file.c_str(), &m_handle, OpenFlags(mode) | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int code = sqlite3_open_v2(FileName(file).c_str(), &m_handle, OpenFlags(mode) | SQLITE_OPEN_NOMUTEX, nullptr);
     try {
         if (code != SQLITE_OK) {
             Fail("cannot open");

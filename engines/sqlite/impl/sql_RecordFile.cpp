@@ -5,9 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <sqlite3.h>
 #include <xxhash.h>
@@ -43,14 +41,35 @@ sql_Connection::Mode ConnectionMode(const std::string& file, sql_RecordFile::Mod
     return sql_Connection::Mode::READ_ONLY;
 }
 
-std::string TruncatedText(std::int64_t size, std::int64_t stated)
+/// What an SQLite file begins with, zeros where it is shorter, and how long it is.
+struct Head
 {
-    return "is truncated: " + std::to_string(size) + " of " + std::to_string(stated) + " bytes are there";
-}
+    std::int64_t Number(std::size_t place, std::size_t width) const
+    {
+        std::int64_t number = 0;
+        for (std::size_t i = place; i < place + width; ++i) {
+            number = number << 8 | bytes[i];
+        }
+        return number;
+    }
 
-std::uint32_t BigEndian(const unsigned char* bytes)
+    std::array<unsigned char, 100> bytes{};
+    std::int64_t size = 0;
+};
+
+/// Through SQLite's own descriptor: to close another one would drop this process's locks on the file.
+Head HeadOf(const sql_Connection& connection)
 {
-    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+    Head head;
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(connection.Handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (file != nullptr && file->pMethods != nullptr) {
+        sqlite3_int64 size = 0;
+        file->pMethods->xFileSize(file, &size);
+        file->pMethods->xRead(file, head.bytes.data(), static_cast<int>(head.bytes.size()), 0);
+        head.size = size;
+    }
+    return head;
 }
 
 /// A running checksum: each step takes the one before as its seed.
@@ -99,6 +118,10 @@ sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilli
       m_db(file, ConnectionMode(file, mode), busyMilliseconds)
 {
     try {
+        if (mode == Mode::SALVAGE) { // else SQLite gives nothing of a file that lacks its last page
+            sqlite3_db_config(m_db.Handle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
+            m_db.Execute("PRAGMA writable_schema = ON");
+        }
         m_db.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -16384; PRAGMA temp_store = MEMORY");
         if (mode == Mode::CREATE) {
             MakeSchema();
@@ -106,14 +129,16 @@ sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilli
         BeginRead(); // nobody changes the file's size meanwhile
         CheckSchema(mode);
         if (mode != Mode::SALVAGE) {
-            CheckLength();
+            if (const std::string why = Truncation(); !why.empty()) {
+                Throw("'" + file + "' " + why, __LINE__);
+            }
             CheckVersions(mode);
         }
         EndRead();
     } catch (const nex_TextException&) {
         const int code = sqlite3_errcode(m_db.Handle());
-        if (const std::string why = code == SQLITE_NOTADB || code == SQLITE_CORRUPT ? WhyUnreadable(file) : "";
-            !why.empty()) {
+        const bool isUnreadable = code == SQLITE_NOTADB || code == SQLITE_CORRUPT || mode == Mode::SALVAGE;
+        if (const std::string why = isUnreadable ? WhyUnreadable() : ""; !why.empty()) {
             Throw("'" + file + "' " + why, __LINE__);
         }
         throw;
@@ -208,15 +233,12 @@ void sql_RecordFile::CheckSchema(Mode mode)
 
 void sql_RecordFile::CheckVersions(Mode mode)
 {
-    const int reader = LowestReader();
-    const int writer = LowestWriter();
-    const auto text = [this](const char* what, int lowest) {
+    const std::int64_t reader = LowestReader();
+    const std::int64_t writer = LowestWriter();
+    const auto text = [this](const char* what, std::int64_t lowest) {
         return "'" + Name() + "' is of a newer format: " + what + " format " + std::to_string(lowest) +
                ", this program has format " + std::to_string(FORMAT);
     };
-    if (reader < 1 || writer < 1) {
-        m_db.FailDamaged("it names no format version");
-    }
     if (reader > FORMAT) {
         Throw(text("reading it takes", reader), __LINE__);
     }
@@ -225,41 +247,25 @@ void sql_RecordFile::CheckVersions(Mode mode)
     }
 }
 
-void sql_RecordFile::CheckLength()
+std::string sql_RecordFile::Truncation() const
 {
-    sql_Statement journal(m_db, "PRAGMA journal_mode");
-    if (sql_Rows rows(journal); rows.Next() && rows.Bytes(0) == "wal") {
-        return; // pages may still stand in the log
-    }
-    const std::int64_t stated = Pragma("PRAGMA page_count") * Pragma("PRAGMA page_size");
-    std::error_code error;
-    const auto size = static_cast<std::int64_t>(std::filesystem::file_size(Name(), error));
-    if (!error && size < stated) {
-        Throw("'" + Name() + "' " + TruncatedText(size, stated), __LINE__);
-    }
+    constexpr int LOG = 2; // pages may still stand there
+    const Head head = HeadOf(m_db);
+    const std::int64_t page = head.Number(16, 2) == 1 ? 65536 : head.Number(16, 2);
+    const std::int64_t stated = std::max<std::int64_t>(page * head.Number(28, 4), head.bytes.size());
+    return head.size >= stated || head.bytes[18] == LOG
+               ? ""
+               : "is truncated: " + std::to_string(head.size) + " of " + std::to_string(stated) + " bytes are there";
 }
 
-std::string sql_RecordFile::WhyUnreadable(const std::string& file)
+std::string sql_RecordFile::WhyUnreadable() const
 {
-    std::array<char, 100> head{};
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        return "";
-    }
-    stream.read(head.data(), head.size());
     static constexpr std::string_view magic("SQLite format 3\0", 16);
-    if (std::string_view(head.data(), magic.size()) != magic) {
-        return "is not a store: it is a file of another format";
-    }
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(head.data());
-    const std::uint64_t page = (std::uint64_t{bytes[16]} << 8 | bytes[17]) == 1 ? 65536 : bytes[16] << 8 | bytes[17];
-    const std::uint64_t stated = page * BigEndian(bytes + 28);
-    std::error_code error;
-    const std::uint64_t size = std::filesystem::file_size(file, error);
-    if (!error && size < std::max<std::uint64_t>(stated, head.size())) {
-        return TruncatedText(static_cast<std::int64_t>(size), static_cast<std::int64_t>(stated));
-    }
-    return "";
+    const Head head = HeadOf(m_db);
+    return std::equal(magic.begin(), magic.end(), head.bytes.begin(),
+                      [](char left, unsigned char right) { return left == static_cast<char>(right); })
+               ? Truncation()
+               : "is not a store: it is a file of another format";
 }
 
 void sql_RecordFile::EndRead() noexcept
@@ -280,10 +286,19 @@ std::int64_t sql_RecordFile::Setting(const char* name)
     const cow_String key(name);
     sql_Rows rows(m_setting, key);
     const std::int64_t value = rows.Next() ? rows.Int(0) : 0;
-    if (value < 0 || value > std::numeric_limits<std::int64_t>::max() / BLOCKS_PER_RECORD / 2) {
+    if (value < 0 || value > MAX_NUMBER) {
         m_db.FailDamaged("its setting '" + std::string(name) + "' is out of range");
     }
     return value;
+}
+
+std::int64_t sql_RecordFile::Version(const char* name)
+{
+    const std::int64_t version = Setting(name);
+    if (version < 1) {
+        m_db.FailDamaged("it names no format version");
+    }
+    return version;
 }
 
 std::int64_t sql_RecordFile::NextNumber()
@@ -350,8 +365,9 @@ std::optional<sql_Record> sql_RecordFile::FindRecord(std::int64_t id)
                             .form = static_cast<sql_Form>(rows.Int(3)),
                             .length = rows.Int(4),
                             .revision = rows.Int(5)};
-    const bool isSound = record.length >= 0 && record.length <= std::numeric_limits<std::int32_t>::max() &&
-                         record.identity >= 0 && record.identity < id; // numbers rise, and an identity comes first
+    const bool isSound = id <= MAX_NUMBER && record.length >= 0 &&
+                         record.length <= std::numeric_limits<std::int32_t>::max() && record.identity >= 0 &&
+                         record.identity < id; // numbers rise, and an identity comes first
     if (SumOf(record) != rows.Int(6) || !isSound) {
         FailDamaged("record " + std::to_string(id) + " does not match its checksum");
     }
@@ -386,7 +402,23 @@ std::vector<sql_Records::Row> sql_RecordFile::Rows(std::int64_t record)
         }
         found.push_back(std::move(row));
     }
+    CheckHeldOnce(record, found);
     return found;
+}
+
+/// Two rows with the same record would be two ways to it, and a few dozen records of that kind more ways than can be gone.
+void sql_RecordFile::CheckHeldOnce(std::int64_t record, const std::vector<Row>& rows) const
+{
+    std::vector<std::int64_t> held;
+    for (const auto& [key, cell] : rows) {
+        if (cell.IsObject()) {
+            held.push_back(cell.Record());
+        }
+    }
+    std::sort(held.begin(), held.end());
+    if (const auto twice = std::adjacent_find(held.begin(), held.end()); twice != held.end()) {
+        FailDamaged("record " + std::to_string(record) + " holds record " + std::to_string(*twice) + " twice");
+    }
 }
 
 std::optional<sql_Cell> sql_RecordFile::FindRow(std::int64_t record, const sql_Key& key)
@@ -492,13 +524,25 @@ std::vector<sql_Class> sql_RecordFile::Classes()
 {
     std::vector<sql_Class> classes;
     for (sql_Rows rows(m_classes); rows.Next();) {
-        classes.push_back({rows.Int(0), cow_String(rows.Bytes(1)), static_cast<int>(rows.Int(2)),
-                           static_cast<std::uint32_t>(rows.Int(3)), AttributesOf(rows.Int(0))});
-        if (SumOf(classes.back()) != rows.Int(4)) {
-            FailDamaged("the class '" + std::string(classes.back().name.view()) + "' does not match its checksum");
+        if (auto found = FindClass(rows.Int(0))) {
+            classes.push_back(std::move(*found));
         }
     }
     return classes;
+}
+
+std::optional<sql_Class> sql_RecordFile::FindClass(std::int64_t row)
+{
+    sql_Rows rows(m_findClass, row);
+    if (!rows.Next()) {
+        return std::nullopt;
+    }
+    sql_Class found{row, cow_String(rows.Bytes(0)), static_cast<int>(rows.Int(1)),
+                    static_cast<std::uint32_t>(rows.Int(2)), AttributesOf(row)};
+    if (SumOf(found) != rows.Int(3)) {
+        FailDamaged("the class '" + std::string(found.name.view()) + "' does not match its checksum");
+    }
+    return found;
 }
 
 std::int64_t sql_RecordFile::CountRecordsOf(std::int64_t classRow)

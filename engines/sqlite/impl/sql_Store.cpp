@@ -181,6 +181,7 @@ std::uint32_t sql_Store::RootClass(const cow_String& name)
 
 bool sql_Store::RemoveRoot(const cow_String& name)
 {
+    m_session->BeginSave(); // what agents have written must be in the tables to be removed from them
     sql_Records& records = m_session->Writing();
     const auto record = records.FindRoot(name);
     if (record) {

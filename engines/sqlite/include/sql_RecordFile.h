@@ -4,6 +4,7 @@
 #include "sql_Connection.h"
 #include "sql_Records.h"
 
+#include <limits>
 #include <string>
 
 /// The records of one SQLite file: its schema, its checks and its statements. docs/storage.md shows the tables.
@@ -24,7 +25,7 @@ public:
         CREATE,
         READ_WRITE,
         READ_ONLY,
-        SALVAGE ///< read-only, and the schema alone is checked
+        SALVAGE ///< read-only, the schema alone is checked, and pages may lack at the end
     };
 
     sql_RecordFile(const std::string& file, Mode mode, int busyMilliseconds = BUSY_MILLISECONDS);
@@ -38,8 +39,13 @@ public:
     sql_Connection& Connection() noexcept { return m_db; }
 
     /// The lowest format versions that may read and that may write the file.
-    int LowestReader() { return static_cast<int>(Setting("reader")); }
-    int LowestWriter() { return static_cast<int>(Setting("writer")); }
+    std::int64_t LowestReader() { return Version("reader"); }
+    std::int64_t LowestWriter() { return Version("writer"); }
+    /// "is truncated: 3 of 5 bytes are there", by what the file says of its length; empty when none lacks.
+    std::string Truncation() const;
+    /// A row of a record by itself, and a class by its row.
+    std::optional<sql_Cell> FindRow(std::int64_t record, const sql_Key& key);
+    std::optional<sql_Class> FindClass(std::int64_t row);
 
     /// What a row's checksum has to be: for those who read the tables by themselves.
     static std::int64_t SumOf(const sql_Record& record);
@@ -49,6 +55,7 @@ public:
     static std::int64_t SumOfRoot(const cow_String& name, std::int64_t record);
     /// The row number of a block; a record has BLOCKS_PER_RECORD of them.
     static constexpr std::int64_t BLOCKS_PER_RECORD = 1 << 20;
+    static constexpr std::int64_t MAX_NUMBER = std::numeric_limits<std::int64_t>::max() / BLOCKS_PER_RECORD / 2;
     static constexpr std::int64_t BlockPlace(std::int64_t record, std::int64_t block) noexcept
     {
         return record * BLOCKS_PER_RECORD + block;
@@ -68,7 +75,6 @@ public:
     void PutRecord(const sql_Record& record) override;
     void RemoveRecord(std::int64_t id) override;
     std::vector<Row> Rows(std::int64_t record) override;
-    std::optional<sql_Cell> FindRow(std::int64_t record, const sql_Key& key) override;
     void PutRow(std::int64_t record, const sql_Key& key, const sql_Cell& cell) override;
     void RemoveRow(std::int64_t record, const sql_Key& key) override;
     void RemoveRows(std::int64_t record) override;
@@ -88,15 +94,15 @@ public:
 private:
     void MakeSchema();
     void CheckSchema(Mode mode);
-    void CheckLength();
     void CheckVersions(Mode mode);
     std::int64_t Setting(const char* name);
+    std::int64_t Version(const char* name);
     std::int64_t Pragma(const char* text);
     [[noreturn]] void FailNotStore(const std::string& why) const;
-    /// Why SQLite takes the file for none of its own, by what is at its start; empty when that tells nothing. Closing the
-    /// file drops this process's locks on it: only for files that are of no use anyway.
-    static std::string WhyUnreadable(const std::string& file);
+    /// Why SQLite takes the file for none of its own, by what is at its start; empty when that tells nothing.
+    std::string WhyUnreadable() const;
     std::vector<sql_Attribute> AttributesOf(std::int64_t classRow);
+    void CheckHeldOnce(std::int64_t record, const std::vector<Row>& rows) const;
 
     bool m_isReadOnly;
     sql_Connection m_db;
@@ -118,7 +124,8 @@ private:
     sql_Statement m_roots{m_db, "SELECT name, record, checksum FROM root ORDER BY name"};
     sql_Statement m_putRoot{m_db, "REPLACE INTO root VALUES (?, ?, ?)"};
     sql_Statement m_removeRoot{m_db, "DELETE FROM root WHERE name = ?"};
-    sql_Statement m_classes{m_db, "SELECT id, name, version, type, checksum FROM class ORDER BY id"};
+    sql_Statement m_classes{m_db, "SELECT id FROM class ORDER BY id"};
+    sql_Statement m_findClass{m_db, "SELECT name, version, type, checksum FROM class WHERE id = ?"};
     sql_Statement m_countOf{m_db, "SELECT count(*) FROM record WHERE class = ?"};
     sql_Statement m_addClass{m_db, "INSERT INTO class VALUES (?, ?, ?, ?, ?)"};
     sql_Statement m_attributes{m_db,

@@ -105,9 +105,8 @@ public:
     /// The record, its rows and its blocks; not the records it refers to.
     virtual void RemoveRecord(std::int64_t id) = 0;
 
-    /// The rows of a record in the order of their keys.
+    /// The rows of a record in the order of their keys; no two hold the same record.
     virtual std::vector<Row> Rows(std::int64_t record) = 0;
-    virtual std::optional<sql_Cell> FindRow(std::int64_t record, const sql_Key& key) = 0;
     /// Puts the cell under the key, in place of what is there.
     virtual void PutRow(std::int64_t record, const sql_Key& key, const sql_Cell& cell) = 0;
     virtual void RemoveRow(std::int64_t record, const sql_Key& key) = 0;
