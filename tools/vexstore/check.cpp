@@ -15,13 +15,18 @@ public:
 
     int Run()
     {
+        if (const std::string why = m_file.Truncation(); !why.empty()) {
+            Fault("the file " + why);
+        }
         Step([&] { CheckPages(); });
+        Step([&] { m_file.LowestReader(); });
+        Step([&] { m_file.LowestWriter(); });
         Step([&] { m_file.NextNumber(); });
         Step([&] { CheckTrees(); });
         Step([&] { CheckOrphans("SELECT id FROM record", "record %: no root leads to it"); });
         Step([&] { CheckOrphans("SELECT DISTINCT record FROM field", "the fields of record %: it is missing"); });
         Step([&] { CheckOrphans("SELECT DISTINCT id >> 20 FROM block", "the blocks of record %: it is missing"); });
-        std::cout << m_file.Name() << ": " << m_seen.size() << " records, "
+        std::cout << Printable(m_file.Name()) << ": " << m_seen.size() << " records, "
                   << (m_faults == 0 ? Coloured(32, "no faults") : Coloured(31, std::to_string(m_faults) + " faults"))
                   << '\n';
         return m_faults == 0 ? DONE : FOUND;
@@ -31,7 +36,7 @@ private:
     void Fault(const std::string& what)
     {
         ++m_faults;
-        std::cout << Coloured(31, "fault: ") << what << '\n';
+        std::cout << Coloured(31, "fault: ") << Printable(what) << '\n';
     }
 
     /// A fault that keeps one step from going on leaves the others.
@@ -57,28 +62,33 @@ private:
     void CheckTrees()
     {
         m_classes = ClassTexts(m_file);
-        Progress progress(Count(m_file, "SELECT count(*) FROM record"));
+        Progress progress(WorkOf(m_file));
         for (const auto& [name, id] : m_file.Roots()) {
-            std::vector<sql_Record> left;
-            Step([&] { left.push_back(ChildOf(m_file, 0, {sql_Kind::OBJECT, id})); });
+            std::vector<Place> left;
+            Step([&] { left.push_back({ChildOf(m_file, 0, {sql_Kind::OBJECT, id}), 1, {}}); });
             while (!left.empty()) {
-                const sql_Record record = left.back();
+                const Place place = std::move(left.back());
                 left.pop_back();
-                m_seen.insert(record.id);
-                progress.Step();
-                Step([&] { CheckRecord(record, left); });
+                if (m_seen.insert(place.record.id).second) {
+                    progress.Step();
+                    Step([&] { CheckRecord(place, left, progress); });
+                } else {
+                    Fault("record " + std::to_string(place.record.id) + ": two roots lead to it");
+                }
             }
         }
     }
 
-    void CheckRecord(const sql_Record& record, std::vector<sql_Record>& left)
+    void CheckRecord(const Place& place, std::vector<Place>& left, Progress& progress)
     {
+        const sql_Record& record = place.record;
+        CheckDepth(m_file, place.depth);
         if (!m_classes.contains(record.classRow)) {
             Fault("record " + std::to_string(record.id) + ": its class " + std::to_string(record.classRow) +
                   " is missing");
         }
         if (const auto element = sql_PagedKind(record.form)) {
-            CheckBlocks(record, *element);
+            CheckBlocks(record, *element, progress);
             return;
         }
         const auto rows = m_file.Rows(record.id);
@@ -88,34 +98,53 @@ private:
         }
         for (const auto& [key, cell] : rows) {
             if (cell.IsObject()) {
-                Step([&] { left.push_back(ChildOf(m_file, record.id, cell)); });
+                Step([&] { left.push_back({ChildOf(m_file, record.id, cell), place.depth + 1, {}}); });
             }
         }
     }
 
-    void CheckBlocks(const sql_Record& record, sql_Kind element)
+    void CheckBlocks(const sql_Record& record, sql_Kind element, Progress& progress)
+    {
+        const std::int64_t count = BlockCount(record);
+        std::int64_t next = 0;
+        std::int64_t behind = 0;
+        sql_Statement statement(m_file.Connection(), "SELECT id FROM block WHERE id >= ? AND id < ? ORDER BY id");
+        for (sql_Rows rows(statement, sql_RecordFile::BlockPlace(record.id, 0),
+                           sql_RecordFile::BlockPlace(record.id + 1, 0));
+             rows.Next(); progress.Step()) {
+            const std::int64_t block = rows.Int(0) - sql_RecordFile::BlockPlace(record.id, 0);
+            if (block >= count) {
+                ++behind;
+                continue;
+            }
+            CheckMissing(record, next, block);
+            next = block + 1;
+            Step([&] { CheckBlock(record, element, block); });
+        }
+        CheckMissing(record, next, count);
+        if (behind != 0) {
+            Fault("record " + std::to_string(record.id) + " has " + std::to_string(behind) + " blocks behind its end");
+        }
+    }
+
+    /// Blocks from `first` on, up to the one at `end`, of which there is none.
+    void CheckMissing(const sql_Record& record, std::int64_t first, std::int64_t end)
+    {
+        if (first < end) {
+            Fault(end - first == 1
+                      ? "block " + std::to_string(first) + " of record " + std::to_string(record.id) + " is missing"
+                      : "blocks " + std::to_string(first) + " to " + std::to_string(end - 1) + " of record " +
+                            std::to_string(record.id) + " are missing");
+        }
+    }
+
+    void CheckBlock(const sql_Record& record, sql_Kind element, std::int64_t block)
     {
         const std::int64_t size = sql_Records::BLOCK_LENGTH;
-        for (std::int64_t block = 0; block * size < record.length; ++block) {
-            const std::string name = "block " + std::to_string(block) + " of record " + std::to_string(record.id);
-            const auto expected = static_cast<std::size_t>(std::min(size, record.length - block * size));
-            Step([&] {
-                const bool isThere = m_file.ReadBlock(record.id, block, [&](std::string_view bytes) {
-                    if (ItemsOf(element, bytes).size() != expected) {
-                        Fault(name + " does not hold " + std::to_string(expected) + " values");
-                    }
-                });
-                if (!isThere) {
-                    Fault(name + " is missing");
-                }
-            });
-        }
-        sql_Statement statement(m_file.Connection(), "SELECT count(*) FROM block WHERE id >= ? AND id < ?");
-        sql_Rows rows(statement, sql_RecordFile::BlockPlace(record.id, (record.length + size - 1) / size),
-                      sql_RecordFile::BlockPlace(record.id + 1, 0));
-        if (rows.Next() && rows.Int(0) != 0) {
-            Fault("record " + std::to_string(record.id) + " has " + std::to_string(rows.Int(0)) +
-                  " blocks behind its end");
+        const auto expected = static_cast<std::size_t>(std::min(size, record.length - block * size));
+        if (ItemsOf(element, BlockOf(m_file, record, block)).size() != expected) {
+            Fault("block " + std::to_string(block) + " of record " + std::to_string(record.id) + " does not hold " +
+                  std::to_string(expected) + " values");
         }
     }
 

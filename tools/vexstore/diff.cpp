@@ -10,16 +10,16 @@ class Differ
 {
 public:
     Differ(sql_RecordFile& left, sql_RecordFile& right)
-        : m_left(left), m_right(right), m_leftClasses(ClassTexts(left)), m_rightClasses(ClassTexts(right))
+        : m_left(left), m_right(right), m_leftClasses(ClassTexts(left)), m_rightClasses(ClassTexts(right)),
+          m_progress(WorkOf(left))
     {}
 
     bool HasFound() const noexcept { return m_hasFound; }
 
     void Compare(const std::string& path, const sql_Record& left, const sql_Record& right, int depth)
     {
-        if (depth > sql_Records::MAX_DEPTH) {
-            m_left.FailDamaged("records are nested deeper than " + std::to_string(sql_Records::MAX_DEPTH));
-        }
+        CheckDepth(m_left, depth);
+        m_progress.Step();
         const std::string leftText = Head(left, m_leftClasses);
         const std::string rightText = Head(right, m_rightClasses);
         if (leftText != rightText) {
@@ -43,7 +43,7 @@ private:
     void Say(int colour, const char* mark, const std::string& path, const std::string& what)
     {
         m_hasFound = true;
-        std::cout << Coloured(colour, mark + path + ": " + what) << '\n';
+        std::cout << Coloured(colour, mark + Printable(path + ": " + what)) << '\n';
     }
     static std::string Head(const sql_Record& record, std::map<std::int64_t, std::string>& classes)
     {
@@ -76,52 +76,70 @@ private:
             } else if (leftRow->second.IsObject() && rightRow->second.IsObject()) {
                 Compare(place, ChildOf(m_left, left.id, leftRow->second), ChildOf(m_right, right.id, rightRow->second),
                         depth + 1);
-            } else if (!(leftRow->second == rightRow->second) && sql_RecordFile::SumOf(0, key, leftRow->second) !=
-                                                                     sql_RecordFile::SumOf(0, key, rightRow->second)) {
-                Changed(place, TextOf(leftRow->second), TextOf(rightRow->second)); // by the sums a NaN equals itself
+            } else if (!(leftRow->second == rightRow->second)) {
+                CompareValues(place, leftRow->second, rightRow->second);
             }
             leftRow += isLeft ? 1 : 0;
             rightRow += isRight ? 1 : 0;
         }
     }
 
-    void CompareBlocks(const std::string& path, const sql_Record& left, const sql_Record& right)
+    void CompareValues(const std::string& path, const sql_Cell& left, const sql_Cell& right)
     {
-        if (left.length != right.length) {
-            Changed(path, std::to_string(left.length) + " values", std::to_string(right.length) + " values");
+        const int code = static_cast<int>(left.kind);
+        const auto* const leftText = std::get_if<cow_String>(&left.data);
+        const auto* const rightText = std::get_if<cow_String>(&right.data);
+        const std::size_t shape = code > static_cast<int>(sql_Kind::MATRIX) ? 2 * sizeof(std::uint32_t) : 0;
+        if (code > static_cast<int>(sql_Kind::ARRAY) && left.kind == right.kind &&
+            leftText->view().substr(0, shape) == rightText->view().substr(0, shape)) {
+            const auto element = static_cast<sql_Kind>(code % 10);
+            const auto leftItems = ItemsOf(element, leftText->view().substr(shape));
+            const auto rightItems = ItemsOf(element, rightText->view().substr(shape));
+            CompareLengths(path, leftItems.size(), rightItems.size());
+            CompareItems(path, leftItems, rightItems, 0);
+        } else if (TextOf(left) != TextOf(right)) { // by the texts a NaN equals itself
+            Changed(path, TextOf(left), TextOf(right));
         }
-        const sql_Kind element = *sql_PagedKind(left.form);
-        for (std::int64_t block = 0; block * sql_Records::BLOCK_LENGTH < std::min(left.length, right.length); ++block) {
-            const std::string leftBytes = BlockOf(m_left, left, block);
-            const std::string rightBytes = BlockOf(m_right, right, block);
-            if (leftBytes == rightBytes) {
-                continue;
-            }
-            const auto leftItems = ItemsOf(element, leftBytes);
-            const auto rightItems = ItemsOf(element, rightBytes);
-            for (std::size_t i = 0; i < std::min(leftItems.size(), rightItems.size()); ++i) {
-                if (leftItems[i] != rightItems[i]) {
-                    const auto index = block * sql_Records::BLOCK_LENGTH + static_cast<std::int64_t>(i);
-                    Changed(path + "[" + std::to_string(index) + "]", leftItems[i], rightItems[i]);
-                }
+    }
+
+    void CompareLengths(const std::string& path, std::size_t left, std::size_t right)
+    {
+        if (left != right) {
+            Changed(path, std::to_string(left) + " values", std::to_string(right) + " values");
+        }
+    }
+
+    /// The items that both have, the first of which has the index `first`.
+    void CompareItems(const std::string& path, const std::vector<std::string>& left,
+                      const std::vector<std::string>& right, std::int64_t first)
+    {
+        for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
+            if (left[i] != right[i]) {
+                Changed(path + "[" + std::to_string(first + static_cast<std::int64_t>(i)) + "]", left[i], right[i]);
             }
         }
     }
 
-    static std::string BlockOf(sql_RecordFile& file, const sql_Record& record, std::int64_t block)
+    void CompareBlocks(const std::string& path, const sql_Record& left, const sql_Record& right)
     {
-        std::string bytes;
-        if (!file.ReadBlock(record.id, block, [&](std::string_view read) { bytes = read; })) {
-            file.FailDamaged("block " + std::to_string(block) + " of record " + std::to_string(record.id) +
-                             " is missing");
+        CompareLengths(path, static_cast<std::size_t>(left.length), static_cast<std::size_t>(right.length));
+        const sql_Kind element = *sql_PagedKind(left.form);
+        for (std::int64_t block = 0; block < std::min(BlockCount(left), BlockCount(right)); ++block) {
+            const std::string leftBytes = BlockOf(m_left, left, block);
+            const std::string rightBytes = BlockOf(m_right, right, block);
+            if (leftBytes != rightBytes) {
+                CompareItems(path, ItemsOf(element, leftBytes), ItemsOf(element, rightBytes),
+                             block * sql_Records::BLOCK_LENGTH);
+            }
+            m_progress.Step();
         }
-        return bytes;
     }
 
     sql_RecordFile& m_left;
     sql_RecordFile& m_right;
     std::map<std::int64_t, std::string> m_leftClasses;
     std::map<std::int64_t, std::string> m_rightClasses;
+    Progress m_progress;
     bool m_hasFound = false;
 };
 } // namespace

@@ -8,13 +8,12 @@ namespace
 class Exporter
 {
 public:
-    explicit Exporter(sql_RecordFile& file) : m_file(file), m_classes(ClassTexts(file)) {}
+    explicit Exporter(sql_RecordFile& file) : m_file(file), m_classes(ClassTexts(file)), m_progress(WorkOf(file)) {}
 
     void Write(const sql_Record& record, int depth)
     {
-        if (depth > sql_Records::MAX_DEPTH) {
-            m_file.FailDamaged("records are nested deeper than " + std::to_string(sql_Records::MAX_DEPTH));
-        }
+        CheckDepth(m_file, depth);
+        m_progress.Step();
         std::cout << "{\"record\": " << record.id;
         if (record.classRow != 0) {
             std::cout << ", \"class\": " << Quoted(m_classes[record.classRow].c_str());
@@ -33,16 +32,11 @@ private:
     {
         std::cout << ", \"values\": [";
         const char* separator = "";
-        for (std::int64_t block = 0; block * sql_Records::BLOCK_LENGTH < record.length; ++block) {
-            const bool isThere = m_file.ReadBlock(record.id, block, [&](std::string_view bytes) {
-                for (const std::string& item : ItemsOf(element, bytes)) {
-                    std::cout << std::exchange(separator, ", ") << item;
-                }
-            });
-            if (!isThere) {
-                m_file.FailDamaged("block " + std::to_string(block) + " of record " + std::to_string(record.id) +
-                                   " is missing");
+        for (std::int64_t block = 0; block < BlockCount(record); ++block) {
+            for (const std::string& item : ItemsOf(element, BlockOf(m_file, record, block))) {
+                std::cout << std::exchange(separator, ", ") << item;
             }
+            m_progress.Step();
         }
         std::cout << ']';
     }
@@ -89,6 +83,7 @@ private:
 
     sql_RecordFile& m_file;
     std::map<std::int64_t, std::string> m_classes;
+    Progress m_progress;
 };
 } // namespace
 

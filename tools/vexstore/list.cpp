@@ -1,6 +1,6 @@
 #include "vexstore.h"
 
-#include <cstdlib>
+#include <charconv>
 #include <iostream>
 
 namespace
@@ -9,9 +9,8 @@ std::int64_t SizeOf(sql_RecordFile& file, const sql_Record& record)
 {
     std::int64_t bytes = 0;
     if (sql_PagedKind(record.form)) {
-        for (std::int64_t block = 0; block * sql_Records::BLOCK_LENGTH < record.length; ++block) {
-            file.ReadBlock(record.id, block,
-                           [&](std::string_view read) { bytes += static_cast<std::int64_t>(read.size()); });
+        for (std::int64_t block = 0; block < BlockCount(record); ++block) {
+            bytes += static_cast<std::int64_t>(BlockOf(file, record, block).size());
         }
         return bytes;
     }
@@ -26,8 +25,8 @@ std::string HeadText(const sql_Record& record, const std::map<std::int64_t, std:
 {
     const auto found = classes.find(record.classRow);
     const std::string name = found != classes.end() ? found->second : "class " + std::to_string(record.classRow);
-    return (name.empty() ? "" : name + ", ") + sql_FormName(record.form) + ", " + std::to_string(record.length) +
-           (sql_PagedKind(record.form) ? " values" : " rows");
+    return (name.empty() ? "" : Printable(name) + ", ") + sql_FormName(record.form) + ", " +
+           std::to_string(record.length) + (sql_PagedKind(record.form) ? " values" : " rows");
 }
 } // namespace
 
@@ -36,9 +35,9 @@ int List(sql_RecordFile& file)
     const auto classes = ClassTexts(file);
     for (const auto& [name, id] : file.Roots()) {
         Walk(file, id, std::string(name.view()), [&](const Place& place) {
-            std::cout << std::string(static_cast<std::size_t>(place.depth) * 2, ' ') << Coloured(36, place.name)
-                      << "  #" << place.record.id << "  " << HeadText(place.record, classes) << ", "
-                      << SizeOf(file, place.record) << " bytes\n";
+            std::cout << std::string(static_cast<std::size_t>(place.depth - 1) * 2, ' ')
+                      << Coloured(36, Printable(place.name)) << "  #" << place.record.id << "  "
+                      << HeadText(place.record, classes) << ", " << SizeOf(file, place.record) << " bytes\n";
         });
     }
     return DONE;
@@ -50,7 +49,8 @@ int Show(sql_RecordFile& file, const std::string& what)
     if (const auto root = file.FindRoot(what.c_str())) {
         id = *root;
     } else {
-        id = std::atoll(what.c_str());
+        const char* const end = what.data() + what.size();
+        id = std::from_chars(what.data(), end, id).ptr == end ? id : 0;
     }
     const auto record = file.FindRecord(id);
     if (!record) {
@@ -60,16 +60,14 @@ int Show(sql_RecordFile& file, const std::string& what)
     std::cout << "record " << id << ": " << HeadText(*record, ClassTexts(file)) << ", owner " << record->owner
               << ", identity " << record->identity << ", revision " << record->revision << '\n';
     for (const auto& [key, cell] : file.Rows(id)) {
-        std::cout << "  " << Coloured(36, key.AsString()) << "  " << sql_KindName(cell.kind) << "  " << CellText(cell)
-                  << '\n';
+        std::cout << "  " << Coloured(36, Printable(key.AsString())) << "  " << sql_KindName(cell.kind) << "  "
+                  << CellText(cell) << '\n';
     }
     if (const auto element = sql_PagedKind(record->form)) {
         const sql_Kind kind = sql_Kind::ARRAY + *element;
-        for (std::int64_t block = 0; block * sql_Records::BLOCK_LENGTH < record->length; ++block) {
-            file.ReadBlock(id, block, [&](std::string_view bytes) {
-                std::cout << "  " << block * sql_Records::BLOCK_LENGTH << ": " << CellText({kind, cow_String(bytes)})
-                          << '\n';
-            });
+        for (std::int64_t block = 0; block < BlockCount(*record); ++block) {
+            std::cout << "  " << block * sql_Records::BLOCK_LENGTH << ": "
+                      << CellText({kind, cow_String(BlockOf(file, *record, block))}) << '\n';
         }
     }
     return DONE;
@@ -88,8 +86,8 @@ int Upgrade(sql_RecordFile& file)
     for (const sql_Class& stored : classes) {
         const std::string name(stored.name.view());
         if (const std::int64_t count = file.CountRecordsOf(stored.row); count != 0 && stored.version < newest[name]) {
-            std::cout << name << ": " << count << " objects of version " << stored.version << " become version "
-                      << newest[name] << " or newer when they are saved again\n";
+            std::cout << Printable(name) << ": " << count << " objects of version " << stored.version
+                      << " become version " << newest[name] << " or newer when they are saved again\n";
         }
     }
     return DONE;

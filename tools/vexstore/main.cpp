@@ -81,10 +81,14 @@ int main(int argc, char** argv)
     try {
         const int status = Run(app.get_subcommands().front()->get_name(), request);
         std::cout.flush();
-        return std::cout ? status : UNREADABLE;
+        if (!std::cout) {
+            std::cerr << "vexstore: what it says cannot be written\n";
+            return UNREADABLE;
+        }
+        return status;
     } catch (const std::exception& failure) {
         std::cout.flush();
-        std::cerr << "vexstore: " << failure.what() << '\n';
+        std::cerr << "vexstore: " << Printable(failure.what()) << '\n';
         return UNREADABLE;
     }
 }

@@ -2,10 +2,13 @@
 
 #include "nex_TextException.h"
 
+#include <filesystem>
 #include <iostream>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <set>
+#include <stdexcept>
 
 namespace
 {
@@ -17,6 +20,9 @@ public:
 
     int Run()
     {
+        if (const std::string why = m_from.Truncation(); !why.empty()) {
+            Lost("the file " + why);
+        }
         m_to.BeginWrite();
         TakeClasses();
         TakeRecords();
@@ -34,7 +40,7 @@ private:
     void Lost(const std::string& what)
     {
         ++m_lost;
-        std::cout << Coloured(31, "lost: ") << what << '\n';
+        std::cout << Coloured(31, "lost: ") << Printable(what) << '\n';
     }
 
     /// Hands the numbers that a query gives for those above, or below, a bound to `take`, as far as the pages are whole.
@@ -78,14 +84,41 @@ private:
         }
     }
 
+    /// Writes to the new file. A failure of that is no loss of the old one's: it ends the work.
+    template <class F> static void Put(F put)
+    {
+        try {
+            put();
+        } catch (const nex_TextException& failure) {
+            throw std::runtime_error(failure.what());
+        }
+    }
+
     void TakeClasses()
     {
-        Try("the classes", [&] {
-            for (const sql_Class& stored : m_from.Classes()) {
-                m_to.AddClass(stored);
-                m_classes.insert(stored.row);
-            }
-        });
+        for (const std::int64_t row : Numbers("id", "class")) {
+            Try("class " + std::to_string(row), [&] {
+                if (const auto found = m_from.FindClass(row)) {
+                    AddClass(*found);
+                }
+            });
+        }
+    }
+
+    void AddClass(const sql_Class& added)
+    {
+        Put([&] { m_to.AddClass(added); });
+        m_classes.insert(added.row);
+    }
+
+    /// Objects whose class cannot be read are kept as of one that no program knows.
+    void RequireClass(std::int64_t row)
+    {
+        if (!m_classes.contains(row)) {
+            const std::string name = "lost-class-" + std::to_string(row);
+            AddClass({.row = row, .name = name.c_str(), .version = 0, .typeId = 0, .attributes = {}});
+            Lost("what class " + std::to_string(row) + " is: its objects are kept as of class '" + name + "'");
+        }
     }
 
     void TakeRecords()
@@ -95,9 +128,10 @@ private:
         for (const std::int64_t id : ids) {
             Try("record " + std::to_string(id), [&] {
                 const auto record = m_from.FindRecord(id);
-                if (id <= 0 || !record || !m_classes.contains(record->classRow)) {
-                    m_from.FailDamaged("its class is missing");
+                if (id <= 0 || !record) {
+                    m_from.FailDamaged("it is not where it is looked for");
                 }
+                RequireClass(record->classRow);
                 m_kept.emplace(id, *record);
                 m_last = std::max({m_last, id, record->identity});
             });
@@ -108,15 +142,17 @@ private:
     void TakeRows()
     {
         sql_Statement keys(m_from.Connection(), "SELECT key FROM field WHERE record = ?");
+        Progress progress(static_cast<std::int64_t>(m_kept.size()));
         for (auto& [id, record] : m_kept) {
+            progress.Step();
             if (sql_PagedKind(record.form)) {
                 continue;
             }
             const std::int64_t expected = std::exchange(record.length, 0);
-            std::vector<sql_Key> found;
+            std::set<sql_Key> found;
             Try("fields of record " + std::to_string(id), [&] {
                 for (sql_Rows rows(keys, id); rows.Next();) {
-                    found.push_back(rows.Key(0));
+                    found.insert(rows.Key(0));
                 }
             });
             for (const sql_Key& key : found) {
@@ -133,55 +169,56 @@ private:
     {
         const auto cell = m_from.FindRow(record.id, key);
         if (!cell) {
-            return;
+            m_from.FailDamaged("it is not where it is looked for");
         }
         if (cell->IsObject()) {
             const auto child = m_kept.find(cell->Record());
-            if (child == m_kept.end() || child->second.owner != record.id) {
+            if (child == m_kept.end()) {
                 m_from.FailDamaged("record " + std::to_string(cell->Record()) + " is missing");
             }
-            m_held.insert(child->first);
+            if (child->second.owner != record.id || !m_held.insert(child->first).second) {
+                m_from.FailDamaged("record " + std::to_string(cell->Record()) + " belongs elsewhere");
+            }
         }
-        m_to.PutRow(record.id, key, *cell);
+        Put([&] { m_to.PutRow(record.id, key, *cell); });
         ++record.length;
     }
 
     /// A paged list ends at its first block that is missing or damaged: what comes after would get other indices.
     void TakeBlocks()
     {
+        std::int64_t count = 0;
+        for (const auto& [id, record] : m_kept) {
+            count += sql_PagedKind(record.form) ? BlockCount(record) : 0;
+        }
+        Progress progress(count);
         for (auto& [id, record] : m_kept) {
             const auto element = sql_PagedKind(record.form);
             if (!element) {
                 continue;
             }
             const std::int64_t expected = std::exchange(record.length, 0);
-            Try("values of record " + std::to_string(id), [&] {
+            try {
                 for (std::int64_t block = 0; record.length < expected; ++block) {
-                    if (!TakeBlock(record, *element, block, expected - record.length)) {
-                        break;
-                    }
+                    TakeBlock(record, *element, block, expected - record.length);
+                    progress.Step();
                 }
-            });
-            if (record.length < expected) {
+            } catch (const nex_TextException& failure) {
                 Lost("values " + std::to_string(record.length) + " to " + std::to_string(expected - 1) + " of record " +
-                     std::to_string(id));
+                     std::to_string(id) + ": " + failure.what());
             }
         }
     }
 
-    bool TakeBlock(sql_Record& record, sql_Kind element, std::int64_t block, std::int64_t left)
+    void TakeBlock(sql_Record& record, sql_Kind element, std::int64_t block, std::int64_t left)
     {
-        std::string bytes;
-        if (!m_from.ReadBlock(record.id, block, [&](std::string_view read) { bytes = read; })) {
-            return false;
-        }
+        const std::string bytes = BlockOf(m_from, record, block);
         const auto count = static_cast<std::int64_t>(ItemsOf(element, bytes).size());
         if (count != std::min<std::int64_t>(left, sql_Records::BLOCK_LENGTH)) {
-            return false;
+            m_from.FailDamaged("block " + std::to_string(block) + " holds " + std::to_string(count) + " values");
         }
-        m_to.PutBlock(record.id, block, bytes);
+        Put([&] { m_to.PutBlock(record.id, block, bytes); });
         record.length += count;
-        return true;
     }
 
     void TakeRoots()
@@ -189,11 +226,10 @@ private:
         Try("the names of the roots", [&] {
             for (const auto& [name, id] : m_from.Roots()) {
                 const auto record = m_kept.find(id);
-                if (record == m_kept.end() || record->second.owner != 0) {
+                if (record == m_kept.end() || record->second.owner != 0 || !m_held.insert(id).second) {
                     Lost("the root '" + std::string(name.view()) + "'");
                 } else {
-                    m_to.PutRoot(name, id);
-                    m_held.insert(id);
+                    Put([&, root = name] { m_to.PutRoot(root, id); });
                 }
             }
         });
@@ -240,6 +276,13 @@ private:
 
 int Recover(sql_RecordFile& damaged, const std::string& target)
 {
-    sql_RecordFile file(target, sql_RecordFile::Mode::CREATE);
-    return Salvage(damaged, file).Run();
+    auto file = std::make_unique<sql_RecordFile>(target, sql_RecordFile::Mode::CREATE);
+    try {
+        return Salvage(damaged, *file).Run();
+    } catch (...) {
+        file.reset();
+        std::error_code ignored;
+        std::filesystem::remove(target, ignored); // it was made for this, and holds nothing
+        throw;
+    }
 }

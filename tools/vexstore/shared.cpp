@@ -19,6 +19,26 @@ bool IsTerminal(int stream) noexcept
     return isatty(stream) != 0;
 }
 
+constexpr char DIGITS[] = "0123456789abcdef";
+
+std::string HexText(char byte)
+{
+    return {DIGITS[static_cast<unsigned char>(byte) >> 4], DIGITS[byte & 15]};
+}
+
+bool IsControl(char byte) noexcept
+{
+    return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+}
+
+/// The dimensions of a matrix, which are taken off its bytes.
+std::string TakeShape(std::string_view& bytes)
+{
+    const std::vector<std::string> shape = ItemsOf(sql_Kind::UNSIGNED, bytes.substr(0, 2 * sizeof(std::uint32_t)));
+    bytes.remove_prefix(2 * sizeof(std::uint32_t));
+    return shape[0] + " x " + shape[1] + " ";
+}
+
 std::string RealText(double number, bool isFloat)
 {
     if (!std::isfinite(number)) {
@@ -72,6 +92,25 @@ void Progress::Draw() const
                  std::string(static_cast<std::size_t>(width - filled), ' ').c_str(), static_cast<int>(m_shown));
 }
 
+std::int64_t WorkOf(sql_RecordFile& file)
+{
+    return Count(file, "SELECT (SELECT count(*) FROM record) + (SELECT count(*) FROM block)");
+}
+
+std::string Printable(std::string_view text)
+{
+    const bool isPlain = sql_IsPlainText(text);
+    std::string printable;
+    for (const char byte : text) {
+        if (IsControl(byte) || (!isPlain && static_cast<unsigned char>(byte) >= 0x80)) {
+            printable += "\\x" + HexText(byte);
+        } else {
+            printable += byte;
+        }
+    }
+    return printable;
+}
+
 std::string Coloured(int colour, const std::string& text)
 {
     static const bool isOn = IsTerminal(STDOUT_FILENO);
@@ -87,12 +126,10 @@ std::int64_t Count(sql_RecordFile& file, const char* query)
 
 std::string Quoted(const cow_String& text)
 {
-    static constexpr char digits[] = "0123456789abcdef";
     std::string quoted;
     if (!sql_IsPlainText(text)) {
         for (const char byte : text) {
-            quoted += digits[static_cast<unsigned char>(byte) >> 4];
-            quoted += digits[byte & 15];
+            quoted += HexText(byte);
         }
         return "{\"hex\": \"" + quoted + "\"}";
     }
@@ -100,8 +137,8 @@ std::string Quoted(const cow_String& text)
         if (byte == '"' || byte == '\\') {
             quoted += '\\';
             quoted += byte;
-        } else if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) {
-            quoted += std::string("\\u00") + digits[byte >> 4] + digits[byte & 15];
+        } else if (IsControl(byte)) {
+            quoted += "\\u00" + HexText(byte);
         } else {
             quoted += byte;
         }
@@ -151,11 +188,8 @@ std::string CellText(const sql_Cell& cell)
         return ScalarText(cell);
     }
     std::string_view bytes = std::get<cow_String>(cell.data);
-    if (code > static_cast<int>(sql_Kind::MATRIX)) {
-        bytes.remove_prefix(2 * sizeof(std::uint32_t));
-    }
+    std::string text = (code > static_cast<int>(sql_Kind::MATRIX) ? TakeShape(bytes) : "") + "[";
     const std::vector<std::string> items = ItemsOf(static_cast<sql_Kind>(code % 10), bytes);
-    std::string text = "[";
     for (std::size_t i = 0; i < std::min(items.size(), most); ++i) {
         text += (i != 0 ? ", " : "") + items[i];
     }
@@ -172,14 +206,36 @@ sql_Record ChildOf(sql_RecordFile& file, std::int64_t owner, const sql_Cell& cel
     return *child;
 }
 
+std::int64_t BlockCount(const sql_Record& record)
+{
+    return (record.length + sql_Records::BLOCK_LENGTH - 1) / sql_Records::BLOCK_LENGTH;
+}
+
+std::string BlockOf(sql_RecordFile& file, const sql_Record& record, std::int64_t block)
+{
+    std::string bytes;
+    if (!file.ReadBlock(record.id, block, [&](std::string_view read) { bytes = read; })) {
+        file.FailDamaged("block " + std::to_string(block) + " of record " + std::to_string(record.id) + " is missing");
+    }
+    return bytes;
+}
+
+void CheckDepth(sql_RecordFile& file, int depth)
+{
+    if (depth > sql_Records::MAX_DEPTH) {
+        file.FailDamaged("records are nested deeper than " + std::to_string(sql_Records::MAX_DEPTH));
+    }
+}
+
 void Walk(sql_RecordFile& file, std::int64_t root, const std::string& name,
           const std::function<void(const Place&)>& visit)
 {
     // Each record has one owner and a root has none, so that no record is come to twice.
-    std::vector<Place> left{{ChildOf(file, 0, {sql_Kind::OBJECT, root}), 0, name}};
+    std::vector<Place> left{{ChildOf(file, 0, {sql_Kind::OBJECT, root}), 1, name}};
     while (!left.empty()) {
         const Place place = std::move(left.back());
         left.pop_back();
+        CheckDepth(file, place.depth);
         visit(place);
         if (sql_PagedKind(place.record.form)) {
             continue;

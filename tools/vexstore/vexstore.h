@@ -44,12 +44,17 @@ private:
     bool m_isOn;
 };
 
+/// How many steps the work on a file has: its records and blocks.
+std::int64_t WorkOf(sql_RecordFile& file);
+
+/// `text` without control characters, which a crafted file could steer a terminal with: "\x1b" for them.
+std::string Printable(std::string_view text);
 /// `text` in a colour (31 red, 32 green, 33 yellow, 36 cyan) where standard output is a terminal.
 std::string Coloured(int colour, const std::string& text);
 
 /// The first column of the first row.
 std::int64_t Count(sql_RecordFile& file, const char* query);
-/// A value on one line; of many items the first few.
+/// A value on one line; of many items the first few, of a matrix with its shape.
 std::string CellText(const sql_Cell& cell);
 /// The items of an array or matrix, or of a block of this element kind, each as JSON.
 std::vector<std::string> ItemsOf(sql_Kind element, std::string_view bytes);
@@ -58,11 +63,17 @@ std::string Quoted(const cow_String& text);
 /// A scalar as JSON.
 std::string ScalarText(const sql_Cell& cell);
 
+/// The bytes of a block of a paged list, and how many blocks the list has. A block that is missing throws.
+std::string BlockOf(sql_RecordFile& file, const sql_Record& record, std::int64_t block);
+std::int64_t BlockCount(const sql_Record& record);
+
+/// Throws where a record stands deeper than any program nests them.
+void CheckDepth(sql_RecordFile& file, int depth);
 /// A tree of records, parents before children, in the order of their keys. What does not fit together throws.
 struct Place
 {
     sql_Record record;
-    int depth;
+    int depth;        ///< 1 for a root
     std::string name; ///< the root's name, or the key in the owner
 };
 void Walk(sql_RecordFile& file, std::int64_t root, const std::string& name,
