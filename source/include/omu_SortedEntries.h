@@ -1,13 +1,18 @@
 #pragma once
 
 #include "VEXCRT.h"
-#include "omu_KeyRanks.h"
 #include "omu_Word.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
+#include <vector>
 
 /// The entries of an omu_Table and their search: the part of it that is inlined into its callers.
+///
+/// While most numbers between the first and the last key are keys the values stand "direct", in a cell for each of these
+/// numbers: a look-up is then one subtraction and one load. The cell of a number that is no key holds a mark; a bit tells
+/// the cells of keys that may hold the same as a value. Otherwise the values stand "packed", one beside the other.
 template <omu_Word T> class omu_SortedEntries
 {
 public:
@@ -30,145 +35,156 @@ public:
 
     bool Get(unsigned int key, T* value) const
     {
-        const Entry* const found = FindKey(key);
+        const T* const found = FindValue(key);
         if (found != nullptr) {
-            *value = found->value;
+            *value = *found;
         }
         return found != nullptr;
     }
-    bool Exists(unsigned int key) const { return FindKey(key) != nullptr; }
+    bool Exists(unsigned int key) const { return FindValue(key) != nullptr; }
     /// Sets key and value of the entry at `pos`; false, and nothing set, when there is none.
     bool GetEntry(unsigned int pos, unsigned int& key, T& value) const noexcept
     {
         if (pos >= m_length) {
             return false;
         }
-        key = m_entries[pos].index_;
-        value = m_entries[pos].value;
+        key = m_keys[pos];
+        value = ValueAt(pos);
         return true;
     }
 
 protected:
     static constexpr unsigned int DEFAULT_SIZE = 16;
     static constexpr double DEFAULT_GROWTH = 2.0;
-    static constexpr unsigned int FRONT = omu_KeyRanks::BLOCK_KEYS;
+    static constexpr unsigned int WORD_BITS = 64;
 
     omu_SortedEntries(unsigned int size, double growth) noexcept : m_initialSize(size), m_growthFactor(growth) {}
     ~omu_SortedEntries() = default;
 
+    /// An odd number, as no address of an object is, and large for a position.
+    static T Mark() noexcept
+    {
+        constexpr std::uint32_t MARK = 0xB5297A4D;
+        if constexpr (std::is_pointer_v<T>) {
+            return reinterpret_cast<T>(std::uintptr_t{MARK});
+        } else {
+            return MARK;
+        }
+    }
+
     /// Adds an entry behind all others when that needs no memory; false, and nothing done, otherwise.
     bool Append(unsigned int key, T value) noexcept
     {
-        const bool fits =
-            m_length != 0 && m_length + 1 < m_capacity && key > Last().index_ && m_ranks.Append(key, m_length + 1);
+        constexpr unsigned int SMALL_GAP = 8; // a larger one may be too large for cells
+        const unsigned int offset = key - m_base;
+        const unsigned int gap = offset - m_reach; // large for a key that is not behind all others
+        const bool fits = m_length + 1 < m_capacity && gap < SMALL_GAP && offset < m_cells && value != Mark();
         if (fits) {
-            m_entries[m_length++] = {key, value};
-            m_reach = key - m_base + 1;
-            m_runLength += m_reach == m_length;
+            std::fill_n(m_values + m_reach, gap, Mark());
+            m_values[offset] = value;
+            m_keys[m_length++] = key;
+            m_reach = offset + 1;
         }
         return fits;
     }
-    const Entry& Last() const noexcept { return m_entries[m_length - 1]; }
-    /// The entry of `key`, or null: a handful of steps while the ranks are on. As FindEntry for key 0.
-    const Entry* FindKey(unsigned int key) const
+    bool IsDirect() const noexcept { return m_reach != 0; }
+    /// True for the cell of a key that may hold the mark as its value.
+    bool MayBeMark(unsigned int offset) const noexcept
+    {
+        const std::size_t word = offset / WORD_BITS;
+        return word < m_mayBeMark.size() && (m_mayBeMark[word] >> offset % WORD_BITS & 1) != 0;
+    }
+    const T& ValueAt(unsigned int pos) const noexcept { return m_values[IsDirect() ? m_keys[pos] - m_base : pos]; }
+
+    /// The value of `key`, or null. As FindEntry for key 0.
+    const T* FindValue(unsigned int key) const
     {
         const unsigned int offset = key - m_base;
-        if (offset < m_runLength) {
-            return m_entries + offset;
+        if (offset < m_reach && m_values[offset] != Mark()) [[likely]] {
+            return m_values + offset;
         }
-        if (offset < m_reach) {
-            const Entry* guess = m_entries + m_ranks.LowGuess(offset);
-            guess += guess->index_ < key; // no branch: nothing foretells where the gaps are
-            if (guess->index_ == key) [[likely]] {
-                return guess;
-            }
-        } else if (m_ranks.IsOn() && key != 0) {
-            return nullptr;
-        }
-        unsigned int pos;
-        return FindEntry(key, &pos) ? m_entries + pos : nullptr;
+        return FindValueSlowly(key);
     }
-    /// The position of the first entry from `low` on whose key is not less, or `high`.
-    unsigned int LowerBound(unsigned int low, unsigned int high, unsigned int key) const
-    {
-        const Entry* const found =
-            std::lower_bound(m_entries + low, m_entries + high, key,
-                             [](const Entry& entry, unsigned int wanted) { return entry.index_ < wanted; });
-        return static_cast<unsigned int>(found - m_entries);
-    }
-    /// To be called after every change.
-    void NoteReach() noexcept
-    {
-        m_base = m_ranks.Base();
-        m_reach = m_length != 0 && m_ranks.IsOn() ? Last().index_ - m_base + 1 : 0;
-        m_runLength = m_reach == m_length ? m_length : 0;
-    }
-    /// FindEntry for first key <= key <= last key when the ranks are off.
-    bool FindSparse(unsigned int key, unsigned int* pos) const;
 
     unsigned int m_initialSize;
     double m_growthFactor;
-    unsigned int m_capacity = 0;
+    unsigned int m_capacity = 0; // of m_keys, which has one more
     unsigned int m_length = 0;
-    // Invariant: sorted by strictly ascending key; one entry more than the capacity is allocated, so that
-    // m_entries[m_length] can always be written to, and FRONT entries with key 0 before them, where low guesses end.
-    Entry* m_entries = nullptr;
-    omu_KeyRanks m_ranks; // of the entries' keys, or off
-    // What a look-up needs of them while the ranks are on.
-    unsigned int m_base = 0;      // no key is below it
-    unsigned int m_reach = 0;     // numbers from there to the last key; 0 while the ranks are off
-    unsigned int m_runLength = 0; // so many keys, at least, are in sequence from there on
+    unsigned int* m_keys = nullptr; // strictly ascending
+    // Direct: the cell of `key` is m_values[key - m_base]. Packed: the value of m_keys[pos] is m_values[pos].
+    T* m_values = nullptr;
+    unsigned int m_room = 0; // of m_values, which has one more, the spare word; not less than m_capacity
+    // All 0 and no bits while packed.
+    unsigned int m_base = 0;                // the number of the first cell; no key is below it
+    unsigned int m_reach = 0;               // cells up to that of the last key; what is behind them holds anything
+    unsigned int m_cells = 0;               // cells that there is room for
+    std::vector<std::uint64_t> m_mayBeMark; // a bit for each cell up to the last one set
+
+private:
+    [[gnu::noinline]] const T* FindValueSlowly(unsigned int key) const;
+    /// FindEntry for first key <= key <= last key: brings `low` and `high`, which enclose the position, close to it.
+    void NarrowByDistance(unsigned int key, unsigned int& low, unsigned int& high) const;
 };
+
+template <omu_Word T> const T* omu_SortedEntries<T>::FindValueSlowly(unsigned int key) const
+{
+    if (IsDirect() && key != 0) {
+        const unsigned int offset = key - m_base;
+        return offset < m_reach && MayBeMark(offset) ? m_values + offset : nullptr;
+    }
+    unsigned int pos;
+    return FindEntry(key, &pos) ? m_values + pos : nullptr;
+}
 
 template <omu_Word T> bool omu_SortedEntries<T>::FindEntry(unsigned int key, unsigned int* pos) const
 {
     if (key == 0) {
         VEXCRT::_assert("Invalid key (0) for table", "source/include/omu_Table", __LINE__);
     }
-    if (m_length == 0 || key < m_entries[0].index_) {
+    if (m_length == 0 || key < m_keys[0]) {
         *pos = 0;
         return false;
     }
-    if (key > m_entries[m_length - 1].index_) {
+    if (key > m_keys[m_length - 1]) {
         *pos = m_length;
         return false;
     }
-    if (!m_ranks.IsOn()) {
-        return FindSparse(key, pos);
-    }
-    const unsigned int offset = key - m_base;
-    const omu_KeyRanks::Range range = m_ranks.Around(offset);
-    const unsigned int guess = omu_KeyRanks::EvenGuess(offset, range);
-    *pos = m_entries[guess].index_ == key ? guess : LowerBound(range.begin, range.end, key);
-    return m_entries[*pos].index_ == key;
-}
-
-template <omu_Word T> bool omu_SortedEntries<T>::FindSparse(unsigned int key, unsigned int* pos) const
-{
-    // Keys spread evenly are met within a few interpolated probes; whatever they are, halving follows soon.
-    constexpr int MAX_PROBES = 4;
     unsigned int low = 0;
     unsigned int high = m_length - 1;
-    for (int probe = 0; probe < MAX_PROBES; ++probe) {
-        const unsigned int lowKey = m_entries[low].index_;
-        const unsigned int highKey = m_entries[high].index_;
-        if (key <= lowKey || key >= highKey) {
-            break;
-        }
-        const unsigned int middle =
-            low + static_cast<unsigned int>(std::uint64_t{key - lowKey} * (high - low) / (highKey - lowKey));
-        (m_entries[middle].index_ < key ? low : high) = middle;
+    if (IsDirect()) { // no more numbers can be left out before the key than are left out at all
+        const unsigned int offset = key - m_base;
+        low = offset - std::min(offset, m_reach - m_length);
+        high = std::min(offset, high);
+    } else {
+        NarrowByDistance(key, low, high);
     }
-    *pos = LowerBound(low, high, key);
-    if (m_entries[*pos].index_ == key) {
+    *pos = static_cast<unsigned int>(std::lower_bound(m_keys + low, m_keys + high, key) - m_keys);
+    if (m_keys[*pos] == key) {
         return true;
     }
-    const unsigned int guess = std::min(key - m_entries[0].index_, m_length - 1);
-    if (m_entries[guess].index_ < key) { // promised, but never so while the keys ascend
+    const unsigned int guess = std::min(key - m_keys[0], m_length - 1);
+    if (m_keys[guess] < key) { // promised, but never so while the keys ascend
         if (guess != m_length - 1) {
             VEXCRT::_assert("guess == length-1", "source/include/omu_Table", __LINE__);
         }
         *pos = m_length - 1;
     }
     return false;
+}
+
+template <omu_Word T>
+void omu_SortedEntries<T>::NarrowByDistance(unsigned int key, unsigned int& low, unsigned int& high) const
+{
+    // Keys spread evenly are met within a few interpolated probes; whatever they are, halving follows soon.
+    constexpr int MAX_PROBES = 4;
+    for (int probe = 0; probe < MAX_PROBES; ++probe) {
+        const unsigned int lowKey = m_keys[low];
+        const unsigned int highKey = m_keys[high];
+        if (key <= lowKey || key >= highKey) {
+            break;
+        }
+        const unsigned int middle =
+            low + static_cast<unsigned int>(std::uint64_t{key - lowKey} * (high - low) / (highKey - lowKey));
+        (m_keys[middle] < key ? low : high) = middle;
+    }
 }

@@ -22,12 +22,14 @@ VEXOMU_API pnt_PrettyPrint& operator<<(pnt_PrettyPrint& out, const omu_Table<uns
 ///
 /// Ownership:  owns its entries, not what a pointer value points to.
 /// Threads:    one thread at a time; any number may read while none writes.
-/// Complexity: look-ups O(1) while at least one number in eight between the first and the last key is a key, otherwise
-///             O(log n) at worst; adding at the end amortised O(1); other insertions and removals O(entries behind).
+/// Complexity: look-ups O(1) while at least one number in four between the first and the last key is a key, positions
+///             O(log numbers left out); otherwise O(log n) at worst. Adding at the end amortised O(1), other insertions
+///             and removals O(entries behind). A key takes 4 bytes beside its value, whose room is then one for each
+///             number between the first and the last key.
 /// Errors:     operations give false when a key is missing or there already, a position is outside, or memory is short;
 ///             the table is then as it was. A table of size 0, or one that is full and has a growth factor of 1 or less,
 ///             takes no entry. Only the constructors throw, std::bad_alloc.
-/// References: what operator[] gives dies with the next insertion or removal.
+/// References: what operator[] gives dies with the next insertion or removal, and when memory is short with any change.
 /// Example:    omu_Table<unsigned int> rows; rows.Add(label, row); if (rows.Get(label, &row)) { use(row); }
 /// Avoid for:  large sets of keys that come in no order; a hash table inserts them faster.
 template <omu_Word T> class omu_Table : public omu_SortedEntries<T>
@@ -75,7 +77,31 @@ private:
     friend VEXOMU_API bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table);
     friend VEXOMU_API bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table);
 
-    static bool NewEntries(Entry*& entries, unsigned int capacity) noexcept;
+    static constexpr std::uint64_t LARGEST = 4294967295U;
+    /// More than one value for each key, so that the cells of a few numbers left out find room as well.
+    static unsigned int RoomFor(unsigned int capacity) noexcept
+    {
+        return static_cast<unsigned int>(std::min(capacity + std::uint64_t{capacity} / 8, LARGEST));
+    }
+    /// The numbers that `length` keys may be spread over while the values stand direct.
+    static std::uint64_t MostNumbers(unsigned int length) noexcept { return std::uint64_t{4} * length + 64; }
+    /// How many numbers there are from `first`, not 0, to the largest.
+    static unsigned int NumbersFrom(unsigned int first) noexcept { return 0 - first; }
+
+    /// Replaces the arrays by new ones; false, and nothing done, when memory is short.
+    bool MakeArrays(unsigned int capacity) noexcept;
+    void FreeArrays() noexcept;
+    /// Makes room for values; false, and nothing done, when memory is short.
+    bool MakeRoom(unsigned int room) noexcept;
+    /// Makes cells up to that of a key not below the base; false when that would be too many, or memory is short.
+    bool CoverBehind(unsigned int key) noexcept;
+    /// Makes packed values direct if the keys are dense, with cells for up to `before` numbers below them.
+    void Spread(unsigned int before) noexcept;
+    void Pack() noexcept;
+    /// Lets the cell hold the mark as a value; false, and nothing done, when memory is short.
+    bool NoteMark(unsigned int offset) noexcept;
+    /// Where the value of `key` may be changed to any other, or null.
+    T* FindPlace(unsigned int key);
     bool Insert(unsigned int key, T value);
     void Swap(omu_Table& other) noexcept;
     void ShiftUp(unsigned int pos, Entry entry) noexcept;

@@ -9,6 +9,11 @@ namespace
 using Table = omu_Table<unsigned int>;
 using Varray = omu_Varray<unsigned int>;
 
+struct Marked : Table
+{
+    using Table::Mark;
+};
+
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 /// All that the table says of itself and of `key` must agree with the model.
@@ -59,21 +64,22 @@ TEST(Table, Random_operations_agree_with_a_map)
         Table table(3, 1.5);
         std::map<unsigned int, unsigned int> model;
         for (unsigned int step = 0; step < 6000; ++step) {
+            const unsigned int value = step % 5 == 0 ? Marked::Mark() : step;
             const unsigned int key = first + static_cast<unsigned int>(random()) % range;
             const auto near = model.lower_bound(key);
             const unsigned int present = near != model.end() ? near->first : key;
             if (random() % 16 < (step > 4000 ? 2 * removals : removals)) {
                 ASSERT_EQ(table.Remove(present), model.erase(present) == 1);
             } else if (step % 8 == 0) {
-                ASSERT_EQ(table.Set(present, step), model.contains(present));
+                ASSERT_EQ(table.Set(present, value), model.contains(present));
                 if (model.contains(present)) {
-                    model[present] = step;
+                    model[present] = value;
                 }
             } else if (step % 8 == 1) {
                 table[key] += step;
                 model[key] += step;
             } else {
-                ASSERT_EQ(table.Add(key, step), model.emplace(key, step).second);
+                ASSERT_EQ(table.Add(key, value), model.emplace(key, value).second);
             }
             for (const unsigned int each : {key - 1, key, key + 1, present}) {
                 Check(table, model, each != 0 ? each : 1);

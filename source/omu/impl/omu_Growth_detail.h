@@ -11,18 +11,16 @@
 
 // How tables and varrays grow, and what their streams start with.
 
-/// Makes room for `capacity` items, a spare one, and `front` before them, where memory starts; false, and nothing changed,
-/// when memory is short.
-template <class Item> bool omu_Reallocate(Item*& items, unsigned int capacity, unsigned int front = 0) noexcept
+/// Makes room for `capacity` items and a spare one; false, and nothing changed, when memory is short.
+template <class Item> bool omu_Reallocate(Item*& items, unsigned int capacity) noexcept
 {
-    const std::uint64_t count = std::uint64_t{front} + capacity + 1;
+    const std::uint64_t count = std::uint64_t{capacity} + 1;
     if (count > std::numeric_limits<std::size_t>::max() / sizeof(Item)) {
         return false;
     }
-    void* const grown =
-        std::realloc(items != nullptr ? items - front : nullptr, static_cast<std::size_t>(count) * sizeof(Item));
+    void* const grown = std::realloc(items, static_cast<std::size_t>(count) * sizeof(Item));
     if (grown != nullptr) {
-        items = static_cast<Item*>(grown) + front;
+        items = static_cast<Item*>(grown);
     }
     return grown != nullptr;
 }

@@ -9,6 +9,7 @@
 #include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <new>
 #include <utility>
@@ -17,25 +18,37 @@ template <omu_Word T> omu_Table<T>::omu_Table() : omu_Table(this->DEFAULT_SIZE, 
 
 template <omu_Word T> omu_Table<T>::omu_Table(unsigned int size, double growth) : omu_SortedEntries<T>(size, growth)
 {
-    if (!NewEntries(this->m_entries, size)) {
+    if (!MakeArrays(size)) {
         throw std::bad_alloc();
     }
-    this->m_capacity = size;
 }
 
 template <omu_Word T> omu_Table<T>::~omu_Table()
 {
-    std::free(this->m_entries - this->FRONT);
+    FreeArrays();
 }
 
-template <omu_Word T> bool omu_Table<T>::NewEntries(Entry*& entries, unsigned int capacity) noexcept
+template <omu_Word T> bool omu_Table<T>::MakeArrays(unsigned int capacity) noexcept
 {
-    entries = nullptr;
-    const bool isThere = omu_Reallocate(entries, capacity, omu_Table::FRONT);
-    if (isThere) {
-        std::fill_n(entries - omu_Table::FRONT, omu_Table::FRONT, Entry{});
+    unsigned int* keys = nullptr;
+    T* values = nullptr;
+    const unsigned int room = RoomFor(capacity);
+    if (!omu_Reallocate(keys, capacity) || !omu_Reallocate(values, room)) {
+        std::free(keys);
+        return false;
     }
-    return isThere;
+    FreeArrays();
+    this->m_keys = keys;
+    this->m_values = values;
+    this->m_capacity = capacity;
+    this->m_room = room;
+    return true;
+}
+
+template <omu_Word T> void omu_Table<T>::FreeArrays() noexcept
+{
+    std::free(this->m_keys);
+    std::free(this->m_values);
 }
 
 template <omu_Word T> T omu_Table<T>::operator[](unsigned int key) const
@@ -49,12 +62,11 @@ template <omu_Word T> T omu_Table<T>::operator[](unsigned int key) const
 
 template <omu_Word T> T& omu_Table<T>::operator[](unsigned int key)
 {
-    unsigned int pos;
-    if (!this->FindEntry(key, &pos) && !(key != 0 && Add(key, T{}))) {
-        pos = this->m_length;
-        this->m_entries[pos].value = T{};
+    T* place = FindPlace(key);
+    if (place == nullptr && key != 0 && Add(key, T{})) {
+        place = FindPlace(key);
     }
-    return this->m_entries[pos].value;
+    return place != nullptr ? *place : this->m_values[this->m_room] = T{};
 }
 
 template <omu_Word T> bool omu_Table<T>::GetEntries(unsigned int* count, unsigned int** keys, T** values) const
@@ -69,9 +81,9 @@ template <omu_Word T> bool omu_Table<T>::GetEntries(unsigned int* count, unsigne
         return false;
     }
     for (unsigned int i = 0; i < this->m_length; ++i) {
-        allKeys[i] = this->m_entries[i].index_;
+        allKeys[i] = this->m_keys[i];
         if (values != nullptr) {
-            allValues[i] = this->m_entries[i].value;
+            allValues[i] = this->ValueAt(i);
         }
     }
     *keys = allKeys.release();
@@ -84,13 +96,13 @@ template <omu_Word T> bool omu_Table<T>::GetEntries(unsigned int* count, unsigne
 template <omu_Word T> void omu_Table<T>::GetKeys(omu_Varray<unsigned int>* keys) const
 {
     for (unsigned int i = 0; i < this->m_length; ++i) {
-        keys->Add(this->m_entries[i].index_);
+        keys->Add(this->m_keys[i]);
     }
 }
 
 template <omu_Word T> bool omu_Table<T>::SetSize(unsigned int n)
 {
-    if (n <= this->m_capacity || !omu_Reallocate(this->m_entries, n, this->FRONT)) {
+    if (n <= this->m_capacity || !omu_Reallocate(this->m_keys, n) || !MakeRoom(RoomFor(n))) {
         return false;
     }
     this->m_capacity = n;
@@ -102,11 +114,110 @@ template <omu_Word T> bool omu_Table<T>::Grow()
     return SetSize(omu_GrownSize(this->m_capacity, this->m_growthFactor));
 }
 
+template <omu_Word T> bool omu_Table<T>::MakeRoom(unsigned int room) noexcept
+{
+    if (room > this->m_room) {
+        if (!omu_Reallocate(this->m_values, room)) {
+            return false;
+        }
+        this->m_room = room;
+        this->m_cells = this->IsDirect() ? std::min(room, NumbersFrom(this->m_base)) : 0;
+    }
+    return true;
+}
+
+template <omu_Word T> bool omu_Table<T>::CoverBehind(unsigned int key) noexcept
+{
+    const unsigned int offset = key - this->m_base;
+    if (offset >= this->m_reach) {
+        const std::uint64_t numbers = std::uint64_t{offset} + 1;
+        const std::uint64_t room = std::min<std::uint64_t>(numbers + numbers / 4, NumbersFrom(this->m_base));
+        if (numbers > MostNumbers(this->m_length + 1) ||
+            (offset >= this->m_cells && !MakeRoom(static_cast<unsigned int>(room)))) {
+            return false;
+        }
+        std::fill(this->m_values + this->m_reach, this->m_values + offset, this->Mark());
+        this->m_reach = offset + 1;
+    }
+    return true;
+}
+
+template <omu_Word T> void omu_Table<T>::Spread(unsigned int before) noexcept
+{
+    const unsigned int* const keys = this->m_keys;
+    const unsigned int* const end = keys + this->m_length;
+    const unsigned int base = keys[0] - std::min(before, keys[0] - 1);
+    const unsigned int reach = end[-1] - base + 1;
+    const bool isDense = keys[0] != 0 && reach <= MostNumbers(this->m_length) + before;
+    const bool ascends = isDense && std::adjacent_find(keys, end, std::greater_equal()) == end; // see InsertEntry
+    if (!ascends || !MakeRoom(reach)) {
+        return;
+    }
+    T* const values = this->m_values;
+    for (unsigned int pos = 0; pos < this->m_length; ++pos) {
+        if (values[pos] == this->Mark() && !NoteMark(keys[pos] - base)) {
+            return Pack();
+        }
+    }
+    unsigned int done = reach; // cells from here on are right; no value stands behind its own cell
+    for (unsigned int pos = this->m_length; pos-- > 0;) {
+        const unsigned int offset = keys[pos] - base;
+        const T value = values[pos];
+        std::fill(values + offset + 1, values + done, this->Mark());
+        values[offset] = value;
+        done = offset;
+    }
+    std::fill_n(values, done, this->Mark());
+    this->m_base = base;
+    this->m_reach = reach;
+    this->m_cells = std::min(this->m_room, NumbersFrom(base));
+}
+
+template <omu_Word T> void omu_Table<T>::Pack() noexcept
+{
+    for (unsigned int pos = 0; this->IsDirect() && pos < this->m_length; ++pos) {
+        this->m_values[pos] = this->ValueAt(pos);
+    }
+    this->m_base = this->m_reach = this->m_cells = 0;
+    this->m_mayBeMark.clear();
+}
+
+template <omu_Word T> bool omu_Table<T>::NoteMark(unsigned int offset) noexcept
+{
+    const std::size_t word = offset / this->WORD_BITS;
+    if (word >= this->m_mayBeMark.size()) {
+        try {
+            this->m_mayBeMark.resize(word + 1);
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    }
+    this->m_mayBeMark[word] |= std::uint64_t{1} << offset % this->WORD_BITS;
+    return true;
+}
+
+template <omu_Word T> T* omu_Table<T>::FindPlace(unsigned int key)
+{
+    const T* found = this->FindValue(key);
+    if (found != nullptr && this->IsDirect() && !NoteMark(key - this->m_base)) {
+        Pack();
+        found = this->FindValue(key);
+    }
+    return found != nullptr ? this->m_values + (found - this->m_values) : nullptr;
+}
+
 template <omu_Word T> void omu_Table<T>::ShiftUp(unsigned int pos, Entry entry) noexcept
 {
-    Entry* const place = this->m_entries + pos;
-    std::memmove(place + 1, place, (this->m_length - pos) * sizeof(Entry));
-    *place = entry;
+    const auto insert = [&](auto* items, auto item) {
+        std::memmove(items + pos + 1, items + pos, (this->m_length - pos) * sizeof(item));
+        items[pos] = item;
+    };
+    insert(this->m_keys, entry.index_);
+    if (this->IsDirect()) {
+        this->m_values[entry.index_ - this->m_base] = entry.value;
+    } else {
+        insert(this->m_values, entry.value);
+    }
 }
 
 template <omu_Word T> bool omu_Table<T>::InsertEntry(unsigned int pos, Entry entry)
@@ -114,9 +225,8 @@ template <omu_Word T> bool omu_Table<T>::InsertEntry(unsigned int pos, Entry ent
     if (pos > this->m_length) {
         return false;
     }
-    this->m_ranks.SwitchOff();
+    Pack();
     ShiftUp(pos, entry);
-    this->NoteReach();
     return true;
 }
 
@@ -126,24 +236,28 @@ template <omu_Word T> bool omu_Table<T>::Insert(unsigned int key, T value)
     if (this->FindEntry(key, &pos) || key == 0 || (this->m_length + 1 >= this->m_capacity && !Grow())) {
         return false;
     }
+    const bool wasDirect = this->IsDirect();
+    const bool hasCell =
+        wasDirect && key >= this->m_base && CoverBehind(key) && (value != this->Mark() || NoteMark(key - this->m_base));
+    if (!hasCell) {
+        Pack();
+    }
     ShiftUp(pos, {key, value});
     const unsigned int length = ++this->m_length;
-    if (length == 1 || this->m_ranks.IsOn()) {
-        this->m_ranks.Insert(key, length);
-    } else if (std::has_single_bit(length)) { // often enough to notice that the gaps were filled, at O(1) for each key
-        this->m_ranks.Build(this->m_entries, length);
+    // Often enough to notice that the gaps were filled, at O(1) for each key.
+    if (!this->IsDirect() && (wasDirect || std::has_single_bit(length))) {
+        Spread(wasDirect ? length / 2 : 0); // more keys may follow before the first
     }
-    this->NoteReach();
     return true;
 }
 
 template <omu_Word T> bool omu_Table<T>::Set(unsigned int key, T value)
 {
-    const Entry* const found = this->FindKey(key);
-    if (found != nullptr) {
-        this->m_entries[found - this->m_entries].value = value;
+    T* const place = FindPlace(key);
+    if (place != nullptr) {
+        *place = value;
     }
-    return found != nullptr;
+    return place != nullptr;
 }
 
 template <omu_Word T> bool omu_Table<T>::Remove(unsigned int key)
@@ -157,11 +271,24 @@ template <omu_Word T> bool omu_Table<T>::RemoveEntry(unsigned int pos)
     if (pos >= this->m_length) {
         return false;
     }
-    Entry* const place = this->m_entries + pos;
-    const unsigned int key = place->index_;
-    std::memmove(place, place + 1, (this->m_length - pos - 1) * sizeof(Entry));
-    this->m_ranks.Remove(key, --this->m_length);
-    this->NoteReach();
+    const unsigned int key = this->m_keys[pos];
+    const unsigned int behind = --this->m_length - pos;
+    const auto remove = [&](auto* item) { std::memmove(item, item + 1, behind * sizeof(*item)); };
+    remove(this->m_keys + pos);
+    if (!this->IsDirect()) {
+        remove(this->m_values + pos);
+        return true;
+    }
+    const unsigned int offset = key - this->m_base;
+    this->m_values[offset] = this->Mark();
+    if (this->MayBeMark(offset)) {
+        this->m_mayBeMark[offset / this->WORD_BITS] ^= std::uint64_t{1} << offset % this->WORD_BITS;
+    }
+    if (this->m_length == 0 || this->m_reach > 2 * MostNumbers(this->m_length)) {
+        Pack();
+    } else {
+        this->m_reach = this->m_keys[this->m_length - 1] - this->m_base + 1;
+    }
     return true;
 }
 
@@ -171,13 +298,8 @@ template <omu_Word T> bool omu_Table<T>::ClearAll()
         return false;
     }
     this->m_length = 0;
-    this->m_ranks.SwitchOff();
-    Entry* fresh;
-    if (NewEntries(fresh, this->m_initialSize)) { // otherwise the old array serves on
-        std::free(std::exchange(this->m_entries, fresh) - this->FRONT);
-        this->m_capacity = this->m_initialSize;
-    }
-    this->NoteReach();
+    Pack();
+    MakeArrays(this->m_initialSize); // without memory the old arrays serve on
     return true;
 }
 
@@ -186,11 +308,13 @@ template <omu_Word T> void omu_Table<T>::Swap(omu_Table& other) noexcept
     std::swap(this->m_growthFactor, other.m_growthFactor);
     std::swap(this->m_capacity, other.m_capacity);
     std::swap(this->m_length, other.m_length);
-    std::swap(this->m_entries, other.m_entries);
-    std::swap(this->m_ranks, other.m_ranks);
+    std::swap(this->m_keys, other.m_keys);
+    std::swap(this->m_values, other.m_values);
+    std::swap(this->m_room, other.m_room);
     std::swap(this->m_base, other.m_base);
     std::swap(this->m_reach, other.m_reach);
-    std::swap(this->m_runLength, other.m_runLength);
+    std::swap(this->m_cells, other.m_cells);
+    this->m_mayBeMark.swap(other.m_mayBeMark);
 }
 
 bio_Ifilter& operator>>(bio_Ifilter& in, omu_Table<unsigned int>& table)
@@ -222,7 +346,7 @@ bio_Ofilter& operator<<(bio_Ofilter& out, const omu_Table<unsigned int>& table)
 {
     out << table.m_initialSize << table.m_growthFactor << table.m_capacity << table.m_length;
     for (unsigned int i = 0; i < table.m_length; ++i) {
-        out << table.m_entries[i].index_ << table.m_entries[i].value;
+        out << table.m_keys[i] << table.ValueAt(i);
     }
     return out;
 }
