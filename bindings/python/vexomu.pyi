@@ -2,7 +2,7 @@
 
 import builtins
 import os
-from typing import Any, Iterator, Sequence
+from typing import Any, Iterator, Sequence, final
 
 class Object:
     """An object of the kernel. Equality is identity."""
@@ -27,6 +27,7 @@ class ObjectMapping(Object):
     def __len__(self) -> int: ...
     def __iter__(self) -> Iterator[Any]: ...
     def __contains__(self, key: Any) -> bool: ...
+    def get(self, key: Any, default: Any = None, /) -> Any: ...
     def __getitem__(self, key: Any) -> Any: ...
     def __setitem__(self, key: Any, value: Any) -> None: ...
     def __delitem__(self, key: Any) -> None: ...
@@ -43,15 +44,19 @@ class ObjectSequence(Object):
     def index(self, item: Any, /) -> int: ...
     def count(self, item: Any, /) -> int: ...
 
+@final
 class Path(str):
     """The dotted address of a kernel object."""
 
+@final
 class Constant(str):
     """A symbolic constant, such as ON; it equals its name."""
 
+@final
 class TypeName(str):
     """The type of a kernel object, by name."""
 
+@final
 class Array:
     """A numeric array of the kernel; memoryview and numpy read it in place."""
 

@@ -41,6 +41,13 @@ def test_the_stubs_and_the_example_pass(stubs):
     assert checked(stubs, EXAMPLE)[-1].startswith("Success")
 
 
+def test_the_stub_of_the_binding_says_what_it_has(stubs, tmp_path):
+    (tmp_path / "allowed").write_text(r"vexomu\.ObjectSequence\.__(contains|iter)__")  # they work by __getitem__
+    run = subprocess.run([sys.executable, "-m", "mypy.stubtest", "vexomu", "--allowlist", tmp_path / "allowed"],
+                         env={**os.environ, "MYPYPATH": str(stubs)}, cwd=tmp_path, capture_output=True, text=True)
+    assert run.returncode == 0, run.stdout + run.stderr
+
+
 def test_misuse_is_found(stubs, tmp_path):
     (tmp_path / "wrong.py").write_text(WRONG)
     errors = [line.split("error: ")[1] for line in checked(stubs, tmp_path / "wrong.py") if "error: " in line]

@@ -363,7 +363,7 @@ PyObject* Reshape(PyObject* self, PyObject* shape)
 }
 
 PyMethodDef methods[] = {
-    {"reshape", Reshape, METH_O, "reshape(shape, /)\n--\n\nThe same elements in other dimensions."},
+    {"reshape", Reshape, METH_O, "reshape($self, shape, /)\n--\n\nThe same elements in other dimensions."},
     {},
 };
 
