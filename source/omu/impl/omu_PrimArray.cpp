@@ -75,12 +75,12 @@ void RequireElementType(Kind type)
 /// Bytes of all elements, and the row-major strides; NEGATIVE_DIMENSION or TOO_MANY_BYTES when there is no such array.
 std::int64_t LayOut(std::span<const int> dimensions, int itemSize, int* strides)
 {
+    if (std::any_of(dimensions.begin(), dimensions.end(), [](int dimension) { return dimension < 0; })) {
+        return NEGATIVE_DIMENSION;
+    }
     std::int64_t bytes = itemSize;
     std::int64_t extent = itemSize; // without a look at empty dimensions, or the others could be of any size
     for (std::size_t i = dimensions.size(); i-- > 0;) {
-        if (dimensions[i] < 0) {
-            return NEGATIVE_DIMENSION;
-        }
         strides[i] = static_cast<int>(bytes);
         bytes *= dimensions[i];
         extent *= std::max(dimensions[i], 1);
