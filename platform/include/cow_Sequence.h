@@ -38,7 +38,8 @@ public:
 
     cow_Sequence() noexcept = default;
     cow_Sequence(std::initializer_list<T> items) : cow_Sequence(items.begin(), items.end()) {}
-    template <std::input_iterator It> cow_Sequence(It first, It last)
+    // By way of an empty one: a sequence that exists is destroyed when copying an item throws.
+    template <std::input_iterator It> cow_Sequence(It first, It last) : cow_Sequence()
     {
         if constexpr (std::forward_iterator<It>) {
             Reserve(static_cast<int>(std::distance(first, last)));

@@ -112,6 +112,7 @@ TEST_F(SequencesOfCounted, A_failing_copy_changes_nothing_and_loses_nothing)
     ExpectAllOrNothing(start, [&](List& list) { list.RemoveAt(1); });
     ExpectAllOrNothing(start, [&](List& list) { list.Reserve(100); });
     ExpectAllOrNothing(start, [&](List& list) { list.SplitOff(2); });
+    ExpectAllOrNothing(start, [&](List& list) { list = List(more.begin(), more.end()); });
 }
 
 TEST_F(SequencesOfCounted, Reading_never_clones_and_only_the_first_write_to_a_shared_one_does)
