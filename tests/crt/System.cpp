@@ -1,16 +1,6 @@
 #include "Test.h"
 #include "VEXcrt_System.h"
 
-TEST(System, An_environment_variable_may_be_absent_or_empty)
-{
-    EXPECT_EQ(VEXCRT::GetEnvironment("VEXCRT_NO_SUCH_VARIABLE"), std::nullopt);
-    EXPECT_EQ(VEXCRT::GetEnvironment("PATH"), std::getenv("PATH"));
-#if !defined(_WIN32)
-    setenv("VEXCRT_EMPTY_VARIABLE", "", 1);
-    EXPECT_EQ(VEXCRT::GetEnvironment("VEXCRT_EMPTY_VARIABLE"), "");
-#endif
-}
-
 TEST(System, Slots_are_all_usable_at_once_empty_when_reserved_again_and_nothing_when_free)
 {
     int target = 0;

@@ -36,9 +36,9 @@ TEST(TextRepr, What_stands_for_an_object_that_is_not_expanded)
 TEST(BackwardCompat, The_environment_decides)
 {
     const std::tuple<const char*, const char*, bool> rows[] = {
-        {nullptr, nullptr, true}, {"0", nullptr, false}, {"ON", nullptr, false}, {nullptr, "OFF", false},
-        {nullptr, "off", true},   {"1", "ON", true},     {"1", "on", false},     {"1", "", false},
-        {nullptr, "ON", true},    {"1", "OFF", false},
+        {nullptr, nullptr, true}, {"0", nullptr, false},  {nullptr, "", true}, {"ON", nullptr, false},
+        {nullptr, "OFF", false},  {nullptr, "off", true}, {"1", "ON", true},   {"1", "on", false},
+        {"1", "", false},         {nullptr, "ON", true},  {"1", "OFF", false},
     };
     for (const auto& [develMode, deprecated, isOn] : rows) {
         SetVariable("BRENOW_DEVL_MODE", develMode);

@@ -19,20 +19,14 @@ enum class Shape
 
 using BoolSelect = omu_PrimEnum<omu_BoolSelectEnum, 1>;
 using OneShape = omu_PrimEnum<Shape, 1>;
-using TwoShapes = omu_PrimEnum<Shape, 2>;
 using ThreeShapes = omu_PrimEnum<Shape, 3>;
 
 } // namespace
 
-// A program's own enumeration: three tables of names for one type.
+// A program's own enumeration: two tables of names for one type.
 template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 1>()
 {
     static constexpr omu_EnumRow<Shape> rows[] = {{"QUAD", Shape::QUAD}, {nullptr, {}}};
-    return rows;
-}
-template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 2>()
-{
-    static constexpr omu_EnumRow<Shape> rows[] = {{"TRI", Shape::TRI}, {"LINE", Shape::LINE}, {nullptr, {}}};
     return rows;
 }
 template <> const omu_EnumRow<Shape>* omu_EnumTable<Shape, 3>()
@@ -50,21 +44,14 @@ std::string StreamOf(std::string_view text)
     return BytesOf(omu_PrimEnumBase(cow_String(text)));
 }
 
-Record Stored(const char* text)
-{
-    return {{"stringValue", cow_String(text)}};
-}
-
 } // namespace
 
 TEST(Constant, Names_of_the_booleans_are_exact)
 {
     omu_PrimBool<1> truth(false);
     omu_PrimBool<2> power(true);
-    EXPECT_EQ(truth.GetString(), "FALSE");
-    EXPECT_EQ(power.GetString(), "ON");
-    EXPECT_TRUE(truth.SetValue("TRUE"));
-    EXPECT_TRUE(truth.GetValue());
+    EXPECT_EQ(truth.GetString() + power.GetString(), "FALSEON");
+    EXPECT_TRUE(truth.SetValue("TRUE") && truth.GetValue());
     EXPECT_TRUE(power.SetValue(false));
     EXPECT_EQ(power.AsString(0), "OFF");
     for (const char* wrong : {"", "true", "ON", "TRUE ", "TRU", static_cast<const char*>(nullptr)}) {
@@ -72,21 +59,12 @@ TEST(Constant, Names_of_the_booleans_are_exact)
     }
     EXPECT_EQ(truth.GetString(), "TRUE");
     EXPECT_FALSE(power.SetValue("on"));
-    EXPECT_EQ(std::string_view(omu_PrimBool<2>::Name(1)), "OFF");
+    EXPECT_STREQ(omu_PrimBool<2>::Name(1), "OFF");
     EXPECT_FALSE(omu_PrimBool<2>::Value(1));
-}
-
-TEST(Constant, A_literal_is_a_name_and_an_unknown_one_throws)
-{
-    EXPECT_FALSE(omu_PrimBool<1>("FALSE").GetValue());
+    EXPECT_FALSE(omu_PrimBool<1>("FALSE").GetValue()) << "a literal is a name";
     for (const cow_String& unknown : {cow_String("false"), cow_String("TRUE\0", 5)}) {
-        try {
-            const omu_PrimBool<1> made(unknown);
-            FAIL() << unknown << " gave " << made.GetString();
-        } catch (const omu_ValueErrorException& error) {
-            EXPECT_EQ(error.JournalMessage(), "omu_PrimEnum(const cow_String&) - Enum value not allowed:" + unknown);
-            EXPECT_EQ(error.File(), "source/include/omu_PrimEnum");
-        }
+        EXPECT_EQ(ErrorOf<omu_ValueErrorException>([&] { omu_PrimBool<1>{unknown}; }),
+                  ("omu_PrimEnum(const cow_String&) - Enum value not allowed:" + unknown).AsCharPtr());
     }
 }
 
@@ -97,11 +75,9 @@ TEST(Constant, Rows_name_values_and_types_and_names_are_compared)
     RecordedAssertions assertions;
     const OneShape nameless(Shape::TRI);
     EXPECT_EQ(assertions.Take().size(), 1U);
-    EXPECT_EQ(nameless.GetString(), "");
-    EXPECT_EQ(nameless.GetValue(), Shape::TRI);
+    EXPECT_TRUE(nameless.GetString().IsEmpty() && nameless.GetValue() == Shape::TRI);
 
-    EXPECT_EQ(OneShape(Shape::QUAD).TypeString(), "QUAD");
-    EXPECT_EQ(TwoShapes(Shape::TRI).TypeString(), "TRI or LINE");
+    EXPECT_EQ(nameless.TypeString(), "QUAD");
     EXPECT_EQ(ThreeShapes(Shape::TRI).TypeString(), "TRI, QUAD, LINE or BEAM");
     EXPECT_EQ(omu_PrimBool<2>(false).TypeString(), "ON or OFF");
     EXPECT_EQ(BoolSelect(omu_SELECT_UNION).TypeString(),
@@ -117,8 +93,7 @@ TEST(Constant, Rows_name_values_and_types_and_names_are_compared)
 TEST(Constant, Copies_share_the_identity_and_what_is_read_has_its_own)
 {
     const omu_PrimBool<1> original(true);
-    const omu_PrimBool<1> copy(original);
-    EXPECT_EQ(copy.GetUid(), original.GetUid());
+    EXPECT_EQ(omu_PrimBool<1>(original).GetUid(), original.GetUid());
     const std::string bytes = StreamOf("FALSE");
     bio_Ifilter in(bytes.data() + sizeof(std::uint32_t), bytes.size() - sizeof(std::uint32_t)); // behind the type id
     const std::unique_ptr<omu_PrimBool<1>> read(static_cast<omu_PrimBool<1>*>(omu_PrimBool<1>::CtorFunc(in, nullptr)));
@@ -163,16 +138,18 @@ TEST(StoredConstant, Writes_its_name_under_its_identity_when_the_record_is_grant
 
 TEST(StoredConstant, Is_read_with_its_identity)
 {
-    const Record off = Stored("OFF"), none = Stored(""), quad = Stored("QUAD");
-    cls_ReadVisitor visitor(new MementoReadDouble(&off));
+    const auto reader = [](const Record& record) { return cls_ReadVisitor(new MementoReadDouble(&record)); };
+    const auto stored = [](const char* text) { return Record{{"stringValue", cow_String(text)}}; };
+    const Record off = stored("OFF"), none = stored(""), tri = stored("TRI");
+    cls_ReadVisitor visitor = reader(off);
     const std::unique_ptr<omu_PrimEnum<bool, 2>> constant(
         static_cast<omu_PrimEnum<bool, 2>*>(omu_PrimEnum<bool, 2>::Ctor(visitor)));
     EXPECT_EQ(constant->GetString(), "OFF");
     EXPECT_FALSE(constant->GetValue());
     EXPECT_EQ(constant->GetUid(), visitor.GetUid());
-    EXPECT_EQ(TwoShapes(cls_ReadVisitor(new MementoReadDouble(&none))).GetString(), "");
-    EXPECT_EQ(TwoShapes(cls_ReadVisitor(static_cast<cls_MementoRead*>(nullptr))).GetString(), "");
-    EXPECT_THROW(TwoShapes(cls_ReadVisitor(new MementoReadDouble(&quad))), nex_TextException);
+    EXPECT_EQ(OneShape(reader(none)).GetString(), "");
+    EXPECT_EQ(OneShape(cls_ReadVisitor(static_cast<cls_MementoRead*>(nullptr))).GetString(), "");
+    EXPECT_THROW(OneShape{reader(tri)}, nex_TextException);
 }
 
 TEST(StoredConstant, Three_classes_register_under_one_name_and_id)
@@ -187,9 +164,6 @@ TEST(StoredConstant, Three_classes_register_under_one_name_and_id)
     EXPECT_TRUE(current.Ctor() == (&omu_PrimEnum<bool, 1>::Ctor));
     EXPECT_TRUE(registrar.GetClassMetadata(id, 1).Ctor() == &BoolSelect::Ctor);
     EXPECT_EQ(current.Option(), 1U);
-    const cls_AttributeMetadata* const attribute = current.FindAttribute("stringValue");
-    ASSERT_NE(attribute, nullptr);
-    EXPECT_EQ(current.Attributes().size(), 1U);
 
     // The registered destructor empties a holder and leaves the other holders theirs.
     omu_PrimHolder holder(new omu_PrimBool<1>(true));
@@ -223,21 +197,15 @@ TEST(ConstantTable, Misuse_is_reported_and_changes_nothing)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
     EXPECT_EQ(assertions.Take().size(), 3U);
     EXPECT_EQ(table.AddString("TEST_THIRD"), first + 2);
+    const unsigned int firstData = table.AddSCD(omu_SymbolicConstantData());
+    EXPECT_EQ(table.AddSCD(omu_SymbolicConstantData()), firstData + 1);
+    EXPECT_TRUE(assertions.Take().empty());
+    omu_SymbolicConstantData(3);
+    EXPECT_EQ(assertions.Take(), Texts{"omu_SymbolicConstantData() _id argument must be 0\n"});
 
     testing::internal::CaptureStdout();
     table.PrintCache();
     const std::string text = testing::internal::GetCapturedStdout();
     EXPECT_TRUE(text.starts_with("\nCONTENTS of omu_SymbolicConstantTable  ")) << text;
     EXPECT_NE(text.find("\n    0   _UNSPECIFIED\n"), std::string::npos) << text;
-}
-
-TEST(ConstantData, The_table_gives_the_ids)
-{
-    auto& table = omi_Singleton<omu_SymbolicConstantTable>::Instance();
-    RecordedAssertions assertions;
-    const unsigned int first = table.AddSCD(omu_SymbolicConstantData());
-    EXPECT_EQ(table.AddSCD(omu_SymbolicConstantData()), first + 1);
-    EXPECT_TRUE(assertions.Take().empty());
-    omu_SymbolicConstantData(3);
-    EXPECT_EQ(assertions.Take(), Texts{"omu_SymbolicConstantData() _id argument must be 0\n"});
 }

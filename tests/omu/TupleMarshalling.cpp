@@ -109,18 +109,14 @@ TEST(TupleMarshalling, What_was_put_is_got_and_a_mismatch_names_what_was_wanted)
     ExpectMarshalled(static_cast<short>(-3), "(-3,)", "int16");
     ExpectMarshalled('A', "(65,)", "int8");
 
-    const std::string prefix = "f[0]; found expression, expecting ";
-    EXPECT_EQ(Refusal(false), prefix + "boolean");
-    EXPECT_EQ(Refusal(omu_PrimBool<2>(true)), prefix + "ON or OFF");
-    EXPECT_EQ(Refusal(cow_List<int>()), prefix + "sequence of Integers");
-    EXPECT_EQ(Refusal(cow_List<float>()), prefix + "sequence of Floats");
-    EXPECT_EQ(Refusal(cow_1DArrayList<int, int>()), prefix + "sequence of Ints");
-    EXPECT_EQ(Refusal(cow_1DArrayList<float, float>()), prefix + "sequence of Floats");
-    EXPECT_EQ(Refusal(cow_1DArrayList<double, double>()), prefix + "sequence of Floats");
-    EXPECT_EQ(Refusal(cow_1DArrayList<cow_String, cow_String>()), prefix + "sequence of Strings");
-    EXPECT_EQ(Refusal(cow_2DArray<double>()), prefix + "2D sequence of Floats");
-    EXPECT_EQ(Refusal(cow_2DArray<cow_String>()), prefix + "2D sequence of Strings");
-    EXPECT_EQ(Refusal(cow_Map<cow_String, float>()), prefix + "Map of string to float");
+    const auto kinds = [](const auto&... targets) { return Texts{Refusal(targets).substr(34)...}; };
+    EXPECT_EQ(kinds(false, omu_PrimBool<2>(true), cow_List<int>(), cow_List<float>(), cow_1DArrayList<int, int>(),
+                    cow_1DArrayList<float, float>(), cow_1DArrayList<double, double>(),
+                    cow_1DArrayList<cow_String, cow_String>(), cow_2DArray<double>(), cow_2DArray<cow_String>(),
+                    cow_Map<cow_String, float>()),
+              (Texts{"boolean", "ON or OFF", "sequence of Integers", "sequence of Floats", "sequence of Ints",
+                     "sequence of Floats", "sequence of Floats", "sequence of Strings", "2D sequence of Floats",
+                     "2D sequence of Strings", "Map of string to float"}));
     omu_PrimTuple tuple;
     EXPECT_EQ(CallF(Tuple({List({1})}), tuple), "");
     EXPECT_EQ(Text(tuple), "(1,)") << "a list got as a tuple";

@@ -92,9 +92,7 @@ TEST_F(Singletons, A_process_instance_is_made_anew_after_it_went_or_its_construc
         EXPECT_THROW(omi_Singleton<Process>::Instance(), std::runtime_error);
         EXPECT_THROW(Here<Plain>(), std::runtime_error);
         isConstructorFailing = false;
-        EXPECT_EQ(Plain::refCount, 0);
-        EXPECT_EQ(Plain::instanceTlsIndex, TLS_OUT_OF_INDEXES);
-
+        EXPECT_TRUE(Plain::refCount == 0 && Plain::instanceTlsIndex == TLS_OUT_OF_INDEXES);
         EXPECT_EQ(omi_SingletonBase<Process>::Instance(), nullptr);
         omi_SingletonBase<Process>::Finalize();
         EXPECT_EQ(&omi_Singleton<Process>::Instance(), &omi_Singleton<Process>::Instance());
@@ -108,7 +106,6 @@ TEST_F(Singletons, A_second_instance_is_reported_and_is_the_one_given_out)
 {
     Process* const first = &omi_Singleton<Process>::Instance();
     Process* const second = new Process;
-    EXPECT_EQ(&omi_Singleton<Process>::Instance(), second);
     delete first;
     EXPECT_EQ(&omi_Singleton<Process>::Instance(), second);
     omi_SingletonBase<Process>::Finalize();
@@ -116,11 +113,9 @@ TEST_F(Singletons, A_second_instance_is_reported_and_is_the_one_given_out)
     auto* const firstHere = &Here<Plain>();
     auto* const secondHere = new Plain;
     EXPECT_EQ(Plain::refCount, 2);
-    EXPECT_EQ(&Here<Plain>(), secondHere);
     delete firstHere;
     EXPECT_EQ(&Here<Plain>(), secondHere);
-    EXPECT_EQ(Plain::Base::Finalize(), 1);
-    EXPECT_EQ(Plain::refCount, 0);
+    EXPECT_TRUE(Plain::Base::Finalize() == 1 && Plain::refCount == 0);
     EXPECT_EQ(m_reports.Take(), (Texts{"instance == 0", "TlsGetValue(instanceTlsIndex) == NULL"}));
     EXPECT_EQ(m_reports.Places(),
               (Texts{"source/include/omi_SingletonBase 19", "source/include/thr_ThreadSingletonBase 170"}));
@@ -134,15 +129,13 @@ TEST_F(Singletons, Threads_have_their_own_instances_and_share_one_index)
         EXPECT_EQ(Uids::Base::Finalize(), 0);
         EXPECT_NE(&Here<Uids>(), &mine);
         EXPECT_EQ(&Here<Uids>(), &Here<Uids>());
-        EXPECT_EQ(Uids::refCount, 2);
-        EXPECT_EQ(Uids::instanceTlsIndex, index);
+        EXPECT_TRUE(Uids::refCount == 2 && Uids::instanceTlsIndex == index);
         EXPECT_EQ(Uids::Base::Finalize(), 1);
         EXPECT_EQ(Uids::Base::Finalize(), 0);
     }).join();
     EXPECT_EQ(&Here<Uids>(), &mine);
     EXPECT_EQ(Uids::Base::Finalize(), 1);
-    EXPECT_EQ(Uids::refCount, 0);
-    EXPECT_EQ(Uids::instanceTlsIndex, TLS_OUT_OF_INDEXES);
+    EXPECT_TRUE(Uids::refCount == 0 && Uids::instanceTlsIndex == TLS_OUT_OF_INDEXES);
 }
 
 TEST_F(Singletons, A_thread_that_ends_destroys_its_instances_from_the_highest_level_down)
@@ -152,7 +145,6 @@ TEST_F(Singletons, A_thread_that_ends_destroys_its_instances_from_the_highest_le
         Here<Uids>(), Here<Plain>(), Here<Messages>(), Here<Redirections>(), Here<Extents>(), Here<Formats>();
     };
     EXPECT_EQ(DestroyedBy(useAll), "edcbaz");
-    EXPECT_EQ(DestroyedBy([] { Here<Uids>(), Here<Formats>(); }), "da");
     EXPECT_EQ(Messages::refCount, 1) << "the instance of this thread stays";
 }
 
@@ -180,7 +172,6 @@ TEST_F(Singletons, The_last_finalisation_destroys_the_instances_of_its_thread)
     EXPECT_EQ(destroyed, "");
     thr_finalize(m_count);
     EXPECT_EQ(destroyed, "ea");
-    EXPECT_EQ(m_count, 0);
     thr_finalize(m_count);
     EXPECT_EQ(m_count, 0) << "a call too many changes nothing";
     thr_initialize(m_count);
@@ -197,40 +188,26 @@ TEST_F(Singletons, Without_a_free_slot_an_instance_works_but_is_reported)
     for (const std::uint32_t index : indexes) {
         VEXCRT::TlsFree(index);
     }
-    Texts reports = m_reports.Take();
-    ASSERT_EQ(reports.size(), 2u);
-    EXPECT_EQ(reports[0].substr(0, 34), "TlsSetValue(instanceTlsIndex, this");
-    EXPECT_EQ(reports[1], "instance == thr_ThreadSingletonBase<Class>::Instance()");
-    EXPECT_EQ(m_reports.Places()[1], "source/include/thr_ThreadSingleton 26");
+    EXPECT_EQ(m_reports.Take(),
+              (Texts{"TlsSetValue(instanceTlsIndex, this)", "instance == thr_ThreadSingletonBase<Class>::Instance()"}));
+    EXPECT_EQ(m_reports.Places().back(), "source/include/thr_ThreadSingleton 26");
     EXPECT_EQ(&Here<Plain>(), &Here<Plain>());
-}
-
-TEST_F(Singletons, The_libraries_share_one_lock_and_it_is_recursive)
-{
-    EXPECT_NE(omi_SingletonBase<thr_GlobalLock>::Instance(), nullptr) << "this program has a lock of its own";
-    int total = 0;
-    const auto add = [&total] {
-        for (int i = 0; i < 1000; ++i) {
-            const thr_GlobalLock::Holder outer, inner;
-            ++total;
-        }
-    };
-    std::thread other(add);
-    add();
-    other.join();
-    EXPECT_EQ(total, 2000);
 }
 
 TEST_F(Singletons, Threads_that_start_and_end_at_once_do_not_disturb_each_other)
 {
+    EXPECT_NE(omi_SingletonBase<thr_GlobalLock>::Instance(), nullptr) << "this program has a lock of its own";
     struct Counter : thr_ThreadSingletonBase<Counter>
     {
         int value = 0;
     };
-    const auto count = [] {
+    int total = 0;
+    const auto count = [&total] {
         for (int i = 0; i < 10; ++i) {
             ASSERT_EQ(++Here<Counter>().value, 1);
             ASSERT_EQ(thr_ThreadSingletonBase<Counter>::Finalize(), 1);
+            const thr_GlobalLock::Holder outer, inner;
+            ++total;
         }
         Here<Counter>();
     };
@@ -239,6 +216,7 @@ TEST_F(Singletons, Threads_that_start_and_end_at_once_do_not_disturb_each_other)
         first.join();
         second.join();
     }
+    EXPECT_EQ(total, 2000);
 }
 
 TEST(SingletonsDeathTest, The_end_of_the_process_may_still_use_them)

@@ -15,16 +15,13 @@ namespace
 {
 constexpr std::size_t KEPT = utl_BlockPool::MAX_KEPT_BLOCKS;
 
-std::vector<void*> Allocate(std::size_t count, std::size_t bytes)
+/// Allocates `count` blocks and frees them; where they were.
+std::vector<void*> Use(std::size_t count, std::size_t bytes)
 {
     std::vector<void*> blocks(count);
     std::generate(blocks.begin(), blocks.end(), [bytes] { return utl_BlockPool::Allocate(bytes); });
-    return blocks;
-}
-
-void Free(const std::vector<void*>& blocks, std::size_t bytes)
-{
     std::for_each(blocks.begin(), blocks.end(), [bytes](void* block) { utl_BlockPool::Free(block, bytes); });
+    return blocks;
 }
 
 /// A block whose bytes all hold the same number until it is freed.
@@ -81,11 +78,8 @@ TEST(BlockPool, A_freed_block_serves_the_next_request_of_its_class_only)
                                                                {256, 257, false}};
     for (const auto& [freed, requested, isSame] : rows) {
         std::thread([freed, requested, isSame] {
-            void* const first = utl_BlockPool::Allocate(freed);
-            utl_BlockPool::Free(first, freed);
-            void* const next = utl_BlockPool::Allocate(requested);
-            EXPECT_EQ(next == first, isSame) << freed << " freed, " << requested << " requested";
-            utl_BlockPool::Free(next, requested);
+            const std::vector<void*> first = Use(1, freed);
+            EXPECT_EQ(Use(1, requested) == first, isSame) << freed << " freed, " << requested << " requested";
         }).join();
     }
 }
@@ -95,11 +89,9 @@ TEST(BlockPool, A_thread_keeps_a_limited_number_of_blocks)
     SKIP_UNDER_SANITIZERS;
     std::thread([] {
         for (int round = 0; round < 2; ++round) {
-            const std::vector<void*> given = Allocate(KEPT + 50, 64);
-            Free(given, 64);
-            const std::vector<void*> again = Allocate(KEPT, 64);
+            const std::vector<void*> given = Use(KEPT + 50, 64);
+            const std::vector<void*> again = Use(KEPT, 64);
             EXPECT_TRUE(std::equal(again.rbegin(), again.rend(), given.begin())) << "round " << round;
-            Free(again, 64);
         }
     }).join();
 }
@@ -110,7 +102,7 @@ TEST(BlockPool, An_ended_thread_gives_its_blocks_back)
     SKIP_UNDER_SANITIZERS;
     const auto useThreads = [] {
         for (int i = 0; i < 20; ++i) {
-            std::thread([] { Free(Allocate(KEPT, 256), 256); }).join();
+            std::thread([] { Use(KEPT, 256); }).join();
         }
         return mallinfo2().uordblks;
     };

@@ -5,13 +5,6 @@
 
 namespace
 {
-/// A file of the running test alone: tests run side by side.
-utl_FilePath Scratch(const char* name)
-{
-    const cow_String test = testing::UnitTest::GetInstance()->current_test_info()->name();
-    return utl_FilePath(testing::TempDir().c_str()).Join(test + "_" + name);
-}
-
 /// A stream that delivers small packets and counts how often it is asked to wait for one.
 class Packets : public std::streambuf
 {
@@ -49,32 +42,27 @@ public:
 };
 
 /// The same bytes behind each kind of reader.
-class Source
+struct Source
 {
-public:
-    Source(int kind, const std::string& bytes) : m_packets(bytes, 3), m_bytes(bytes)
+    Source(int kind, const std::string& given) : packets(given, 3), bytes(given)
     {
         if (kind == 0) {
-            m_reader = std::make_unique<bio_Ifilter>(m_bytes.data(), m_bytes.size());
+            reader = std::make_unique<bio_Ifilter>(bytes.data(), bytes.size());
         } else if (kind == 1) {
-            m_reader = std::make_unique<bio_Ifilter>(m_packets);
+            reader = std::make_unique<bio_Ifilter>(packets);
         } else {
-            m_path = Scratch("source.bin").PathName().AsCharPtr();
-            std::ofstream(m_path, std::ios::binary) << bytes;
-            m_reader = std::make_unique<bio_Ifilter>(utl_FilePath(m_path.c_str()));
+            std::ofstream(folder / "source", std::ios::binary) << bytes;
+            reader = std::make_unique<bio_Ifilter>(utl_FilePath((folder / "source").c_str()));
+            prefix = folder / "source" + ": ";
         }
     }
-    bio_Ifilter& Reader() { return *m_reader; }
-    /// What stands before the failure text of this kind.
-    std::string Prefix() const { return m_path.empty() ? "" : m_path + ": "; }
 
     static constexpr int KINDS = 3;
-
-private:
-    Packets m_packets;
-    std::string m_bytes;
-    std::string m_path;
-    std::unique_ptr<bio_Ifilter> m_reader;
+    const ScratchFolder folder;
+    Packets packets;
+    std::string bytes;
+    std::unique_ptr<bio_Ifilter> reader;
+    std::string prefix; // of its failures' texts
 };
 
 std::string Bytes(const bio_Ofilter& out)
@@ -95,6 +83,11 @@ TEST(ByteStream, Values_have_their_documented_bytes)
                                48);
     EXPECT_EQ(Bytes(out), expected);
     EXPECT_EQ(out.Offset(), expected.size());
+
+    Packets packets(expected, 3);
+    char first = 0;
+    bio_Ifilter(packets) >> first;
+    EXPECT_EQ(packets.waits, 1) << "a reader never waits for more than it needs";
 }
 
 TEST(ByteStream, Every_truncation_is_reported_where_the_lost_value_starts)
@@ -106,7 +99,7 @@ TEST(ByteStream, Every_truncation_is_reported_where_the_lost_value_starts)
         for (std::size_t length = 0; length <= whole.size(); ++length) {
             SCOPED_TRACE("kind " + std::to_string(kind) + ", length " + std::to_string(length));
             Source source(kind, whole.substr(0, length));
-            bio_Ifilter& in = source.Reader();
+            bio_Ifilter& in = *source.reader;
             std::int32_t number = 0;
             cow_String text;
             double real = 0;
@@ -122,7 +115,7 @@ TEST(ByteStream, Every_truncation_is_reported_where_the_lost_value_starts)
             const char* const what =
                 inText && kind != 1 ? "a count larger than the rest of the stream" : "the stream ends too early";
             const int start = length < 4 ? 0 : length < 8 ? 4 : inText ? (kind != 1 ? 4 : 8) : length < 36 ? 28 : 36;
-            EXPECT_EQ(refusal, source.Prefix() + what + " at offset " + std::to_string(start));
+            EXPECT_EQ(refusal, source.prefix + what + " at offset " + std::to_string(start));
         }
     }
 }
@@ -131,8 +124,8 @@ TEST(ByteStream, Texts_longer_than_the_buffers_survive_every_way)
 {
     std::string text(300001, 'x');
     text[150000] = '\0';
-    const utl_FilePath path = Scratch("long.bin");
-    bio_Ofilter file(path);
+    const ScratchFolder folder;
+    bio_Ofilter file{utl_FilePath((folder / "long").c_str())};
     bio_Ofilter memory;
     std::stringbuf buffer;
     bio_Ofilter stream(buffer);
@@ -143,7 +136,7 @@ TEST(ByteStream, Texts_longer_than_the_buffers_survive_every_way)
     }
     EXPECT_EQ(buffer.str(), Bytes(memory));
     std::stringbuf written;
-    std::ifstream(path.PathName().AsCharPtr(), std::ios::binary) >> &written;
+    std::ifstream(folder / "long", std::ios::binary) >> &written;
     EXPECT_EQ(written.str(), Bytes(memory));
     EXPECT_EQ(stream.Size(), 0U);
     for (int kind = 0; kind < Source::KINDS; ++kind) {
@@ -151,10 +144,10 @@ TEST(ByteStream, Texts_longer_than_the_buffers_survive_every_way)
         std::uint8_t first = 0;
         std::uint8_t last = 0;
         cow_String read;
-        source.Reader() >> first >> read >> last;
+        *source.reader >> first >> read >> last;
         EXPECT_EQ(read, cow_String(text)) << "kind " << kind;
         EXPECT_EQ(first + last, 3);
-        EXPECT_EQ(source.Reader().Offset(), text.size() + 6);
+        EXPECT_EQ(source.reader->Offset(), text.size() + 6);
     }
 }
 
@@ -173,33 +166,23 @@ TEST(ByteStream, A_count_is_bounded_by_what_can_follow)
         for (int kind = 0; kind < Source::KINDS; ++kind) {
             Source source(kind, Bytes(out));
             std::uint32_t count = 0;
-            const std::string refusal = RefusalOf([&] { count = source.Reader().ReadCount(itemBytes); });
-            EXPECT_EQ(refusal,
-                      fits[kind] ? "" : source.Prefix() + "a count larger than the rest of the stream at offset 0")
+            EXPECT_EQ(RefusalOf([&] { count = source.reader->ReadCount(itemBytes); }),
+                      fits[kind] ? "" : source.prefix + "a count larger than the rest of the stream at offset 0")
                 << name << ", kind " << kind;
-            EXPECT_LE(source.Reader().SafeReserve(given, 16) * 16, kind == 1 ? 65536U : 12U);
+            EXPECT_LE(source.reader->SafeReserve(given, 16) * 16, kind == 1 ? 65536U : 12U);
         }
     }
 }
 
-TEST(ByteStream, A_reader_never_waits_for_more_than_it_needs)
-{
-    Packets packets(std::string("\x01\0\0\0\x02\0\0\0", 8), 4);
-    bio_Ifilter in(packets);
-    std::int32_t number = 0;
-    in >> number;
-    EXPECT_EQ(number, 1);
-    EXPECT_EQ(packets.waits, 1);
-}
-
 TEST(ByteStream, A_file_says_what_is_wrong_with_it)
 {
-    const std::string missing = Scratch("no-such-folder").Join("file").PathName().AsCharPtr();
+    const ScratchFolder folder;
+    const std::string missing = folder / "no-such-folder/file";
     const std::string reason = ": No such file or directory at offset 0";
     EXPECT_EQ(RefusalOf([&] { bio_Ifilter in{utl_FilePath(missing.c_str())}; }), missing + ": cannot open" + reason);
     EXPECT_EQ(RefusalOf([&] { bio_Ofilter out{utl_FilePath(missing.c_str())}; }), missing + ": cannot create" + reason);
 
-    const utl_FilePath path = Scratch("file.bin");
+    const utl_FilePath path((folder / "file").c_str());
     bio_Ofilter(path) << 'a' << 'b';
     EXPECT_EQ(std::filesystem::file_size(path.PathName().view()), 2U) << "the destructor writes";
     bio_Ofilter out(path);

@@ -71,6 +71,36 @@ private:
 #endif
 };
 
+/// Random changes of three containers that share their memory, each beside a model: `change` gets one of them and another,
+/// or the same, both with their models.
+template <class Container, class Model, class Change, class Check>
+void RunBesideModels(unsigned seed, int steps, Change change, Check check)
+{
+    std::mt19937 random(seed);
+    std::array<Container, 3> containers;
+    std::array<Model, 3> models;
+    for (int step = 0; step < steps; ++step) {
+        const std::size_t a = random() % 3, b = random() % 3;
+        if (const auto what = random() % 20; what == 0) {
+            containers[a] = containers[b];
+            models[a] = models[b];
+            EXPECT_TRUE(containers[a].SharesWith(containers[b]));
+        } else if (what == 1 && a != b) {
+            containers[a] = std::move(containers[b]);
+            containers[b] = Container(); // one that was moved from may hold anything
+            models[a] = std::exchange(models[b], {});
+        } else {
+            change(random, containers[a], models[a], containers[b], models[b]);
+        }
+        const bool isShared = containers[a].SharesWith(containers[b]);
+        for (std::size_t i = 0; i < 3; ++i) {
+            check(containers[i], models[i]);
+        }
+        EXPECT_EQ(containers[a].SharesWith(containers[b]), isShared) << "reading never clones";
+        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed << ", step " << step;
+    }
+}
+
 /// The same items in memory of their own.
 template <class Container> Container Unshared(const Container& source)
 {

@@ -43,13 +43,11 @@ TEST(DebugPrint, Text_appears_only_between_start_and_end)
     print.EndDebug();
     print << '\n';
     print.EndDebug();
-    print.EndDebug();
+    print.EndDebug(); // one too many
     print << "off again";
-    print.StartDebug();
-    print << "on again";
-    print.EndDebug();
     print.SetStream(nullptr);
-    EXPECT_EQ(text.str(), "source/uti/impl/uti_Spawn:575: reaped process -1 4000000000 0.5\non again");
+    EXPECT_EQ(DebugText([&] { print << "on again"; }), "on again");
+    EXPECT_EQ(text.str(), "source/uti/impl/uti_Spawn:575: reaped process -1 4000000000 0.5\n");
 }
 
 TEST(DebugFlags, A_flags_text_is_a_whole_32_bit_number_or_nothing)

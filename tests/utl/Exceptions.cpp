@@ -1,7 +1,6 @@
 #include "VirtualSlots.h"
 #include "nex_CommandException.h"
 #include "nex_TextException.h"
-#include "nex_canDynamicCast.h"
 
 namespace
 {
@@ -49,14 +48,4 @@ TEST(Exception, What_stays_valid_until_the_text_changes)
 TEST(ExceptionDeathTest, A_throw_that_does_not_throw_ends_the_program)
 {
     EXPECT_DEATH(Forgetful("lost").Throw("here", 1), "Propagate\\(\\) throws");
-}
-
-TEST(DynamicCast, Answers_as_the_cast_would)
-{
-    Refusal refusal;
-    nex_Exception& exception = refusal;
-    EXPECT_FALSE(nex_canDynamicCastPtr<nex_Exception>(static_cast<const nex_Exception*>(nullptr)));
-    nex_TextException* other = reinterpret_cast<nex_TextException*>(&refusal);
-    EXPECT_FALSE(nex_canDynamicCastRef(exception, other));
-    EXPECT_EQ(other, nullptr);
 }

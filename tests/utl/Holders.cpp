@@ -38,12 +38,10 @@ TEST_F(Holders, A_counted_holder_shares_one_object)
     cow_CountedHld<Counted> first = cow_CountedHld<Counted>::Make(1);
     cow_CountedHld<Counted> second(first);
     *second = Counted(2);
-    EXPECT_EQ(first->Value(), 2);
-    EXPECT_EQ(first.UseCount(), 2u);
+    EXPECT_TRUE(first->Value() == 2 && first.UseCount() == 2);
     second = second;
     first = std::move(second);
-    EXPECT_EQ(first.UseCount(), 1u);
-    EXPECT_EQ(second.get(), nullptr); // NOLINT: a moved-from holder holds nothing
+    EXPECT_TRUE(first.UseCount() == 1 && second.IsNull()); // NOLINT: a moved-from holder holds nothing
 }
 
 TEST_F(Holders, Reading_never_clones_and_only_the_first_write_to_a_shared_object_does)

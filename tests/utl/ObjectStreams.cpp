@@ -120,18 +120,3 @@ TEST_F(ObjectStream, Descent_follows_the_parents_across_components)
     typ_ArchCompTable::InsertEntry(0xFFFF, {});
     EXPECT_EQ(typ_ArchCompTable::Find(CRATE), nullptr);
 }
-
-TEST_F(ObjectStream, The_rows_of_the_utility_component_are_frozen)
-{
-    EXPECT_EQ(utl_ArchEntry().count, 4U);
-    const auto check = [](const nex_Exception& object, std::uint32_t id, const char* name, std::uint32_t parent) {
-        const typ_Entry* const entry = typ_ArchCompTable::Find(id);
-        EXPECT_EQ(object.DynTypeId(), id);
-        EXPECT_STREQ(entry->name, name);
-        EXPECT_EQ(entry->parent, parent) << name;
-        EXPECT_EQ(entry->kind, typ_EXCEPTION) << name;
-    };
-    check(nex_Exception(), 0x1F0001, "nex_Exception", typ_ROOT);
-    check(nex_TextException(), 0x1F0002, "nex_TextException", 0x1F0001);
-    check(nex_CommandException(), 0x1F0003, "nex_CommandException", 0x1F0001);
-}
