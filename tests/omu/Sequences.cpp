@@ -136,6 +136,8 @@ TEST(Sequences, Streams_are_read_into_an_existing_object_too)
     EXPECT_EQ(ReadFrom(BytesOf(list), existing), "");
     EXPECT_EQ(existing, list);
     EXPECT_EQ(existing.GetExtra(), 9);
+    omu_PrimTuple tuple;
+    EXPECT_EQ(ReadFrom(BytesOf(list), tuple), "type omu_PrimList where exactly omu_PrimTuple is expected at offset 0");
     ExpectRefused(Stream(Tuple({1})), {{"count beyond the end", 5, 9}, {"count beyond memory", 5, HIGHEST}});
 }
 

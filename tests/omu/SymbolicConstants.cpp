@@ -116,21 +116,19 @@ TEST(Constant, Reading_sets_the_value_and_refuses_unknown_names)
 
 TEST(StoredConstant, Writes_its_name_under_its_identity_when_the_record_is_granted)
 {
-    /// Grants element 7 of one uid.
+    static Record written;
+    written.clear();
+    const omu_PrimBool<2> constant(false);
+    static const cls_Uid* const granted = &constant.GetUid();
     struct Parent : MementoWriteDouble
     {
-        Parent(const cls_Uid& uid, Record& target) : expected(uid), written(target) {}
-        cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid& uid) override
+        cls_MementoWrite* MakeElementWriter(std::uint32_t, const cls_Uid& uid) override
         {
-            return element == 7 && uid == expected ? new MementoWriteDouble(&written) : nullptr;
+            return uid == *granted ? new MementoWriteDouble(&written) : nullptr;
         }
-        cls_Uid expected;
-        Record& written;
     };
-    const omu_PrimBool<2> constant(false);
-    Record written;
-    const cls_WriteVisitor parent(new Parent(constant.GetUid(), written));
-    constant.DBWrite(cls_WriteVisitor(parent, 8));
+    const cls_WriteVisitor parent(new Parent);
+    omu_PrimBool<2>(true).DBWrite(cls_WriteVisitor(parent, 7));
     EXPECT_TRUE(written.empty());
     constant.DBWrite(cls_WriteVisitor(parent, 7));
     EXPECT_EQ(std::any_cast<cow_String>(written.at("stringValue")), "OFF");

@@ -168,9 +168,54 @@ TEST(TypeTable, Abstract_classes_build_nothing)
         EXPECT_EQ(row.ctor(in, nullptr), nullptr);
         EXPECT_EQ(assertions.Take(), Texts{std::string(row.name) + "::CtorFunc(): Illegal call to "
                                                                    "abstract class constructor."});
-        std::string announced(sizeof id, '\0');
-        std::memcpy(announced.data(), &id, sizeof id);
-        EXPECT_THROW(Read(announced + "abcdefghijklmnop"), nex_TextException) << row.name;
-        EXPECT_TRUE(assertions.Take().empty()) << "bad input must not reach an assertion";
     }
+}
+
+TEST(TypeTable, Ids_that_may_not_stand_there_are_named)
+{
+    RecordedAssertions assertions;
+    const std::pair<std::uint32_t, const char*> rows[] = {
+        {0xEA620001, "unknown type id 0xEA620001 at offset 0"},
+        {0x130028, "unknown type id 0x130028 at offset 0"},
+        {0x130000, "unknown type id 0x130000 at offset 0"},
+        {0x1F0002, "type nex_TextException where omu_Primitive is expected at offset 0"},
+        {0x130020, "type omu_PrimSequence is abstract at offset 0"},
+        {0x130027, "type omu_YesNoConst has no stream functions at offset 0"}};
+    for (const auto& [id, refusal] : rows) {
+        omu_Primitive* value = nullptr;
+        EXPECT_EQ(ReadFrom(BytesOf(id) + std::string(16, '\0'), value), refusal);
+        EXPECT_EQ(value, nullptr);
+    }
+    bio_Ofilter out;
+    std::ostringstream text;
+    pnt_PrettyPrint print(text);
+    const char* const refusal = "type omu_YesNoConst has no stream functions";
+    const omu_PrimNone object;
+    EXPECT_EQ(RefusalOf([&] { obj_OutputP0Ptr(out, &object, 0x130027); }), refusal);
+    EXPECT_EQ(RefusalOf([&] { obj_PrintP0Ptr(print, &object, 0x130027); }), refusal);
+    EXPECT_EQ(RefusalOf([&] { obj_DeepCopyP0Ptr(&object, 0xEA620001); }), "unknown type id 0xEA620001");
+    EXPECT_EQ(out.Size(), 0U);
+    print << static_cast<const omu_Primitive*>(nullptr);
+    EXPECT_EQ(text.str(), "(null)");
+    EXPECT_EQ(assertions.Take(), Texts()) << "bad input must not reach one";
+}
+
+TEST(TypeTable, Descent_follows_the_parents_across_components)
+{
+    constexpr std::uint32_t CRATE = 0xFFFF0001, CIRCLE = 0xFFFF0002;
+    static constexpr typ_Entry rows[] = {{}, {typ_VALUE, "Crate", 0x130019}, {typ_VALUE, "Circle", CIRCLE}};
+    typ_ArchCompTable::InsertEntry(0xFFFF, {rows, 3});
+    const auto ancestors = [](std::uint32_t id, std::initializer_list<std::uint32_t> candidates) {
+        return std::ranges::count_if(candidates, [id](auto each) { return typ_ArchCompTable::IsParent(id, each); });
+    };
+    EXPECT_EQ(ancestors(CRATE, {CRATE, 0x130019, 0x130020, 0x130011}), 4);
+    EXPECT_EQ(ancestors(CRATE, {typ_ROOT, 0x1F0001, 0x130015, CIRCLE}), 0);
+    EXPECT_EQ(ancestors(0x130019, {CRATE}) + ancestors(0xFFFF0003, {0x130011}), 0);
+    RecordedAssertions assertions;
+    EXPECT_FALSE(typ_ArchCompTable::IsParent(CIRCLE, CRATE));
+    EXPECT_EQ(assertions.Take().size(), 1U);
+    EXPECT_EQ(typ_ArchCompTable::GetName(0xFFFF0003), "");
+    EXPECT_EQ(typ_ArchCompTable::GetDtorFunc(CRATE), nullptr);
+    typ_ArchCompTable::InsertEntry(0xFFFF, {});
+    EXPECT_EQ(typ_ArchCompTable::Find(CRATE), nullptr);
 }

@@ -1,4 +1,5 @@
 #include "VirtualSlots.h"
+#include "bio_Ofilter.h"
 #include "nex_CommandException.h"
 #include "nex_TextException.h"
 
@@ -40,6 +41,9 @@ TEST(Exception, What_stays_valid_until_the_text_changes)
     refusal.message = "short";
     EXPECT_STREQ(refusal.what(), "short");
     EXPECT_THROW(refusal.Throw("here", 3), Refusal);
+    bio_Ofilter out;
+    nex_Exception::WriteData(out, &refusal);
+    EXPECT_EQ(std::string(out.Data(), out.Data() + out.Size()), std::string("\4\0\0\0here\3\0\0\0", 12));
     const std::unique_ptr<nex_Exception> copy(refusal.Copy());
     EXPECT_EQ(copy->UserReport() + ": " + copy->DeveloperReport(), "short: short (here, line 3)");
     EXPECT_EQ(nex_TextException("never thrown").DeveloperReport(), "never thrown");

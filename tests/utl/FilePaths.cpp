@@ -62,36 +62,33 @@ TEST(PathFinder, Files_are_found_in_the_order_of_the_list)
     namespace fs = std::filesystem;
     const ScratchFolder scratch;
     const fs::path& folder = scratch.Path();
-    fs::create_directories(folder / "first" / "tool"); // a folder of that name is not the file
-    fs::create_directories(folder / "second");
-    fs::create_directories(folder / "third");
-    for (const fs::path& file : {folder / "second" / "tool", folder / "third" / "tool", folder / "third" / "other"}) {
-        std::ofstream(file) << "x";
+    for (const char* const file : {"first/tool/x", "second/tool", "third/tool", "third/other"}) {
+        fs::create_directories((folder / file).parent_path());
+        std::ofstream(folder / file) << "x";
     }
-    const auto setPath = [](std::initializer_list<fs::path> entries) {
-        std::string joined;
-        for (const fs::path& entry : entries) {
-            joined += (joined.empty() ? "" : IS_WINDOWS ? ";" : ":") + entry.string();
-        }
-        SetVariable("VEXUTL_TEST_PATH", joined.c_str());
-    };
-    setPath({folder / "missing", folder / "first", folder / "second", folder / "third"});
     const auto find = [](const std::string& name, bool currentFirst = false) {
         return fs::path(utl_PathFinder::getPath(name.c_str(), "VEXUTL_TEST_PATH", currentFirst).PathName().view());
     };
+    EXPECT_EQ(find("tool"), fs::path()) << "there is no list";
+    const std::string separator = IS_WINDOWS ? ";" : ":";
+    std::string list = (folder / "missing").string();
+    for (const char* const entry : {"first", "second", "third"}) { // "tool" in the first is a folder
+        list += separator + (folder / entry).string();
+    }
+    SetVariable("VEXUTL_TEST_PATH", list.c_str());
     EXPECT_EQ(find("tool"), folder / "second" / "tool");
     EXPECT_EQ(find("other"), folder / "third" / "other");
     EXPECT_EQ(find("nowhere"), fs::path());
     EXPECT_EQ(find((folder / "third" / "tool").string()), folder / "third" / "tool");
     EXPECT_EQ(find((folder / "nowhere").string()), fs::path());
-    EXPECT_TRUE(utl_PathFinder::getPath("tool", "VEXUTL_NO_SUCH_PATH", false).IsEmpty());
 
     const fs::path before = fs::current_path();
     fs::current_path(folder / "third");
     EXPECT_EQ(find("tool", /*currentFirst=*/true), fs::path("tool"));
     EXPECT_EQ(find("tool"), folder / "second" / "tool");
-    setPath({folder / "first", ""});
+    SetVariable("VEXUTL_TEST_PATH", ((folder / "first").string() + separator).c_str());
     EXPECT_EQ(find("tool"), fs::path("tool")); // the empty entry behind the separator
+    SetVariable("VEXUTL_TEST_PATH", nullptr);
     fs::current_path(before);
 }
 
