@@ -1,14 +1,10 @@
 #include "fem_MeshFile.h"
 
+#include "Test.h"
 #include "nex_TextException.h"
 #include "uti_SystemException.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
-#include <cmath>
-#include <memory>
-#include <string>
 
 namespace
 {
@@ -22,12 +18,7 @@ const std::string WHOLE = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n"
 
 std::string Error(const std::string& text)
 {
-    try {
-        fem_MeshFile::Parse(text, "file");
-    } catch (const nex_TextException& error) {
-        return error.what();
-    }
-    return "";
+    return ErrorOf<nex_TextException>([&] { fem_MeshFile::Parse(text, "file"); });
 }
 
 /// WHOLE with one piece replaced.
@@ -60,12 +51,7 @@ TEST(MeshFile, Bodies_become_meshes_of_their_own)
 
 TEST(MeshFile, What_is_wrong_is_said_with_file_and_line)
 {
-    struct Row
-    {
-        std::string text;
-        const char* message;
-    };
-    const Row rows[] = {
+    const std::pair<std::string, const char*> rows[] = {
         {"", "file:0: no $Elements in the file"},
         {With("2.2 0", "4.1 0"), "file:2: only version 2 of the format can be read"},
         {With("2.2 0", "2.2 1"), "file:2: only the ASCII form of the format can be read"},
@@ -85,8 +71,8 @@ TEST(MeshFile, What_is_wrong_is_said_with_file_and_line)
         {With("8 4 3", "8 4 999999999"), "file:20: an element needs 2 to 64 tags"},
         {"stray\n" + WHOLE, "file:1: a section expected"},
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(Error(row.text), row.message);
+    for (const auto& [text, message] : rows) {
+        EXPECT_EQ(Error(text), message);
     }
     for (std::size_t length = 0; length + 2 < WHOLE.size(); ++length) { // the last line ends with or without a break
         EXPECT_NE(Error(WHOLE.substr(0, length)), "") << length;

@@ -6,9 +6,6 @@
 #include "omu_Arguments.h"
 #include "omu_Module.h"
 
-#include <functional>
-#include <vector>
-
 namespace
 {
 
@@ -158,51 +155,31 @@ TEST_F(Stored, A_store_without_a_session_that_the_kernel_reads_is_refused)
 
 TEST_F(Stored, What_does_not_fit_together_is_refused_and_named)
 {
-    struct Row
-    {
-        std::function<void(Content&)> change;
-        const char* message;
-    };
-    const Row rows[] = {
+    const std::pair<void (*)(Content&), const char*> rows[] = {
         {[](Content&) {}, ""},
         {[](Content& c) { c.lastPartId = -1; }, "(Model): parts cannot have had ids up to -1"},
         {[](Content& c) { c.lastPartId = 2147483647; }, "(Model): parts cannot have had ids up to 2147483647"},
         {[](Content& c) { c.id = 0; }, "(Part): a part cannot have the id 0"},
         {[](Content& c) { c.id = 2; }, "(Part): a part cannot have the id 2"},
-        {[](Content& c) {
-             c.nodes = {1, 3, 2, 5};
-         },
-         "(Mesh): node 2 is out of order"},
-        {[](Content& c) {
-             c.nodes = {-1, 2, 3, 5};
-         },
-         "(Mesh): node -1 is out of order"},
+        {[](Content& c) { c.nodes.Set(1, 3); }, "(Mesh): node 3 is out of order"},
+        {[](Content& c) { c.nodes.Set(0, -1); }, "(Mesh): node -1 is out of order"},
         {[](Content& c) { c.coordinates = 13; }, "(Mesh): its arrays differ in length"},
-        {[](Content& c) {
-             c.elements = {7, 8};
-         },
-         "(Mesh): its arrays differ in length"},
+        {[](Content& c) { c.elements.Append(8); }, "(Mesh): its arrays differ in length"},
         {[](Content& c) { c.connectivity[2] = 4; }, "(Mesh): element 7 is out of order, or a node of it is not there"},
         {[](Content& c) { c.material = "TITANIUM"; }, "(Part): its material TITANIUM is not there"},
-        {[](Content& c) {
-             c.run = {2, 7};
-         },
-         "(Set): it has elements of a part that is not there"},
+        {[](Content& c) { c.run.Set(0, 2); }, "(Set): it has elements of a part that is not there"},
         {[](Content& c) { c.run = {}; }, "(Set): it has elements of a part that is not there"},
-        {[](Content& c) {
-             c.run = {1, 8};
-         },
-         "(Set): session.models['m'].parts['part'] has no element 8"},
+        {[](Content& c) { c.run.Set(2, 8); }, "(Set): session.models['m'].parts['part'] has no element 8"},
         {[](Content& c) { c.loaded = "gone"; }, "(Step): there is no set 'gone' for its load"},
     };
-    for (const Row& row : rows) {
+    for (const auto& [change, message] : rows) {
         Content content;
-        row.change(content);
+        change(content);
         const std::string file = File(fem_MODEL, [&](const cls_WriteVisitor& model) { Model(model, content); });
         fem_Session session;
         const std::string said = ErrorOf<nex_TextException>([&] { Call(session, "open", file); });
-        EXPECT_TRUE(said.empty() ? *row.message == '\0' : said.starts_with("'" + file + "' record ")) << said;
-        EXPECT_TRUE(said.ends_with(row.message)) << said << " instead of " << row.message;
+        EXPECT_TRUE(said.empty() ? *message == '\0' : said.starts_with("'" + file + "' record ")) << said;
+        EXPECT_TRUE(said.ends_with(message)) << said << " instead of " << message;
     }
 }
 
