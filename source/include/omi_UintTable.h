@@ -7,7 +7,10 @@
 ///
 /// Ownership:  owns its blocks, not what a pointer value points to; a copy is deep.
 /// Threads:    one thread at a time; any number may read while none writes.
-/// Complexity: Find O(1), three loads that depend on each other; Insert O(1) once the chunk is there, Remove O(1).
+/// Complexity: Find O(1): two loads that depend on each other where the directory leads to the chunk, otherwise six. The
+///             directory takes 8 bytes for a chunk's keys from 0 on, whether the chunk is there or not, up to 128 KiB and 8
+///             bytes a key; chunks that keys were removed from are not in it. Insert O(1) once the chunk is there, Remove
+///             O(1).
 /// Errors:     std::bad_alloc; the table is then as it was.
 /// References: what Find gives dies with its block, when the last key there is removed.
 /// Example:    omi_UintTable<const char*> names; names.Insert(id, "wing"); const char* const* name = names.Find(id);
@@ -28,12 +31,17 @@ public:
     {}
     omi_UintTable(const omi_UintTable& other)
         : m_blocks(other.m_blocks.size()), m_shift(other.m_shift), m_lowMask(other.m_lowMask),
-          m_chunkBits(other.m_chunkBits), m_chunkSlotStep(other.m_chunkSlotStep), m_count(other.m_count)
+          m_chunkBits(other.m_chunkBits), m_chunkSlotStep(other.m_chunkSlotStep), m_count(other.m_count),
+          m_directory(other.m_directory.size())
     {
         for (std::size_t b = 0; b < m_blocks.size(); ++b) {
             if (other.m_blocks[b] != nullptr) {
                 m_blocks[b] = std::make_unique<Block>(*other.m_blocks[b]);
             }
+        }
+        for (std::size_t k = 0; k < m_directory.size(); ++k) {
+            m_directory[k] =
+                other.m_directory[k] != nullptr ? ChunkOf(static_cast<unsigned int>(k << m_chunkBits)) : nullptr;
         }
     }
     omi_UintTable(omi_UintTable&&) noexcept = default;
@@ -45,6 +53,7 @@ public:
         std::swap(m_chunkBits, other.m_chunkBits);
         std::swap(m_chunkSlotStep, other.m_chunkSlotStep);
         std::swap(m_count, other.m_count);
+        m_directory.swap(other.m_directory);
         return *this;
     }
     /// A deep copy; the caller owns it.
@@ -53,7 +62,8 @@ public:
     /// Number of keys.
     unsigned int Count() const noexcept { return m_count; }
     unsigned int BlockSlots() const noexcept { return static_cast<unsigned int>(m_blocks.size()); }
-    /// The block that holds the key, or null when no key falls there.
+    /// The block that holds the key, or null when no key falls there. It is there to be looked at: whoever changes it does
+    /// so behind the table's back.
     Block* FindTableBlock(unsigned int key) const noexcept
     {
         const unsigned int b = key >> m_shift;
@@ -62,6 +72,13 @@ public:
     /// The value of `key`, or null.
     const T* Find(unsigned int key) const noexcept
     {
+        const std::size_t k = key >> m_chunkBits;
+        if (k < m_directory.size() && m_directory[k] != nullptr) {
+            const T* const cell = m_directory[k] + (key & ((1U << m_chunkBits) - 1));
+            if (!IsZero(*cell)) [[likely]] {
+                return cell;
+            }
+        }
         const Block* const block = FindTableBlock(key);
         return block != nullptr ? block->Find(key & m_lowMask) : nullptr;
     }
@@ -73,15 +90,23 @@ public:
         if (b >= m_blocks.size()) {
             m_blocks.resize((b / SLOT_STEP + 1) * SLOT_STEP);
         }
+        const std::size_t k = key >> m_chunkBits;
+        if (k >= m_directory.size() && k < FREE_DIRECTORY + m_count) {
+            m_directory.resize(k + 1);
+        }
+        bool isNew = true;
         if (m_blocks[b] == nullptr) {
             auto block = std::make_unique<Block>(m_chunkSlotStep, m_chunkBits);
             block->Insert(key & m_lowMask, value);
             m_blocks[b] = std::move(block);
-        } else if (!m_blocks[b]->Insert(key & m_lowMask, value)) {
-            return false;
+        } else {
+            isNew = m_blocks[b]->Insert(key & m_lowMask, value);
         }
-        ++m_count;
-        return true;
+        if (k < m_directory.size() && m_directory[k] == nullptr && !m_blocks[b]->HasLeftovers()) {
+            m_directory[k] = ChunkOf(key);
+        }
+        m_count += isNew;
+        return isNew;
     }
     /// False when the key is absent.
     bool Remove(unsigned int key) noexcept
@@ -90,7 +115,13 @@ public:
         if (block == nullptr || !block->Remove(key & m_lowMask)) {
             return false;
         }
-        if (block->Population() == 0) {
+        const bool isEmpty = block->Population() == 0;
+        const unsigned int slotBits = isEmpty ? m_shift - m_chunkBits : 0; // of all of the block's chunks, or of one
+        const std::size_t first = key >> m_chunkBits >> slotBits << slotBits;
+        for (std::size_t k = first; k < std::min(first + (std::size_t{1} << slotBits), m_directory.size()); ++k) {
+            m_directory[k] = nullptr;
+        }
+        if (isEmpty) {
             m_blocks[key >> m_shift].reset();
         }
         --m_count;
@@ -102,6 +133,7 @@ public:
         for (auto& block : m_blocks) {
             block.reset();
         }
+        m_directory.clear();
         m_count = 0;
     }
 
@@ -111,6 +143,22 @@ private:
     static constexpr unsigned int KEY_BITS = 32;
     static constexpr unsigned int INITIAL_SLOTS = 2;
     static constexpr unsigned int SLOT_STEP = 64;
+    static constexpr std::size_t FREE_DIRECTORY = 16384; // entries whatever the number of keys, one more for each
+
+    static bool IsZero(const T& cell) noexcept
+    {
+        if constexpr (std::is_scalar_v<T>) {
+            return cell == T{};
+        } else {
+            constexpr char ZERO[sizeof(T)]{};
+            return std::memcmp(&cell, ZERO, sizeof(T)) == 0;
+        }
+    }
+    /// The cells of the chunk with a key that is there.
+    const T* ChunkOf(unsigned int key) const noexcept
+    {
+        return m_blocks[key >> m_shift]->Chunk((key & m_lowMask) >> m_chunkBits);
+    }
 
     std::vector<std::unique_ptr<Block>> m_blocks; // null where no key falls; otherwise of at least one key
     unsigned int m_shift;                         // key >> m_shift is the block
@@ -118,4 +166,7 @@ private:
     unsigned int m_chunkBits;
     unsigned int m_chunkSlotStep;
     unsigned int m_count = 0;
+    // The chunk of each 2^m_chunkBits keys from 0 on, as far as it reaches, or null. Invariant: a cell there that is not
+    // all zero is occupied, so that its bit need not be looked at.
+    std::vector<const T*> m_directory;
 };

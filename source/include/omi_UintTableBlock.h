@@ -19,6 +19,8 @@ public:
           m_wordsOffset(WordsOffset(this->Bits()))
     {}
 
+    /// True when a cell that is not occupied may keep the value that it had.
+    bool HasLeftovers() const noexcept { return m_hasLeftovers; }
     /// Number of occupied cells.
     unsigned int Population() const noexcept { return m_population; }
 
@@ -47,6 +49,7 @@ public:
         if (Find(cell) == nullptr) {
             return false;
         }
+        m_hasLeftovers = true;
         WordOf(cell) &= ~BitOf(cell);
         --m_population;
         return true;
@@ -55,6 +58,7 @@ public:
     {
         omi_BlockedArray<T>::Clear();
         m_population = 0;
+        m_hasLeftovers = false;
     }
 
     /// The occupied cells among the 64 (fewer in a smaller chunk) that share a word with `cell`, as bits; `cells` is set
@@ -114,4 +118,5 @@ private:
 
     std::size_t m_wordsOffset; // bytes from a chunk's start to its bits
     unsigned int m_population = 0;
+    bool m_hasLeftovers = false;
 };

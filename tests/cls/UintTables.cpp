@@ -31,6 +31,8 @@ void Check(const Table& table, const std::map<unsigned int, unsigned int>& model
     ASSERT_EQ(Walk(each, false), Items(model.rbegin(), model.rend()));
     each.First();
     for (auto entry = model.begin(); entry != model.end(); ++entry) { // back and forth again
+        const unsigned int* const found = table.Find(entry->first);
+        ASSERT_TRUE(found != nullptr && *found == entry->second) << entry->first;
         each.Next();
         if (!each.IsDone()) {
             each.Previous();
