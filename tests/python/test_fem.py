@@ -98,6 +98,9 @@ def test_materials_and_steps_take_constants(model):
     part = model.createPart("a", MESH, body=1)
     with pytest.raises(ValueError, match="parts\\['a'\\] has no material"):
         part.mass()
+    for create in model.createSet, model.createMaterial:  # a name, and a constant that is not a boolean one
+        with pytest.raises(TypeError, match=r"\[0\]; found number, expecting "):
+            create(1)
     with pytest.raises(KeyError, match="materials has no 'STEEL'"):
         part.material = steel
     with pytest.raises(vexomu.RangeError, match="density must be a Float > 0.0"):

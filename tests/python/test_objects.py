@@ -7,6 +7,7 @@ import subprocess
 import sys
 import weakref
 
+import numpy
 import pytest
 
 import vexomu
@@ -19,13 +20,25 @@ def test_a_call_reaches_the_method_with_all_its_values():
     assert shelf.call(3, 2.5, "abc", flag=False) == (3, 2.5, "abc", 0, 0)
 
 
-@pytest.mark.parametrize("arguments, keywords, message", [
-    (("x", 1.0, "a"), {}, "call[0]; found string, expecting int32"),
-    ((1, 1.0, "a"), {"labels": [1, "b"]}, "call['labels']; found list, expecting sequence of Integers"),
+@pytest.mark.parametrize("call, message", [
+    (lambda: shelf.call("x", 1.0, "a"), "call[0]; found string, expecting int32"),
+    (lambda: shelf.call(2**31, 1.0, "a"), "call[0]; found number, expecting int32"),
+    (lambda: shelf.call(numpy.float64(2.0), 1.0, "a"), "call[0]; found number, expecting int32"),
+    (lambda: shelf.call(count=1.5), "call['count']; found number, expecting number"),
+    (lambda: shelf.call(1, width="x"), "call['width']; found string, expecting number"),
+    (lambda: shelf.call(1, 1.0, "a", labels=[1, "b"]), "call['labels']; found list, expecting sequence of Integers"),
+    (lambda: shelf.call(1, 1, "", labels=("a",)), "call['labels']; found sequence of Strings, expecting sequence of Integers"),
+    (lambda: shelf.call(1, 1.0, "a", flag=2), "call['flag']; found number, expecting 0 or 1"),
+    (lambda: shelf.holds(1), "holds[0]; found number, expecting Box"),
+    (lambda: shelf.holds(box=shelf), "holds['box']; found Shelf, expecting Box"),
+    (lambda: shelf.constant(2), "constant[0]; found number, expecting ON or OFF"),
+    (lambda: shelf.constant(vexomu.TRUE), "constant[0]; found TRUE, expecting ON or OFF"),
+    (lambda: shelf.constant(vexomu.Constant("ON\0")), "constant[0]; found ON\0, expecting ON or OFF"),
+    (lambda: shelf.constant(value=vexomu.Constant("MAYBE")), "constant['value']; found MAYBE, expecting ON or OFF"),
 ])
-def test_argument_errors_are_type_errors_with_exact_texts(arguments, keywords, message):
+def test_argument_errors_are_type_errors_with_exact_texts(call, message):
     with pytest.raises(TypeError) as caught:
-        shelf.call(*arguments, **keywords)
+        call()
     assert str(caught.value) == message
 
 
