@@ -132,7 +132,8 @@ def test_help_shows_the_parameters(model):
     assert str(inspect.signature(model.createSet)) == "(name, elements={})"
     part = model.createPart("a", MESH, body=1)
     assert str(inspect.signature(part.qualityHistogram)) == "(bins=10, limits=(0.0, 1.0))"
-    assert str(inspect.signature(part.volume)) == "()"
+    assert str(inspect.signature(model.parts.changeKey)) == "(fromName, toName)"
+    assert str(inspect.signature(part.volume)) + part.volume.__doc__ == "()Volume of all elements."
 
 
 def test_the_demo_ends_well():

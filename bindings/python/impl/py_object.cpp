@@ -314,7 +314,7 @@ std::size_t ParametersLength(std::string_view description, std::string_view name
     return 0;
 }
 
-/// The words of a description, behind the signature or the "-> type" that may stand before them.
+/// The words of a description, behind the signature or the "-> type" that may stand before them; a sentence of their own.
 PyObject* DescriptorDoc(PyObject* self, void*)
 {
     const std::string_view description = DescriptionOf(self);
@@ -324,7 +324,11 @@ PyObject* DescriptorDoc(PyObject* self, void*)
         return pyText(description);
     }
     const std::size_t colon = description.find(": ", parameters != 0 ? name.size() + parameters : 0);
-    return pyText(colon != std::string_view::npos ? description.substr(colon + 2) : std::string_view());
+    std::string words(colon != std::string_view::npos ? description.substr(colon + 2) : std::string_view());
+    if (!words.empty() && words[0] >= 'a' && words[0] <= 'z') {
+        words[0] = static_cast<char>(words[0] - 'a' + 'A');
+    }
+    return pyText(words);
 }
 
 PyObject* DescriptorDescription(PyObject* self, void*)

@@ -81,22 +81,22 @@ void fem_Model::Describe()
 {
     static constexpr methodTable methods[] = {
         {"createMaterial",
-         "createMaterial(name: vexomu.Constant, density: float, elasticModulus: float = 0.0) -> Material: in t/mm3 and "
-         "MPa.",
+         "createMaterial(name: vexomu.Constant, density: float, elasticModulus: float = 0.0) -> Material: density in "
+         "t/mm3, modulus in MPa.",
          omu_AsMethod<&fem_Model::CreateMaterial>},
         {"createPart",
          "createPart(name: str, path: str | os.PathLike[str], body: int = 0) -> Part: reads one body of a mesh file, "
          "or all with body 0.",
          omu_AsMethod<&fem_Model::CreatePart>},
         {"createSet",
-         "createSet(name: str, elements: dict[str, collections.abc.Sequence[int]] = {}) -> Set: of labels by the name "
-         "of a part.",
+         "createSet(name: str, elements: dict[str, collections.abc.Sequence[int]] = {}) -> Set: a set of elements, "
+         "given as labels by the name of a part.",
          omu_AsMethod<&fem_Model::CreateSet>},
         {"createStep",
-         "createStep(name: str, procedure: vexomu.Constant, loads: dict[str, float] = {}) -> Step: with pressures by "
-         "the name of a set.",
+         "createStep(name: str, procedure: vexomu.Constant, loads: dict[str, float] = {}) -> Step: loads are "
+         "pressures by the name of a set.",
          omu_AsMethod<&fem_Model::CreateStep>},
-        {"deletePart", "deletePart(name: str) -> None: takes its elements out of all sets, too.",
+        {"deletePart", "deletePart(name: str) -> None: its elements leave all sets, too.",
          omu_AsMethod<&fem_Model::DeletePart>},
         {},
     };

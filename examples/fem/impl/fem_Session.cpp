@@ -40,8 +40,9 @@ fem_Session::fem_Session()
     static constexpr methodTable methods[] = {
         {"bodies", "bodies(path: str | os.PathLike[str]) -> tuple[int, ...]: the numbers of the bodies in a mesh file.",
          omu_AsMethod<&fem_Session::Bodies>},
-        {"createModel", "createModel(name: str) -> Model: a new one, empty.", omu_AsMethod<&fem_Session::CreateModel>},
-        {"deleteModel", "deleteModel(name: str) -> None: with all that is in it.",
+        {"createModel", "createModel(name: str) -> Model: a new model, empty.",
+         omu_AsMethod<&fem_Session::CreateModel>},
+        {"deleteModel", "deleteModel(name: str) -> None: all that is in it goes, too.",
          omu_AsMethod<&fem_Session::DeleteModel>},
         {"open",
          "open(path: str | os.PathLike[str], readOnly: bool = False) -> tuple[str, ...]: replaces all models by those "

@@ -73,7 +73,7 @@ void fem_Step::DBWrite(const cls_WriteVisitor& visitor, fem_Save& save) const
 void fem_Step::Describe()
 {
     static constexpr methodTable methods[] = {
-        {"createField", "createField(name: str, description: str = '') -> Field: a new one, empty.",
+        {"createField", "createField(name: str, description: str = '') -> Field: a new field, empty.",
          omu_AsMethod<&fem_Step::CreateField>},
         {},
     };

@@ -79,12 +79,15 @@ template <class K>
 omu_DictIntObjABC<K>::omu_DictIntObjABC(omu_OperationRules rules) : omu_InterfaceObj(rules, omu_NO_PYTHON_TYPE)
 {
     static constexpr methodTable methods[] = {
-        {"keys", "The keys.", omu_AsMethod<&omu_DictIntObjABC::MyKeys>},
-        {"items", "Pairs of key and object.", omu_AsMethod<&omu_DictIntObjABC::MyItems>},
-        {"values", "The objects.", omu_AsMethod<&omu_DictIntObjABC::MyVals>},
-        {"changeKey", "Gives the object under fromName the key toName.", omu_AsMethod<&omu_DictIntObjABC::MyChangeKey>},
-        {"has_key", "Whether there is such a key.", omu_AsMethod<&omu_DictIntObjABC::MyHasKey>},
-        {"summary", "How to learn what is in it.", omu_AsMethod<&omu_DictIntObjABC::MySummary>},
+        {"keys", "keys() -> list[Any]: the keys.", omu_AsMethod<&omu_DictIntObjABC::MyKeys>},
+        {"items", "items() -> list[tuple[Any, Any]]: pairs of key and object.",
+         omu_AsMethod<&omu_DictIntObjABC::MyItems>},
+        {"values", "values() -> list[Any]: the objects.", omu_AsMethod<&omu_DictIntObjABC::MyVals>},
+        {"changeKey", "changeKey(fromName: Any, toName: Any): gives the object under the one key the other.",
+         omu_AsMethod<&omu_DictIntObjABC::MyChangeKey>},
+        {"has_key", "has_key(key: Any) -> int: 1 when there is such a key.",
+         omu_AsMethod<&omu_DictIntObjABC::MyHasKey>},
+        {"summary", "summary(): how to learn what is in it.", omu_AsMethod<&omu_DictIntObjABC::MySummary>},
         {},
     };
     DescribeType("Repository", methods, nullptr);
