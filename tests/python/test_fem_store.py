@@ -126,7 +126,7 @@ def test_a_save_that_fails_leaves_file_and_session(small, tmp_path):
     room = resource.getrlimit(resource.RLIMIT_FSIZE)
     resource.setrlimit(resource.RLIMIT_FSIZE, (file.stat().st_size, room[1]))
     try:
-        with pytest.raises(RuntimeError, match=f"'{file}' cannot be "):
+        with pytest.raises(RuntimeError, match=f"'{file}' cannot be written"):
             session.save()
         with pytest.raises(RuntimeError, match="fresh' cannot be "):
             session.save(tmp_path / "fresh")

@@ -177,6 +177,11 @@ TEST_F(Reliability, Damage_is_reported_or_harmless)
     Tamper("UPDATE setting SET value = 3 WHERE name = 'next'"); // would be given to another record again
     EXPECT_EQ(Said([&] { Open().Begin(); }),
               "'" + Path() + "' is damaged: its setting 'next' is the number of a record");
+    Put(whole);
+    std::ofstream(Path() + "-journal") << "left by a process that was killed";
+    EXPECT_EQ(Read(), "'" + Path() + "' holds a save that was cut short: open it to write, which takes that back");
+    Open();
+    EXPECT_EQ(Read(), "nothing");
     Put("a text, and no database");
     EXPECT_EQ(Read(), "'" + Path() + "' is not a store: it is a file of another format");
     Put("");

@@ -66,6 +66,10 @@ TEST_F(Tool, Shows_what_is_stored_and_only_what_differs)
         EXPECT_EQ(Vexstore(arguments), expected) << arguments;
     }
     EXPECT_EQ(Vexstore("show " + a).first, 2);
+    if (std::filesystem::exists("/dev/null")) {
+        EXPECT_EQ(Vexstore("check /dev/null").second,
+                  "vexstore: '/dev/null' is not a store: it is a device or a pipe\n");
+    }
     const auto exported = Vexstore("export " + a);
     EXPECT_EQ(exported.first, 0);
     EXPECT_NE(exported.second.find("{\"key\": \"loads\", \"kind\": \"array of double\", \"values\": [1.5, -2]}"),

@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <sqlite3.h>
 
 namespace
@@ -46,6 +47,11 @@ void Distrust(sqlite3* handle) noexcept
 sql_Connection::sql_Connection(const std::string& file, Mode mode, int busyMilliseconds)
     : m_file(file), m_process(VEXCRT::ProcessId()), m_busyMilliseconds(busyMilliseconds)
 {
+    // A pipe would be waited for, a device overwritten.
+    if (std::error_code ignored; std::filesystem::is_other(file, ignored)) {
+        const std::string text = "'" + file + "' is not a store: it is a device or a pipe";
+        nex_TextException(text.c_str()).Throw(SOURCE, __LINE__);
+    }
     const int code = sqlite3_open_v2(FileName(file).c_str(), &m_handle, OpenFlags(mode) | SQLITE_OPEN_NOMUTEX, nullptr);
     try {
         if (code != SQLITE_OK) {
@@ -105,6 +111,11 @@ void sql_Connection::Fail(const std::string& what) const
     case SQLITE_CORRUPT:
         text += "is damaged: " + what + ": " + sqlite3_errmsg(m_handle);
         break;
+    case SQLITE_READONLY:
+        text += code == SQLITE_READONLY_ROLLBACK || code == SQLITE_READONLY_RECOVERY
+                    ? "holds a save that was cut short: open it to write, which takes that back"
+                    : what + ": " + sqlite3_errmsg(m_handle);
+        break;
     case SQLITE_NOTADB:
         text += "is not a store: " + std::string(sqlite3_errmsg(m_handle));
         break;
@@ -160,7 +171,8 @@ void sql_Rows::Run()
 void sql_Rows::Check(int code) const
 {
     if (code != SQLITE_OK) {
-        const bool isRead = m_statement.m_handle == nullptr || sqlite3_stmt_readonly(m_statement.m_handle) != 0;
+        const std::string_view text = m_statement.m_text;
+        const bool isRead = text.starts_with("SELECT") || text.starts_with("PRAGMA");
         m_statement.m_connection.Fail(isRead ? "cannot be read" : "cannot be written");
     }
 }

@@ -37,9 +37,9 @@ std::unique_ptr<fem_ModelFile> fem_ModelFile::OpenOrCreate(const cow_String& pat
 {
     const std::string file = Text(uti_PreCheckFile(path, uti_ACCESS_WRITE));
     std::error_code error;
-    const auto size = std::filesystem::file_size(file, error);
-    const bool isNew = error || size == 0;
-    sql_Store store = isNew ? sql_Store::Create(file, registrar) : sql_Store::Open(file, registrar);
+    const bool isNew = !std::filesystem::exists(file, error);
+    const bool isEmpty = isNew || std::filesystem::is_empty(file, error);
+    sql_Store store = isEmpty ? sql_Store::Create(file, registrar) : sql_Store::Open(file, registrar);
     return std::unique_ptr<fem_ModelFile>(new fem_ModelFile(path, isNew, std::move(store)));
 }
 
