@@ -15,59 +15,55 @@ std::string Name(Field field)
     return std::string(field.FieldName().view());
 }
 
-class RecordingWriter : public MementoWriteDouble
+struct RecordingWriter : MementoWriteDouble
 {
-public:
-    RecordingWriter(Texts& log, bool refuses = false) : m_log(log), m_refuses(refuses) {}
-    ~RecordingWriter() override { m_log.emplace_back("gone"); }
+    RecordingWriter(Texts& where, bool refusal = false) : log(where), refuses(refusal) {}
+    ~RecordingWriter() override { log.emplace_back("gone"); }
 
     int FieldIsPresent(Field field) override { return field.FieldName() == "known" ? 7 : 0; }
     cls_MementoWrite* MakeFieldWriter(Field field, std::uint32_t classId, const cls_Uid&,
                                       const cls_PayloadHolder* payload) override
     {
-        m_log.push_back("field '" + Name(field) + "' class " + std::to_string(classId) +
-                        (payload != nullptr ? " payload" : ""));
-        return m_refuses ? nullptr : new RecordingWriter(m_log);
+        return Note("field '" + Name(field) + "' class " + std::to_string(classId) + (payload ? " payload" : ""));
     }
     cls_MementoWrite* MakeElementWriter(std::uint32_t element, const cls_Uid&) override
     {
-        m_log.push_back("element " + std::to_string(element));
-        return m_refuses ? nullptr : new RecordingWriter(m_log);
+        return Note("element " + std::to_string(element));
     }
     void CheckCollectionType(cls_CollectionType type, Field field) override
     {
-        m_log.push_back("check " + std::to_string(type) + " '" + Name(field) + "'");
+        log.push_back("check " + std::to_string(type) + " '" + Name(field) + "'");
+    }
+    cls_MementoWrite* Note(const std::string& call) const
+    {
+        log.push_back(call);
+        return refuses ? nullptr : new RecordingWriter(log);
     }
 
-private:
-    Texts& m_log;
-    bool m_refuses;
+    Texts& log;
+    bool refuses;
 };
 
 struct Request : cls_AgentRequest
 {
-    explicit Request(Texts& target) : log(target) {}
+    explicit Request(const RecordingWriter& collection) : target(collection) {}
     cls_MementoWrite* MakeWriteObj(std::uint32_t classId, const cls_Uid&) const override
     {
-        log.push_back("request class " + std::to_string(classId));
-        return new RecordingWriter(log);
+        return target.Note("request class " + std::to_string(classId));
     }
-    Texts& log;
+    const RecordingWriter& target;
 };
 
-class RecordingReader : public MementoReadDouble
+struct RecordingReader : MementoReadDouble
 {
-public:
-    explicit RecordingReader(Texts& log, const char* id = "r") : m_log(log), m_id(id) {}
-    ~RecordingReader() override { m_log.push_back("gone " + m_id); }
+    explicit RecordingReader(Texts& where, const std::string& name = "r") : log(where), id(name) {}
+    ~RecordingReader() override { log.push_back("gone " + id); }
+    cow_String DbId() override { return id.c_str(); }
+    cls_MementoRead* MakeFieldReader(Field field) override { return new RecordingReader(log, Name(field)); }
+    cls_MementoRead* Clone() override { return new RecordingReader(log, "clone"); }
 
-    cow_String DbId() override { return m_id.c_str(); }
-    cls_MementoRead* MakeFieldReader(Field field) override { return new RecordingReader(m_log, Name(field).c_str()); }
-    cls_MementoRead* Clone() override { return new RecordingReader(m_log, "clone"); }
-
-private:
-    Texts& m_log;
-    std::string m_id;
+    Texts& log;
+    const std::string id;
 };
 
 const cls_FieldHandle FIELD("part");
@@ -78,8 +74,9 @@ TEST(WriteVisitor, Asks_for_a_record_once_and_in_the_order_request_element_field
     const cls_Uid uid = cls_Uid::AllocateUid();
     Texts log;
     {
-        const cls_WriteVisitor root(new RecordingWriter(log));
-        const Request request(log);
+        auto* const record = new RecordingWriter(log);
+        const cls_WriteVisitor root(record);
+        const Request request(*record);
         const cls_WriteVisitor requested(request);
         const cls_WriteVisitor element(root, 0);
         const cls_WriteVisitor sentinel(root, cls_WriteVisitor::NO_ELEMENT);
@@ -101,13 +98,15 @@ TEST(WriteVisitor, A_refused_record_refuses_what_is_inside_it)
 {
     const cls_Uid uid = cls_Uid::AllocateUid();
     Texts log;
-    const cls_WriteVisitor root(new RecordingWriter(log, /*refuses=*/true));
+    auto* const record = new RecordingWriter(log, /*refuses=*/true);
+    const cls_WriteVisitor root(record);
     const cls_WriteVisitor field(root, FIELD, nullptr);
     const cls_WriteVisitor inner(field, FIELD, nullptr);
     EXPECT_EQ(field.StartWrite(9, uid), 0);
     EXPECT_EQ(inner.StartWrite(9, uid), 0);
     inner.CheckCollectionType(cls_COLLECTION_ARRAY);
-    EXPECT_EQ(log, Texts({"field 'part' class 9"}));
+    EXPECT_EQ(cls_WriteVisitor(Request(*record)).StartWrite(8, uid), 0);
+    EXPECT_EQ(log, Texts({"field 'part' class 9", "request class 8"}));
     EXPECT_EQ(cls_WriteVisitor(static_cast<cls_MementoWrite*>(nullptr)).StartWrite(9, uid), 0);
 }
 
