@@ -66,16 +66,11 @@ cow_List<cow_String> SplitPath(const cow_String& text)
     return components;
 }
 
-cow_String JoinPath(const omu_PrimPath& path)
+/// The path's text without the quotes.
+cow_String PathText(const omu_PrimPath& path)
 {
-    cow_String text;
-    for (const cow_String& component : path.Components()) {
-        if (!text.IsEmpty()) {
-            text.Append('.');
-        }
-        text += component;
-    }
-    return text;
+    const cow_String quoted = path.AsString(0);
+    return quoted.Substring(1, quoted.Length() - 1);
 }
 
 omu_PrimHolder FromText(PyObject* value)
@@ -405,7 +400,7 @@ PyObject* pyToPython(const omu_Primitive* value)
     case 'c':
         return ToTextKind(PyTextKind::CONSTANT, static_cast<const omu_PrimEnumBase&>(*value).GetString().view());
     case 'p':
-        return ToTextKind(PyTextKind::PATH, JoinPath(static_cast<const omu_PrimPath&>(*value)).view());
+        return ToTextKind(PyTextKind::PATH, PathText(static_cast<const omu_PrimPath&>(*value)).view());
     case 't':
         return ToTextKind(PyTextKind::TYPE_NAME, static_cast<const omu_PrimType&>(*value).GetName().view());
     case '<':
