@@ -2,6 +2,8 @@
 
 import math
 import pathlib
+import subprocess
+import sys
 
 import numpy
 import pytest
@@ -60,6 +62,18 @@ def test_numeric_arrays_keep_shape_kind_and_elements_and_outlive_the_value(array
     back = [shelf.echo(array), shelf.echo(array * 2)][0]
     assert isinstance(back, numpy.ndarray) and back.dtype == array.dtype.newbyteorder("=") and back.shape == array.shape
     assert (back == array).all()
+
+
+def test_without_numpy_an_array_is_a_buffer():
+    program = """
+import array, sys
+sys.modules["numpy"] = None
+from probe import shelf
+back = shelf.echo(array.array("d", [1, 2.5]))
+print(back, memoryview(back).tolist(), shelf.echo(back), shelf.echo(memoryview(bytes(1001))))
+"""
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert run.stdout == "array([1.0, 2.5], 'd') [1.0, 2.5] array([1.0, 2.5], 'd') <vexomu.Array of 1001 elements>\n"
 
 
 def test_integer_arrays_of_other_widths_become_int32_or_overflow():

@@ -311,6 +311,17 @@ void Dealloc(PyObject* self)
     Py_DECREF(type);
 }
 
+/// As a script makes it; of many elements only how many there are.
+PyObject* Repr(PyObject* self)
+{
+    constexpr int MOST_SHOWN = 1000;
+    const omu_PrimArray& array = Of(self).array;
+    if (array.ConstGetNumElements() > MOST_SHOWN) {
+        return PyUnicode_FromFormat("<%s of %d elements>", Py_TYPE(self)->tp_name, array.ConstGetNumElements());
+    }
+    return pyGuard(static_cast<PyObject*>(nullptr), [&] { return pyText(array.AsString(0).view()); });
+}
+
 /// The array as a vexomu.Array; null with a Python error set.
 PyObject* NewArrayObject(const omu_PrimArray& array)
 {
@@ -557,6 +568,7 @@ bool pyAddArrayType(PyObject* module)
 {
     PyType_Slot slots[] = {
         {Py_tp_dealloc, reinterpret_cast<void*>(Dealloc)},
+        {Py_tp_repr, reinterpret_cast<void*>(Repr)},
         {Py_bf_getbuffer, reinterpret_cast<void*>(GetBuffer)},
         {Py_tp_methods, methods},
         {Py_tp_doc, const_cast<char*>("A numeric array of the kernel; memoryview and numpy read it in place.")},
