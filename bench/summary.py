@@ -58,6 +58,7 @@ GOALS = [
     ),
     *((f"runs compressed, {keys}", f"compress/{keys}/kernel", [f"compress/{keys}/map"], None) for keys in ("gaps", "sparse")),
     ("1 million array elements read in order", "array_read_kernel", ["array_read_vector"], None),
+    ("the same in a function that is given the array", "array_read_elsewhere_kernel", ["array_read_elsewhere_vector"], None),
     ("1 million array elements changed in order", "array_write_kernel", ["array_write_vector"], None),
     ("1 million array elements appended", "array_append_kernel", ["array_append_vector"], None),
     ("100,000 array elements read in random order", "array_anywhere_kernel", ["array_anywhere_vector"], None),
