@@ -59,10 +59,7 @@ protected:
     /// the file has to be as it was, or sound with the first commit, or `stamp` where nothing was thrown.
     template <class F> void RefuseEachIn(F work, int stamp)
     {
-        {
-            sql_Store store = Create();
-            Model(1).Save(store, BOX);
-        }
+        Model(1).Save(Create(), BOX);
         const std::string first = Bytes();
         long settled = 0; // blocks in use, once the pools are filled
         int thrown = 0;
@@ -95,7 +92,7 @@ protected:
     }
 };
 
-TEST_F(AllocationFaults, A_save_fails_as_a_whole)
+TEST_F(AllocationFaults, A_save_fails_as_a_whole_and_a_first_one_leaves_the_array_in_memory)
 {
     ASSERT_TRUE(IS_SQLITE_WATCHED);
     RefuseEachIn(
@@ -107,10 +104,7 @@ TEST_F(AllocationFaults, A_save_fails_as_a_whole)
             model.Save(store, BOX);
         },
         2);
-}
-
-TEST_F(AllocationFaults, A_first_save_leaves_the_array_in_memory)
-{
+    std::filesystem::remove(Path());
     RefuseEachIn(
         [&] {
             sql_Store store = Open();

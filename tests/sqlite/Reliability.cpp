@@ -83,10 +83,7 @@ protected:
 
 TEST_F(Reliability, Every_fault_of_the_file_system_is_an_error_and_leaves_the_last_commit)
 {
-    {
-        sql_Store store = Create();
-        Model(1).Save(store, BOX);
-    }
+    Model(1).Save(Create(), BOX);
     const std::string before = Bytes();
     for (const int code : {SQLITE_IOERR_WRITE, SQLITE_FULL}) {
         bool hasWorked = false;
@@ -129,10 +126,7 @@ TEST_F(Reliability, Every_fault_of_the_file_system_is_an_error_and_leaves_the_la
 
 TEST_F(Reliability, Damage_is_reported_or_harmless)
 {
-    {
-        sql_Store store = Create();
-        Model(1).Save(store, BOX);
-    }
+    Model(1).Save(Create(), BOX);
     const std::string whole = Bytes();
     ASSERT_EQ(Read(), "nothing");
     std::mt19937 random(5);
@@ -195,10 +189,7 @@ TEST_F(Reliability, Damage_is_reported_or_harmless)
 
 TEST_F(Reliability, A_newer_writer_leaves_the_file_readable_and_a_reader_cannot_write)
 {
-    {
-        sql_Store store = Create();
-        Model(1).Save(store, BOX);
-    }
+    Model(1).Save(Create(), BOX);
     Travel("arrays.vx");
     Tamper("UPDATE setting SET value = 2 WHERE name = 'writer'");
     EXPECT_EQ(Said([&] { Open(); }),
@@ -215,10 +206,7 @@ TEST_F(Reliability, A_newer_writer_leaves_the_file_readable_and_a_reader_cannot_
 
 TEST_F(Reliability, Pages_in_the_log_of_another_program_are_read)
 {
-    {
-        sql_Store store = Create();
-        Model(1).Save(store, BOX);
-    }
+    Model(1).Save(Create(), BOX);
     sqlite3* other = nullptr;
     ASSERT_EQ(sqlite3_open(Path().c_str(), &other), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(
@@ -251,10 +239,7 @@ TEST_F(Reliability, A_killed_save_leaves_the_last_commit)
 {
     constexpr int kills = 200;
     std::mt19937 random(11);
-    {
-        sql_Store store = Create();
-        Model(0).Save(store, BOX);
-    }
+    Model(0).Save(Create(), BOX);
     int last = 0;
     for (int round = 0; round < kills; ++round) {
         int pipes[2];

@@ -334,12 +334,7 @@ TYPED_TEST(StoredArray, Pages_and_survives_commit_rollback_and_reopening)
         for (int i = 0; i < COUNT; ++i) {
             array.Append(this->Value(i));
         }
-        const auto save = [&] {
-            this->Save(store, [&](const cls_WriteVisitor& visitor) {
-                array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
-            });
-        };
-        save();
+        this->SaveField(store, "array", array);
         store.Commit();
         array.Get(3000) = this->Value(1);
         array.Append(this->Value(2));
@@ -349,16 +344,14 @@ TYPED_TEST(StoredArray, Pages_and_survives_commit_rollback_and_reopening)
         store.Rollback();
         EXPECT_EQ(array.Snap(), 1);
         EXPECT_EQ(array.ConstGet(0), this->Value(0));
-        save();
-        const std::vector<TypeParam> more(3000, this->Value(3));
+        this->SaveField(store, "array", array);
         std::unique_ptr<TypeParam[]> block(new TypeParam[3000]);
         std::fill_n(block.get(), 3000, this->Value(3));
         array.AppendBlock(block.get(), 3000);
         store.Commit();
     }
     sql_Store store = this->Open();
-    const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-    cls_ArrayPrim<TypeParam> array(cls_ReadVisitor(record->MakeFieldReader(Field("array"))));
+    const auto array = this->template ReadField<cls_ArrayPrim<TypeParam>>(store, "array");
     ASSERT_EQ(array.Size(), COUNT + 1 + 3000);
     for (int i = 0; i < array.Size(); ++i) {
         const int expected = i == 3000 ? 1 : i < COUNT ? i : i == COUNT ? 2 : 3;
@@ -422,8 +415,7 @@ TEST_F(StoreTest, Arrays_keep_their_values_in_memory_and_in_every_place_of_two_s
             });
             ASSERT_EQ(said, fails ? "it fails" : "nothing") << "step " << step;
             for (int i = 0; i < 3 && !fails; ++i) {
-                const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-                const cls_ArrayPrim<int> read(cls_ReadVisitor(record->MakeFieldReader(Field(places[i]))));
+                const auto read = ReadField<cls_ArrayPrim<int>>(store, places[i]);
                 ASSERT_TRUE(holds(read, saved[i] != nullptr ? saved[i]->model : std::vector<int>()))
                     << places[i] << " at step " << step;
             }
@@ -438,8 +430,7 @@ TEST_F(StoreTest, Arrays_keep_their_values_in_memory_and_in_every_place_of_two_s
         late.Append(i);
     }
     const auto save = [&](sql_Store&& store) {
-        Save(store,
-             [&](const cls_WriteVisitor& visitor) { late.DBWrite(cls_WriteVisitor(visitor, Field("a"), nullptr)); });
+        SaveField(store, "a", late);
         store.Commit();
     };
     save(Create("third.vx"));
@@ -448,10 +439,7 @@ TEST_F(StoreTest, Arrays_keep_their_values_in_memory_and_in_every_place_of_two_s
 
 TEST_F(StoreTest, Arrays_on_one_list_leave_it_sound_and_see_what_the_others_appended)
 {
-    const auto open = [](sql_Store& store) {
-        const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-        return cls_ArrayPrim<int>(cls_ReadVisitor(record->MakeFieldReader(Field("array"))));
-    };
+    const auto open = [](sql_Store& store) { return ReadField<cls_ArrayPrim<int>>(store, "array"); };
     sql_Store store = Create();
     const int values[3000] = {};
     Save(store, [&](const cls_WriteVisitor& visitor) {

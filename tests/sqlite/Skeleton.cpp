@@ -17,9 +17,7 @@ TEST_F(StoreTest, The_engine_in_the_documentation_keeps_a_model)
         array.DBWrite(cls_WriteVisitor(visitor, cls_FieldHandle("array"), nullptr));
     });
     store.Commit();
-    const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-    EXPECT_EQ(Part(cls_ReadVisitor(record->MakeFieldReader(cls_FieldHandle("part")))).weight, 4);
-    EXPECT_EQ(cls_ArrayPrim<double>(cls_ReadVisitor(record->MakeFieldReader(cls_FieldHandle("array")))).ConstGet(4999),
-              4999);
+    EXPECT_EQ(ReadField<Part>(store, "part").weight, 4);
+    EXPECT_EQ(ReadField<cls_ArrayPrim<double>>(store, "array").ConstGet(4999), 4999);
 }
 } // namespace

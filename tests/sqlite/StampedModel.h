@@ -23,6 +23,7 @@ struct Model
             array.Get(i) = stamp;
         }
     }
+    void Save(sql_Store&& store, std::uint32_t classId) const { Save(store, classId); }
     void Save(sql_Store& store, std::uint32_t classId) const
     {
         store.WriteRoot("model", [&](const cls_WriteVisitor& visitor) {

@@ -112,6 +112,17 @@ protected:
             fill(visitor);
         });
     }
+    /// Saves a Box with just an object in a field, and reads the object back.
+    template <class T> void SaveField(sql_Store& store, const char* field, const T& object)
+    {
+        Save(store, [&](const cls_WriteVisitor& visitor) {
+            object.DBWrite(cls_WriteVisitor(visitor, cls_FieldHandle(field), nullptr));
+        });
+    }
+    template <class T> static T ReadField(sql_Store& store, const char* field)
+    {
+        return T(cls_ReadVisitor(cls_ReadVisitor(store.OpenRoot("box")), cls_FieldHandle(field)));
+    }
     static std::unique_ptr<Part> ReadPart(sql_Store& store, const char* name = "part")
     {
         return std::unique_ptr<Part>(static_cast<Part*>(store.ReadRoot(name)));

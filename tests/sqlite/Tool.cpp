@@ -91,8 +91,7 @@ TEST_F(Tool, Check_finds_and_recover_names_what_is_lost)
     EXPECT_NE(recovered.second.find("lost: values 2048 to 4999 of record 6"), std::string::npos) << recovered.second;
     EXPECT_EQ(Vexstore("check " + Path("c")), std::make_pair(0, Path("c") + ": 3 records, no faults\n"));
     sql_Store store = Open("c");
-    const std::unique_ptr<cls_MementoRead> record(store.OpenRoot("box"));
-    EXPECT_EQ(Part(cls_ReadVisitor(record->MakeFieldReader(Field("part")))).weight, 2.5);
+    EXPECT_EQ(ReadField<Part>(store, "part").weight, 2.5);
     SaveModel("b", -1);
     Tamper("UPDATE class SET type = 0 WHERE name = 'Part'; UPDATE root SET name = char(27)", "b");
     EXPECT_EQ(Vexstore("recover " + Path("b") + " " + Path("d")).first, 1);
