@@ -54,25 +54,19 @@ TEST(BackwardCompat, The_environment_decides)
 
 TEST(TypeRegistryCache, Registers_a_name_once_and_owns_what_is_kept_there)
 {
-    static int alive;
-    alive = 0;
-    struct Kept : omu_PrimString
-    {
-        Kept() : omu_PrimString("kept") { ++alive; }
-        ~Kept() override { --alive; }
-    };
+    const int before = Part::Living();
     auto& cache = omi_Singleton<omu_TypeRegistryCache>::Instance();
     EXPECT_FALSE(cache.IsRegistered("Kept"));
     EXPECT_TRUE(cache.RegisterTypeName("Kept"));
     EXPECT_EQ(cache.Find("Kept"), nullptr);
-    cache.Keep("Kept", new Kept);
+    cache.Keep("Kept", new Part);
     EXPECT_FALSE(cache.RegisterTypeName("Kept"));
     EXPECT_NE(cache.Find("Kept"), nullptr);
-    cache.Keep("Kept", new Kept);
-    cache.Keep("Other", new Kept);
-    EXPECT_EQ(alive, 2);
+    cache.Keep("Kept", new Part);
+    cache.Keep("Other", new Part);
+    EXPECT_EQ(Part::Living(), before + 2);
     omi_SingletonBase<omu_TypeRegistryCache>::Finalize();
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(Part::Living(), before);
     EXPECT_FALSE(omi_Singleton<omu_TypeRegistryCache>::Instance().IsRegistered("Kept"));
 }
 
