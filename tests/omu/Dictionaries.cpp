@@ -130,17 +130,14 @@ TEST(Dictionaries, Text_kinds_and_keys_of_which_an_absent_one_is_an_assertion)
 
 TEST(Dictionaries, Equality_is_that_of_class_keys_and_values)
 {
-    Strings one;
+    Strings one, other, nan;
     one.Put(1, "a");
-    Strings other;
     EXPECT_FALSE(one == other);
     other.Put(1.0, "a");
     EXPECT_TRUE(one == other);
     other.Put(2, "a");
     EXPECT_FALSE(one == other);
-    EXPECT_FALSE(Ints() == Strings());
-    EXPECT_FALSE(one == Tuple({"a"}));
-    Strings nan;
+    EXPECT_FALSE(Ints() == Strings() || one == Tuple({"a"}));
     nan.Put(std::numeric_limits<double>::quiet_NaN(), "a");
     EXPECT_FALSE(nan == Strings(nan));
 }

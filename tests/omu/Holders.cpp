@@ -70,8 +70,7 @@ TEST(Holders, Release_gives_an_object_of_its_own)
     EXPECT_NE(tuple.get(), other.ConstGet());
     EXPECT_TRUE(*tuple == *other);
     EXPECT_EQ(string->AsString(0), cow_String("'") + LONG_TEXT + "'");
-    EXPECT_TRUE(shared.IsNull() && text.IsNull());
-    EXPECT_EQ(omu_PrimHolder().Release(), nullptr);
+    EXPECT_TRUE(shared.IsNull() && text.IsNull() && omu_PrimHolder().Release() == nullptr);
 }
 
 TEST(Holders, Every_kind_takes_the_place_of_every_other)

@@ -51,8 +51,7 @@ TEST(Sequences, Repeat_and_concat_copy_items_in_order)
 {
     const omu_PrimTuple tuple = Tuple({1, "a"});
     EXPECT_EQ(TextAndDelete(tuple.Repeat(2)), "(1, 'a', 1, 'a')");
-    EXPECT_EQ(TextAndDelete(tuple.Repeat(0)), "()");
-    EXPECT_EQ(TextAndDelete(tuple.Repeat(LOWEST)), "()");
+    EXPECT_EQ(TextAndDelete(tuple.Repeat(0)) + TextAndDelete(tuple.Repeat(LOWEST)), "()()");
     EXPECT_EQ(TextAndDelete(Tuple({}).Repeat(HIGHEST)), "()");
     EXPECT_THROW(tuple.Repeat(HIGHEST), std::bad_alloc);
     EXPECT_EQ(TextAndDelete(List({1}).Repeat(2)), "[1, 1]");
@@ -74,10 +73,8 @@ TEST(Sequences, Equality_is_that_of_class_length_and_items)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_TRUE(Tuple({1, "a"}) == Tuple({1.0, "a"}));
-    EXPECT_FALSE(Tuple({1}) == Tuple({1, 1}));
-    EXPECT_FALSE(Tuple({1}) == Tuple({"1"}));
-    EXPECT_FALSE(Tuple({1}) == List({1}));
-    EXPECT_FALSE(Tuple({1}) == omu_PrimArray(Tuple({1})));
+    EXPECT_FALSE(Tuple({1}) == Tuple({1, 1}) || Tuple({1}) == Tuple({"1"}));
+    EXPECT_FALSE(Tuple({1}) == List({1}) || Tuple({1}) == omu_PrimArray(Tuple({1})));
     EXPECT_TRUE(List({Tuple({})}) == List({Tuple({})}));
     const omu_PrimTuple tuple = Tuple({nan});
     EXPECT_FALSE(tuple == omu_PrimTuple(tuple)) << "a NaN equals nothing, shared or not";

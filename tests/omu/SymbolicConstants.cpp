@@ -58,9 +58,8 @@ TEST(Constant, Names_of_the_booleans_are_exact)
         EXPECT_FALSE(truth.SetValue(wrong)) << (wrong != nullptr ? wrong : "null");
     }
     EXPECT_EQ(truth.GetString(), "TRUE");
-    EXPECT_FALSE(power.SetValue("on"));
     EXPECT_STREQ(omu_PrimBool<2>::Name(1), "OFF");
-    EXPECT_FALSE(omu_PrimBool<2>::Value(1));
+    EXPECT_FALSE(power.SetValue("on") || omu_PrimBool<2>::Value(1));
     EXPECT_FALSE(omu_PrimBool<1>("FALSE").GetValue()) << "a literal is a name";
     for (const cow_String& unknown : {cow_String("false"), cow_String("TRUE\0", 5)}) {
         EXPECT_EQ(ErrorOf<omu_ValueErrorException>([&] { omu_PrimBool<1>{unknown}; }),
@@ -84,10 +83,8 @@ TEST(Constant, Rows_name_values_and_types_and_names_are_compared)
               "REPLACE, UNION, INTERSECTION, DIFFERENCE or SYMMETRIC_DIFFERENCE");
     EXPECT_EQ(omu_PrimEnumBase("ANY").TypeString(), "ANY");
 
-    EXPECT_EQ(OneShape("QUAD"), ThreeShapes("QUAD"));
-    EXPECT_EQ(omu_PrimBool<2>(true), omu_PrimEnumBase("ON"));
-    EXPECT_NE(omu_PrimEnumBase("ON"), omu_PrimEnumBase("On"));
-    EXPECT_NE(omu_PrimEnumBase(), omu_PrimNone());
+    EXPECT_TRUE(OneShape("QUAD") == ThreeShapes("QUAD") && omu_PrimBool<2>(true) == omu_PrimEnumBase("ON"));
+    EXPECT_TRUE(omu_PrimEnumBase("ON") != omu_PrimEnumBase("On") && omu_PrimEnumBase() != omu_PrimNone());
 }
 
 TEST(Constant, Copies_share_the_identity_and_what_is_read_has_its_own)
