@@ -44,9 +44,13 @@ void CheckAll(const Table& table, const std::map<unsigned int, unsigned int>& mo
     ASSERT_FALSE(table.GetEntry(pos, key, value));
 }
 
-std::string Header(double growth, unsigned int capacity, unsigned int count)
+std::string Bytes(double growth, unsigned int capacity, unsigned int count, std::initializer_list<unsigned int> pairs)
 {
-    return BytesOf(16U) + BytesOf(growth) + BytesOf(capacity) + BytesOf(count);
+    std::string bytes = BytesOf(16U) + BytesOf(growth) + BytesOf(capacity) + BytesOf(count);
+    for (const unsigned int number : pairs) {
+        bytes += BytesOf(number);
+    }
+    return bytes;
 }
 } // namespace
 
@@ -220,25 +224,18 @@ TEST(Varray, Random_operations_agree_with_a_vector)
 
 TEST(TableStream, Damage_is_refused_with_its_place)
 {
-    const auto pairs = [](std::vector<unsigned int> numbers) {
-        std::string bytes;
-        for (const unsigned int number : numbers) {
-            bytes += BytesOf(number);
-        }
-        return bytes;
-    };
     const std::string growth = "a growth factor that is not above 1 at offset 4";
     const std::string order = "table keys that do not ascend at offset ";
     const std::tuple<const char*, std::string, std::string> rows[] = {
-        {"fine", Header(1.5, 4294967295U, 2) + pairs({1, 5, 4294967295U, 6}), ""},
-        {"slow growth", Header(1.0000001, 0, 2) + pairs({1, 5, 2, 6}), ""},
-        {"growth 1", Header(1, 16, 0), growth},
-        {"growth NaN", Header(NOT_A_NUMBER, 16, 0), growth},
-        {"growth infinite", Header(HUGE_VAL, 16, 0), growth},
-        {"count", Header(2, 16, 3) + pairs({1, 5, 2, 6}), "a count larger than the rest of the stream at offset 16"},
-        {"key 0", Header(2, 16, 2) + pairs({0, 5, 2, 6}), order + "20"},
-        {"key twice", Header(2, 16, 2) + pairs({2, 5, 2, 6}), order + "28"},
-        {"descending", Header(2, 16, 2) + pairs({2, 5, 1, 6}), order + "28"}};
+        {"fine", Bytes(1.5, 4294967295U, 2, {1, 5, 4294967295U, 6}), ""},
+        {"slow growth", Bytes(1.0000001, 0, 2, {1, 5, 2, 6}), ""},
+        {"growth 1", Bytes(1, 16, 0, {}), growth},
+        {"growth NaN", Bytes(NOT_A_NUMBER, 16, 0, {}), growth},
+        {"growth infinite", Bytes(HUGE_VAL, 16, 0, {}), growth},
+        {"count", Bytes(2, 16, 3, {1, 5, 2, 6}), "a count larger than the rest of the stream at offset 16"},
+        {"key 0", Bytes(2, 16, 2, {0, 5, 2, 6}), order + "20"},
+        {"key twice", Bytes(2, 16, 2, {2, 5, 2, 6}), order + "28"},
+        {"descending", Bytes(2, 16, 2, {2, 5, 1, 6}), order + "28"}};
     for (const auto& [name, bytes, refusal] : rows) {
         Table table;
         table.Add(8, 80);
@@ -260,7 +257,7 @@ TEST(TableStream, Damage_is_refused_with_its_place)
     EXPECT_EQ(ReadFrom(BytesOf(array), sameArray), "");
     EXPECT_EQ(BytesOf(sameTable), BytesOf(table));
     EXPECT_EQ(BytesOf(sameArray), BytesOf(array));
-    EXPECT_NE(ReadFrom(Header(2, 16, 1000000000), array), "");
+    EXPECT_NE(ReadFrom(Bytes(2, 16, 1000000000, {}), array), "");
     EXPECT_EQ(array.Length(), 500U);
 
     ReadFrom(std::get<1>(rows[1]), table);
