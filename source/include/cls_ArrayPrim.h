@@ -140,9 +140,9 @@ private:
     using Holder = cow_CountedHld<Buffer>;
     using Blocks = cow_1DArray<Holder>; // in order, null where none was made
 
-    // The block of the last access, to which the next one mostly goes too. Its first `readable` elements may be read
-    // and its first `writable` ones written without further ado; both count the free place behind the last element.
-    // `writable` is not 0 only while no other array shares the block and it is marked dirty.
+    // The block of the last access, to which the next one mostly goes too. `readable` and `writable` are its size or 0:
+    // an index up to the length that falls within may be read, or written, without further ado. `writable` is not 0 only
+    // while no other array shares the block and it is marked dirty. It starts at the length at most.
     struct Current
     {
         T* elements = nullptr;
@@ -165,7 +165,6 @@ private:
     void AppendSlowly(const T& value, const Texts& texts);
 
     int CountFrom(int start) const noexcept;
-    unsigned ReachFrom(int start) const noexcept;
     void SetCurrent(int start, Buffer& buffer, bool writable) const noexcept;
     Buffer* Held(int start) const noexcept;
     Buffer* PageIn(int start, int stored) const;
@@ -205,23 +204,21 @@ template <class T> inline void cls_ArrayPrim<T>::Append(const T& value)
 template <class T> inline const T& cls_ArrayPrim<T>::ConstGetWith(int index, const Texts& texts) const
 {
     const unsigned offset = m_current.OffsetOf(index);
-    return offset < m_current.readable ? m_current.elements[offset] : ConstGetSlowly(index, texts);
+    return offset < m_current.readable && index <= m_length ? m_current.elements[offset] : ConstGetSlowly(index, texts);
 }
 
 template <class T> inline T& cls_ArrayPrim<T>::GetWith(int index, const Texts& texts)
 {
     const unsigned offset = m_current.OffsetOf(index);
-    return offset < m_current.writable ? m_current.elements[offset] : GetSlowly(index, texts);
+    return offset < m_current.writable && index <= m_length ? m_current.elements[offset] : GetSlowly(index, texts);
 }
 
 template <class T> inline void cls_ArrayPrim<T>::AppendWith(const T& value, const Texts& texts)
 {
     const unsigned offset = m_current.OffsetOf(m_length);
-    if (offset < m_current.writable && offset < Buffer::SIZE - 1) {
+    if (offset + 1 < m_current.writable) {
         m_current.elements[offset] = value;
         ++m_length;
-        m_current.readable = offset + 2;
-        m_current.writable = offset + 2;
     } else {
         AppendSlowly(value, texts);
     }

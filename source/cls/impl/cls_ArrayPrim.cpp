@@ -283,8 +283,6 @@ template <class T> void cls_ArrayPrim<T>::AppendSlowly(const T& value, const Tex
     T copy(value); // the value may be an element of a block that now goes
     GetSlowly(m_length, texts) = std::move(copy);
     ++m_length;
-    m_current.readable = ReachFrom(m_current.start);
-    m_current.writable = m_current.readable;
 }
 
 template <class T> void cls_ArrayPrim<T>::AppendBlock(const T* values, int count)
@@ -420,16 +418,10 @@ template <class T> int cls_ArrayPrim<T>::CountFrom(int start) const noexcept
     return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{m_length} - start, 0, Buffer::SIZE));
 }
 
-/// As CountFrom, and the free place behind them if the block has one.
-template <class T> unsigned cls_ArrayPrim<T>::ReachFrom(int start) const noexcept
-{
-    return static_cast<unsigned>(std::min(Buffer::SIZE - 1, m_length - start)) + 1;
-}
-
 template <class T> void cls_ArrayPrim<T>::SetCurrent(int start, Buffer& buffer, bool writable) const noexcept
 {
-    const unsigned reach = ReachFrom(start);
-    m_current = {.elements = buffer.elements, .start = start, .readable = reach, .writable = writable ? reach : 0};
+    const unsigned size = Buffer::SIZE;
+    m_current = {.elements = buffer.elements, .start = start, .readable = size, .writable = writable ? size : 0};
 }
 
 /// Stores the resident block if it was changed; nothing of it may be left when the array was shortened.
