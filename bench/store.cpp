@@ -148,7 +148,7 @@ public:
         Sqlite file(Fresh("sqlite"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
                     "PRAGMA page_size = 8192; PRAGMA synchronous = FULL; PRAGMA cache_size = -16384;"
                     "CREATE TABLE block(id INTEGER PRIMARY KEY, checksum INTEGER NOT NULL, data BLOB NOT NULL); BEGIN",
-                    "INSERT INTO block VALUES (?, 0, ?)");
+                    "INSERT INTO block VALUES (?, 1234567890123456789, ?)");
         double block[BLOCK];
         for (int first = 0; first < COUNT; first += BLOCK) {
             const int count = Fill(first, block);

@@ -122,6 +122,11 @@ sql_RecordFile::sql_RecordFile(const std::string& file, Mode mode, int busyMilli
             sqlite3_db_config(m_db.Handle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
             m_db.Execute("PRAGMA writable_schema = ON");
         }
+        if (mode == Mode::CREATE) {
+            // A page of 8192 bytes holds half a block of doubles: little of it is left over. It comes first: SQLite counts
+            // the size of its cache in the pages that it has when it is told.
+            m_db.Execute("PRAGMA page_size = 8192");
+        }
         m_db.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -16384; PRAGMA temp_store = MEMORY");
         if (mode == Mode::CREATE) {
             MakeSchema();
@@ -162,8 +167,7 @@ sql_RecordFile::~sql_RecordFile()
 
 void sql_RecordFile::MakeSchema()
 {
-    // A page of 8192 bytes holds half a block of doubles: little of it is left over.
-    m_db.Execute("PRAGMA page_size = 8192; PRAGMA encoding = 'UTF-8'; PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE");
+    m_db.Execute("PRAGMA encoding = 'UTF-8'; PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE");
     if (Pragma("SELECT count(*) FROM sqlite_schema") != 0) {
         Throw("'" + Name() + "' cannot be created: another process made it meanwhile", __LINE__);
     }
