@@ -27,6 +27,17 @@ struct Slot
 [[gnu::tls_model("initial-exec")]] constinit thread_local Slot* slots = nullptr;
 [[gnu::tls_model("initial-exec")]] constinit thread_local std::uint32_t slotCount = 0;
 
+// Known after the first question, 0 before it and in a new child: stores ask at every operation, and the system's answer
+// takes longer than some of those.
+constinit std::atomic<std::uint32_t> processId = 0;
+
+void ForgetProcessId()
+{
+    processId.store(0, std::memory_order_relaxed);
+}
+
+const bool isForkWatched = pthread_atfork(nullptr, nullptr, &ForgetProcessId) == 0;
+
 constexpr bool IsReserved(std::uint32_t reservation)
 {
     return reservation % 2 != 0;
@@ -90,7 +101,15 @@ bool crt_detail::SetPendingSteps(std::uintptr_t steps) noexcept
 
 std::uint32_t VEXCRT::ProcessId() noexcept
 {
-    return static_cast<std::uint32_t>(getpid());
+    const std::uint32_t known = processId.load(std::memory_order_relaxed);
+    if (known != 0) {
+        return known;
+    }
+    const auto id = static_cast<std::uint32_t>(getpid());
+    if (isForkWatched) {
+        processId.store(id, std::memory_order_relaxed);
+    }
+    return id;
 }
 
 std::optional<std::string> VEXCRT::GetEnvironment(const char* name)
