@@ -254,6 +254,32 @@ TEST_F(StoreTest, An_agent_of_objects_changes_a_stored_list_in_place)
     EXPECT_NE(Said([&] { agent->MakeReader(agent->Size()); }), "nothing");
 }
 
+TEST_F(StoreTest, An_agent_of_a_list_that_was_rolled_back_meets_no_other_programs_records)
+{
+    Create();
+    std::unique_ptr<cls_AgentListObj> agents[2];
+    const auto save = [&](sql_Store& store, std::unique_ptr<cls_AgentListObj>& agent) {
+        Save(store, [&](const cls_WriteVisitor& visitor) { agent.reset(visitor.Memento()->MakeObjListAgent()); });
+        Part("one").DBWrite(cls_WriteVisitor(cls_AgentRequestListObj(agent.get(), 0)));
+    };
+    sql_Store store = Open();
+    save(store, agents[0]);
+    store.Rollback();
+    sql_Store other = Open();
+    save(other, agents[1]);
+    other.Commit();
+    const Part part("two");
+    const std::function<void()> calls[] = {
+        [&] { agents[0]->IsChanged(); },
+        [&] { agents[0]->MakeReader(0); },
+        [&] { part.DBWrite(cls_WriteVisitor(cls_AgentRequestListObj(agents[0].get(), 0))); },
+        [&] { agents[0]->Clear(); },
+    };
+    for (const auto& call : calls) {
+        EXPECT_NE(Said(call).find("it was removed, or never committed"), std::string::npos) << Said(call);
+    }
+}
+
 /// Puts parts under random keys of a map that an agent serves, and takes them out.
 template <class K, class Agent> void ExpectMapFollows(Agent& agent, sql_Store& store, const std::vector<K>& keys)
 {

@@ -30,12 +30,21 @@ protected:
 
     sql_Record Head() const
     {
+        RequireThere();
         const auto head = m_session->Reading().FindRecord(m_record);
         if (!head) {
-            Fail("it was removed, or never committed");
+            FailGone();
         }
         return *head;
     }
+    /// Where the record was rolled back, its number may have become that of another program's.
+    void RequireThere() const
+    {
+        if (m_stored->isGone) {
+            FailGone();
+        }
+    }
+    [[noreturn]] void FailGone() const { Fail("it was removed, or never committed"); }
     /// Goes by what is stored, whoever stored it.
     void Follow(const sql_Record& head) noexcept
     {
@@ -162,6 +171,7 @@ private:
         if (IsUndone()) {
             Fail("changes of the array were rolled back, and it has not followed by Snap()");
         }
+        RequireThere();
     }
     /// How many values the block that starts at `start` holds.
     int Stored(int start) const noexcept { return std::clamp(m_stored->length - start, 0, SIZE); }
@@ -359,7 +369,11 @@ protected:
         const sql_NodePtr node = Object(key);
         return node != nullptr ? new sql_MementoRead(node) : nullptr;
     }
-    sql_Session::Open Open() { return m_session->OpenStored(m_record, m_depth); }
+    sql_Session::Open Open()
+    {
+        RequireThere();
+        return m_session->OpenStored(m_record, m_depth);
+    }
     cls_MementoWrite* Write(const sql_Key& key, std::uint32_t classId, const cls_Uid& uid)
     {
         const sql_Session::Open open = Open();
@@ -482,7 +496,7 @@ private:
 template <class K> cow_1DArray<K> MapAgent<K>::Keys()
 {
     std::vector<K> keys;
-    for (const auto& [key, cell] : m_session->Reading().Rows(m_record)) {
+    for (const auto& [key, cell] : m_session->Reading().Rows(Head().id)) {
         if (key.IsNumber() != std::is_same_v<K, int>) {
             Fail("the key " + key.AsString() + " is of the wrong type");
         }

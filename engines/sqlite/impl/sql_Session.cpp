@@ -122,7 +122,7 @@ void sql_Session::Begin()
     }
     records.BeginWrite();
     m_isWriting = true;
-    m_committed = m_next;
+    m_committed = std::numeric_limits<std::int64_t>::max(); // no number was given out yet
     try {
         LoadClasses();
         m_next = std::max(m_next, records.NextNumber());
@@ -170,16 +170,28 @@ void sql_Session::Forget() noexcept
     m_deferred = nullptr;
     if (std::exchange(m_isWriting, false)) {
         m_cache.Clear();
-        // Numbers given out since the Begin may become those of other objects.
-        for (auto next = m_identities.begin(); next != m_identities.end();) {
-            sql_Identity* const identity = next->second;
-            ++next; // erasing one leaves the other iterators valid
-            if (identity->number >= m_committed) {
-                delete identity;
-            }
-        }
+        ForgetNewRecords();
         Settle(/*isCommitted=*/false);
     }
+}
+
+/// Numbers given out since the Begin may become those of other objects.
+void sql_Session::ForgetNewRecords() noexcept
+{
+    for (auto next = m_identities.begin(); next != m_identities.end();) {
+        sql_Identity* const identity = next->second;
+        ++next; // erasing one leaves the other iterators valid
+        if (identity->number >= m_committed) {
+            delete identity;
+        }
+    }
+    std::erase_if(m_stored, [this](const auto& known) {
+        const auto& [record, noted] = known;
+        if (const auto stored = noted.lock(); stored != nullptr && record >= m_committed) {
+            stored->isGone = true;
+        }
+        return record >= m_committed || noted.expired();
+    });
 }
 
 void sql_Session::BeginSave()

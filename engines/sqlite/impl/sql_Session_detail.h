@@ -78,6 +78,7 @@ struct sql_Stored
     int length = 0;
     std::int64_t revision = 0;   // of the record when it was last looked at
     bool isBeingWritten = false; // the length may be ahead of the record's
+    bool isGone = false;         // the record was rolled back
 };
 
 /// The state of an open store between its records and the mementos: transactions, classes, identities, what is open.
@@ -193,6 +194,7 @@ private:
     void Finish(sql_OpenRecord& open);
     void FinishRows(sql_OpenRecord& open);
     void Forget() noexcept;
+    void ForgetNewRecords() noexcept;
     /// Brings arrays that are still in use into memory: their record goes.
     void TakeIn(std::int64_t record);
 
