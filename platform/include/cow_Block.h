@@ -2,9 +2,11 @@
 
 #include "VEXutl_export.h"
 #include "thr_RefCount.h"
+#include "utl_BlockPool.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 /// Memory of a shared run of items: this header, then room for `capacity` of them. It knows their size but not their
 /// type; who uses it makes, moves and destroys them.
@@ -20,7 +22,17 @@ struct VEXUTL_API cow_Block
     std::int32_t step; // room grows by multiples of this many items
 
     /// A block without items and with room for at least `capacity`.
-    static cow_Block* New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step);
+    static cow_Block* New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step)
+    {
+        const std::int32_t items = step > 1 ? RoundedUp(capacity, step) : capacity;
+        // Multiplying is cheaper than dividing here, and cannot overflow while the item is smaller than this.
+        constexpr std::size_t CHECKED_BYTES = MAX_BYTES / (std::size_t{MAX_ITEMS} + 1);
+        if (itemBytes >= CHECKED_BYTES &&
+            static_cast<std::size_t>(items) > (MAX_BYTES - sizeof(cow_Block)) / itemBytes) {
+            TooLong();
+        }
+        return ::new (utl_BlockPool::Allocate(BlockBytes(items, itemBytes))) cow_Block(items, step);
+    }
     /// Frees a block whose items are gone.
     static void Free(cow_Block* block, std::size_t itemBytes) noexcept;
 
@@ -39,6 +51,15 @@ struct VEXUTL_API cow_Block
     }
 
 private:
+    static constexpr std::size_t MAX_BYTES = SIZE_MAX / 2; // objects no larger than a pointer difference can tell
+
+    static std::size_t BlockBytes(std::int32_t capacity, std::size_t itemBytes)
+    {
+        return sizeof(cow_Block) + static_cast<std::size_t>(capacity) * itemBytes;
+    }
+    /// `wanted` rounded up to a multiple of `step`, or to the last item that can be counted.
+    static std::int32_t RoundedUp(std::int32_t wanted, std::int32_t step);
+    [[noreturn]] static void TooLong();
     static void ReportOutside();
     cow_Block(std::int32_t itemsThatFit, std::int32_t growthStep) : capacity(itemsThatFit), step(growthStep) {}
 };

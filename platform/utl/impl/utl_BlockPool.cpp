@@ -6,6 +6,7 @@
 #include <atomic>
 #include <mutex>
 #include <new>
+#include <span>
 #include <utility>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -16,16 +17,14 @@
 #define UTL_PASS_THROUGH false
 #endif
 
+using utl_detail::FreeBlock;
+using utl_detail::FreeList;
+
 namespace
 {
 constexpr std::size_t GRAIN = 16;
 constexpr std::size_t CLASSES = utl_BlockPool::MAX_POOLED_BYTES / GRAIN;
 static_assert(__STDCPP_DEFAULT_NEW_ALIGNMENT__ <= GRAIN);
-
-struct FreeBlock
-{
-    FreeBlock* next;
-};
 
 /// The first block of a batch: a list of blocks that no thread keeps.
 struct Batch : FreeBlock
@@ -86,112 +85,97 @@ Store& TheStore()
     return thr_GlobalSingleton<Store>::Instance();
 }
 
-struct FreeList
-{
-    FreeBlock* first = nullptr;
-    std::size_t room = 0; // how many more blocks it may keep there
-    FreeBlock* spare = nullptr;
-    std::size_t spareCount = 0; // at least as many as are in `spare`; as many as make a batch go to the store
-};
-
-struct Pool
-{
-    FreeList lists[CLASSES];
-};
-
-// What a thread has before its own pool and after it: without blocks and without room, so never written.
-constinit Pool noPoolYet;
-constinit Pool noPoolAnyMore;
+// What a thread has before lists of its own and after them: without blocks and without room, so never written.
+constinit FreeList noListsYet[CLASSES];
+constinit FreeList noListsAnyMore[CLASSES];
+} // namespace
 
 #if defined(_WIN32)
+namespace
+{
 // A thread_local variable would be gone before the thread's end is told to its callbacks.
-constinit std::atomic<std::uint32_t> poolIndex{TLS_OUT_OF_INDEXES};
+constinit std::atomic<std::uint32_t> listsIndex{TLS_OUT_OF_INDEXES};
 
-inline Pool& Current() noexcept
+bool SetThreadLists(FreeList* lists) noexcept
 {
-    void* const pool = VEXCRT::TlsGetValue(poolIndex.load(std::memory_order_relaxed));
-    return pool ? *static_cast<Pool*>(pool) : noPoolYet;
-}
-
-bool SetCurrent(Pool& pool) noexcept
-{
-    if (poolIndex == TLS_OUT_OF_INDEXES) {
+    if (listsIndex == TLS_OUT_OF_INDEXES) {
         const std::uint32_t index = VEXCRT::TlsAlloc();
         std::uint32_t none = TLS_OUT_OF_INDEXES;
-        if (!poolIndex.compare_exchange_strong(none, index)) {
+        if (!listsIndex.compare_exchange_strong(none, index)) {
             VEXCRT::TlsFree(index); // another thread was faster
         }
     }
-    return VEXCRT::TlsSetValue(poolIndex, &pool);
+    return VEXCRT::TlsSetValue(listsIndex, lists);
+}
+} // namespace
+
+FreeList* utl_detail::ThreadLists() noexcept
+{
+    void* const lists = VEXCRT::TlsGetValue(listsIndex.load(std::memory_order_relaxed));
+    return lists ? static_cast<FreeList*>(lists) : noListsYet;
 }
 #else
-[[gnu::tls_model("initial-exec")]] constinit thread_local Pool* current = &noPoolYet;
+constinit thread_local FreeList* utl_detail::threadLists = noListsYet;
 
-inline Pool& Current() noexcept
+namespace
 {
-    return *current;
-}
-
-bool SetCurrent(Pool& pool) noexcept
+bool SetThreadLists(FreeList* lists) noexcept
 {
-    current = &pool;
+    utl_detail::threadLists = lists;
     return true;
 }
+} // namespace
 #endif
 
-void EndPool()
+namespace
 {
-    Pool& pool = Current();
-    SetCurrent(noPoolAnyMore);
+void EndLists()
+{
+    FreeList* const lists = utl_detail::ThreadLists();
+    SetThreadLists(noListsAnyMore);
     for (std::size_t sizeClass = 0; sizeClass < CLASSES; ++sizeClass) {
-        for (FreeBlock* const batch : {pool.lists[sizeClass].first, pool.lists[sizeClass].spare}) {
+        for (FreeBlock* const batch : {lists[sizeClass].first, lists[sizeClass].spare}) {
             if (batch) {
                 TheStore().Give(batch, sizeClass);
             }
         }
     }
-    delete &pool;
+    delete[] lists;
 }
 
-/// Gives the calling thread its pool; without one every block comes from the store and goes back there.
-void StartPool() noexcept
+/// Gives the calling thread its lists; without them every block comes from the store and goes back there.
+void StartLists() noexcept
 {
-    Pool* const pool = new (std::nothrow) Pool;
-    if (!pool) {
+    auto* const lists = new (std::nothrow) FreeList[CLASSES];
+    if (!lists) {
         return;
     }
-    for (FreeList& list : pool->lists) {
+    for (FreeList& list : std::span(lists, CLASSES)) {
         list.room = utl_BlockPool::MAX_KEPT_BLOCKS;
     }
-    if (!SetCurrent(*pool)) {
-        delete pool;
-    } else if (!VEXCRT::RunAtThreadEnd(VEXCRT::ThreadEndStep::MEMORY, &EndPool)) {
-        EndPool();
+    if (!SetThreadLists(lists)) {
+        delete[] lists;
+    } else if (!VEXCRT::RunAtThreadEnd(VEXCRT::ThreadEndStep::MEMORY, &EndLists)) {
+        EndLists();
     }
 }
 
-inline bool IsPooled(std::size_t sizeClass) noexcept
+bool IsPooled(std::size_t sizeClass) noexcept
 {
     return !UTL_PASS_THROUGH && sizeClass < CLASSES;
 }
 
-// Wraps around for no bytes at all, which is no class either.
-inline std::size_t SizeClass(std::size_t bytes) noexcept
-{
-    return (bytes - 1) / GRAIN;
-}
-
-/// The list of the thread's own pool, or null when it has none; starts one if it never had.
+/// The list of the thread's own, or null when it has none; starts them if it never had any.
 FreeList* OwnList(std::size_t sizeClass) noexcept
 {
-    if (&Current() == &noPoolYet) {
-        StartPool();
+    if (utl_detail::ThreadLists() == noListsYet) {
+        StartLists();
     }
-    const bool isOwn = &Current() != &noPoolYet && &Current() != &noPoolAnyMore;
-    return isOwn ? &Current().lists[sizeClass] : nullptr;
+    FreeList* const lists = utl_detail::ThreadLists();
+    return lists != noListsYet && lists != noListsAnyMore ? &lists[sizeClass] : nullptr;
 }
 
-[[gnu::noinline]] void* AllocateFromSpare(std::size_t sizeClass)
+void* AllocateFromSpare(std::size_t sizeClass)
 {
     FreeList* const list = OwnList(sizeClass);
     if (!list) {
@@ -211,7 +195,7 @@ FreeList* OwnList(std::size_t sizeClass) noexcept
     return block;
 }
 
-[[gnu::noinline]] void FreeWithoutRoom(void* block, std::size_t sizeClass) noexcept
+void FreeWithoutRoom(void* block, std::size_t sizeClass) noexcept
 {
     FreeList* const list = OwnList(sizeClass);
     if (!list) {
@@ -233,37 +217,18 @@ FreeList* OwnList(std::size_t sizeClass) noexcept
 constexpr std::size_t utl_BlockPool::MAX_POOLED_BYTES;
 constexpr std::size_t utl_BlockPool::MAX_KEPT_BLOCKS;
 
-void* utl_BlockPool::Allocate(std::size_t bytes)
+void* utl_BlockPool::AllocateOther(std::size_t bytes)
 {
     const std::size_t sizeClass = SizeClass(bytes);
-    if (!IsPooled(sizeClass)) {
-        return ::operator new(bytes);
-    }
-    FreeList& list = Current().lists[sizeClass];
-    FreeBlock* const block = list.first;
-    if (!block) {
-        return AllocateFromSpare(sizeClass);
-    }
-    list.first = block->next;
-    ++list.room;
-    return block;
+    return IsPooled(sizeClass) ? AllocateFromSpare(sizeClass) : ::operator new(bytes);
 }
 
-void utl_BlockPool::Free(void* block, std::size_t bytes) noexcept
+void utl_BlockPool::FreeOther(void* block, std::size_t bytes) noexcept
 {
     const std::size_t sizeClass = SizeClass(bytes);
     if (!IsPooled(sizeClass)) {
         ::operator delete(block);
-        return;
-    }
-    if (!block) {
-        return;
-    }
-    FreeList& list = Current().lists[sizeClass];
-    if (list.room == 0) {
+    } else if (block) {
         FreeWithoutRoom(block, sizeClass);
-        return;
     }
-    --list.room;
-    list.first = new (block) FreeBlock{list.first};
 }
