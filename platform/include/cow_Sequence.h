@@ -109,14 +109,26 @@ public:
     /// All items for writing; null when there are none.
     T* Write()
     {
+        if (m_block == nullptr) {
+            return nullptr;
+        }
         Detach();
-        return ItemsOf(m_block);
+        return reinterpret_cast<T*>(m_block + 1);
     }
+    /// The same, but null also when another holder has the same memory.
+    T* WriteUnshared() noexcept { return IsUnshared() ? reinterpret_cast<T*>(m_block + 1) : nullptr; }
 
     void Append(T value)
     {
         MakeRoom(1);
         Construct(m_block->length, std::move(value));
+    }
+    /// Makes an item at the end, of what is no part of the sequence.
+    template <class... Args> void Emplace(Args&&... args)
+    {
+        MakeRoom(1);
+        ::new (static_cast<void*>(ItemsOf(m_block) + m_block->length)) T(std::forward<Args>(args)...);
+        ++m_block->length;
     }
     /// Appends all of `items`, which may be this sequence; moves them when nobody else holds them.
     void AppendAll(cow_Sequence items)

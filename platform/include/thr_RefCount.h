@@ -49,6 +49,16 @@ public:
     /// Drops one holder; true when it was the last one.
     bool Lower() noexcept
     {
+        if (m_count.load(std::memory_order_acquire) == 1) {
+            m_count.store(0, std::memory_order_relaxed); // no other holder is left to raise it
+            return true;
+        }
+        return LowerShared();
+    }
+
+private:
+    bool LowerShared() noexcept
+    {
         if (thr_IsSingleThreaded()) {
             const std::uint32_t left = m_count.load(std::memory_order_relaxed) - 1;
             m_count.store(left, std::memory_order_relaxed);
@@ -57,6 +67,5 @@ public:
         return m_count.fetch_sub(1, std::memory_order_acq_rel) == 1;
     }
 
-private:
     std::atomic<std::uint32_t> m_count;
 };
