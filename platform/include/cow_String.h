@@ -131,7 +131,7 @@ public:
     {
         // Equal buffers are one short text, or one shared long one.
         return std::memcmp(left.m_buffer, right.m_buffer, sizeof left.m_buffer) == 0 ||
-               ((left.IsHeap() || right.IsHeap()) && left.view() == right.view());
+               ((left.IsHeap() || right.IsHeap()) && left.EqualsSlowly(right));
     }
     friend bool operator==(const cow_String& left, std::string_view right) noexcept { return left.view() == right; }
     friend bool operator==(const cow_String& left, const char* right) noexcept
@@ -173,10 +173,18 @@ private:
         std::memcpy(&rep, m_buffer, sizeof rep);
         return rep;
     }
-    void InitEmpty() noexcept
+    void InitEmpty() noexcept { InitWords(0, 0, 0); }
+    /// The short text whose bytes are those of the two words, and 0 behind them.
+    void InitWords(std::uint64_t first, std::uint64_t last, std::size_t length) noexcept
     {
-        std::memset(m_buffer, 0, INLINE_LENGTH);
-        m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH);
+        const std::uint64_t words[2] = {first, last | std::uint64_t{INLINE_LENGTH - length} << 56};
+        std::memcpy(m_buffer, words, sizeof words);
+    }
+    template <class Word> static std::uint64_t Load(const char* bytes) noexcept
+    {
+        Word word;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
     }
     Rank InlineRank() const noexcept
     {
@@ -205,6 +213,7 @@ private:
     void InitLongCopyOf(std::string_view text);
     void DropHeap() noexcept;
     void AssignSlowly(cow_String other) noexcept;
+    bool EqualsSlowly(const cow_String& other) const noexcept;
     void ClearHeap() noexcept;
 
     /// True when a text of `length` bytes can be written over this one: nobody shares it, and there is room.
@@ -233,25 +242,24 @@ inline cow_String::cow_String(cow_String&& other) noexcept
 }
 
 // Short texts are made and assigned in place without a call: a method's name and keywords are short literals, of which
-// the compiler then leaves a few stores.
+// the compiler then leaves two words. Stored as such they can be read at once, which bytes stored one by one cannot.
 
 inline void cow_String::InitShortCopyOf(std::string_view text) noexcept
 {
-    InitEmpty();
     const char* const bytes = text.data();
     const std::size_t length = text.size();
-    if (length >= 8) {
-        std::memcpy(m_buffer, bytes, 8);
-        std::memcpy(m_buffer + length - 8, bytes + length - 8, 8);
+    const auto byteAt = [&](std::size_t i) { return Load<unsigned char>(bytes + i) << 8 * i; };
+    if (length > 8) {
+        const std::uint64_t tail = Load<std::uint64_t>(bytes + length - 8);
+        InitWords(Load<std::uint64_t>(bytes), tail >> 8 * (16 - length), length);
     } else if (length >= 4) {
-        std::memcpy(m_buffer, bytes, 4);
-        std::memcpy(m_buffer + length - 4, bytes + length - 4, 4);
+        const std::uint64_t tail = Load<std::uint32_t>(bytes + length - 4);
+        InitWords(Load<std::uint32_t>(bytes) | tail << 8 * (length - 4), 0, length);
     } else if (length != 0) {
-        m_buffer[0] = bytes[0];
-        m_buffer[length / 2] = bytes[length / 2];
-        m_buffer[length - 1] = bytes[length - 1];
+        InitWords(byteAt(0) | byteAt(length / 2) | byteAt(length - 1), 0, length);
+    } else {
+        InitEmpty();
     }
-    m_buffer[INLINE_LENGTH] = static_cast<char>(INLINE_LENGTH - length);
 }
 
 inline void cow_String::InitCopyOf(std::string_view text)

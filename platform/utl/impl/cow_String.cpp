@@ -107,6 +107,11 @@ void cow_String::AssignSlowly(cow_String other) noexcept
     std::swap_ranges(m_buffer, m_buffer + sizeof m_buffer, other.m_buffer);
 }
 
+bool cow_String::EqualsSlowly(const cow_String& other) const noexcept
+{
+    return view() == other.view();
+}
+
 char cow_String::operator[](int index) const
 {
     if (index < 0 || index >= Length()) {
