@@ -174,7 +174,7 @@ std::uint32_t omu_InterfaceObj::TypeId()
 
 bool omu_InterfaceObj::IsDescribed() const
 {
-    if (m_levels->Depth() == 0) {
+    if (m_levels->IsNone()) {
         VEXCRT::_assert("Must call DescribeType before using", SOURCE, __LINE__);
         return false;
     }

@@ -1,8 +1,6 @@
 #include "omu_TypeLevels_detail.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 #include <mutex>
 
 namespace
@@ -21,35 +19,16 @@ bool IsSameLevel(const omu_InterfaceObj::TypeDesc& a, const omu_InterfaceObj::Ty
 
 } // namespace
 
-template <class Entry> std::uint32_t omu_NameIndex<Entry>::Hash(std::string_view name) noexcept
-{
-    // The first and last eight bytes and the length tell the names of a program apart well enough; the index is built
-    // from its own tables, so nobody can choose names that meet.
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
-    if (name.size() >= sizeof first) {
-        std::memcpy(&first, name.data(), sizeof first);
-        std::memcpy(&last, name.data() + name.size() - sizeof last, sizeof last);
-    } else {
-        for (const char character : name) {
-            first = first << 8 | static_cast<unsigned char>(character);
-        }
-    }
-    const std::uint64_t mixed = (first ^ std::rotl(last, 29) ^ name.size()) * 0x9E3779B97F4A7C15U;
-    return static_cast<std::uint32_t>(mixed >> 32);
-}
-
 template <class Entry> const Entry* omu_NameIndex<Entry>::Find(std::string_view name) const noexcept
 {
     if (m_slots.empty()) {
         return nullptr;
     }
     const std::size_t mask = m_slots.size() - 1;
-    const std::uint32_t hash = Hash(name);
-    for (std::size_t place = hash & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
+    const omu_NameKey key(name);
+    for (std::size_t place = key.Hash() & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
         const Slot& slot = m_slots[place];
-        if (slot.hash == hash && slot.length == name.size() &&
-            std::memcmp(slot.row->name, name.data(), name.size()) == 0) {
+        if (slot.key == key && (name.size() <= omu_NameKey::WHOLE_LENGTH || slot.row->name == name)) {
             return slot.row;
         }
     }
@@ -82,13 +61,12 @@ template <class Entry> void omu_NameIndex<Entry>::Rehash(std::size_t slots)
 template <class Entry> void omu_NameIndex<Entry>::Place(const Entry* row) noexcept
 {
     const std::size_t mask = m_slots.size() - 1;
-    const std::string_view name(row->name);
-    const std::uint32_t hash = Hash(name);
-    std::size_t place = hash & mask;
+    const omu_NameKey key(row->name);
+    std::size_t place = key.Hash() & mask;
     while (m_slots[place].row != nullptr) {
         place = (place + 1) & mask;
     }
-    m_slots[place] = {row, hash, static_cast<std::uint32_t>(name.size())};
+    m_slots[place] = {row, key};
 }
 
 template class omu_NameIndex<omu_MethodEntry>;

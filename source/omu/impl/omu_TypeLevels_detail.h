@@ -3,9 +3,52 @@
 #include "omu_InterfaceObj.h"
 
 #include <atomic>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
+
+/// The first and the last eight bytes of a name, and its length: all that there is of a short one, and enough to tell most
+/// long ones apart.
+struct omu_NameKey
+{
+    static constexpr std::size_t WHOLE_LENGTH = 16; // names of up to this length are equal when their keys are
+
+    omu_NameKey() = default;
+    explicit omu_NameKey(std::string_view name) noexcept;
+
+    /// For an index that is built from its own tables, so that nobody can choose names that meet.
+    std::size_t Hash() const noexcept
+    {
+        return static_cast<std::size_t>((first ^ std::rotl(last, 29) ^ length) * 0x9E3779B97F4A7C15U >> 32);
+    }
+    bool operator==(const omu_NameKey&) const noexcept = default;
+
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    std::uint64_t length = 0;
+};
+
+inline omu_NameKey::omu_NameKey(std::string_view name) noexcept : length(name.size())
+{
+    const char* const bytes = name.data();
+    const auto take = [&]<class Word>(Word) {
+        Word words[2];
+        std::memcpy(&words[0], bytes, sizeof(Word));
+        std::memcpy(&words[1], bytes + length - sizeof(Word), sizeof(Word));
+        first = words[0];
+        last = words[1];
+    };
+    if (length >= sizeof(std::uint64_t)) {
+        take(std::uint64_t());
+    } else if (length >= sizeof(std::uint32_t)) {
+        take(std::uint32_t());
+    } else if (length != 0) {
+        take(std::uint8_t());
+        first |= std::uint64_t{static_cast<unsigned char>(bytes[length / 2])} << 8;
+    }
+}
 
 /// Finds the rows of static tables by name in constant time. Of rows with equal names the first one added counts.
 template <class Entry> class omu_NameIndex
@@ -22,11 +65,9 @@ private:
     struct Slot
     {
         const Entry* row = nullptr; // null: free
-        std::uint32_t hash = 0;
-        std::uint32_t length = 0; // of the name
+        omu_NameKey key;
     };
 
-    static std::uint32_t Hash(std::string_view name) noexcept;
     void Rehash(std::size_t slots);
     void Place(const Entry* row) noexcept;
 
@@ -46,6 +87,7 @@ public:
     /// These levels with one more; the same result for the same level.
     const omu_TypeLevels* With(const omu_InterfaceObj::TypeDesc& level) const;
 
+    bool IsNone() const noexcept { return m_levels.empty(); }
     int Depth() const noexcept { return static_cast<int>(m_levels.size()); }
     const omu_InterfaceObj::TypeDesc& Level(int index) const noexcept
     {
