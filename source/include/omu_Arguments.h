@@ -7,6 +7,8 @@
 
 #include <concepts>
 #include <exception>
+#include <limits>
+#include <string_view>
 
 /// The types that a keyword parameter can be fetched as; constants and interface objects have forms of their own.
 template <class T>
@@ -33,7 +35,8 @@ concept omu_KeywordTarget =
 ///
 /// Ownership:  owns the values; what a Get hands out is a copy or, for an interface object, a borrowed pointer.
 /// Threads:    one thread at a time.
-/// Complexity: Put and Get O(1) for scalars plus O(log K) for keywords, Begin O(K), K keywords; the first keyword Put makes room for four.
+/// Complexity: Put and Get O(1) for scalars by position, O(K) with a keyword; Begin O(K), K keywords, of which a call has
+///             few. The first keyword Put makes room for four.
 /// Errors:     fetching never throws an argument error and after the first failure writes to no target; End throws one
 ///             exception: omu_KeywordErrorException, omu_ArgTypeErrorException, omu_KeywordTypeErrorException (or in
 ///             their place omu_BreNameErrorException for a string that is no legal name) or omu_ArgNumberErrorException,
@@ -112,37 +115,40 @@ public:
 
         cow_String name;
         omu_PrimHolder value; // not null
-        int turn;             // where it stands among the keywords not fetched yet; FETCHED: not among them
+        int turn; // among the keywords not fetched yet, those of a turn by their names; FETCHED: not among them
     };
-    /// In the order of their names.
+    /// In the order in which they were put first.
     const cow_1DArray<Keyword>& Keywords() const noexcept { return m_keywords; }
     /// The deprecated keywords that the call used, each once.
     const cow_List<cow_String>& DeprecatedArgumentsUsed() const noexcept { return m_deprecatedUsed; }
 
 private:
-    static constexpr int FETCHED = -1;
+    static constexpr int FETCHED = std::numeric_limits<int>::max(); // behind every turn
 
     void PutKeyword(omu_PrimHolder&& value, const cow_String& keyword);
-    /// Position of the first keyword whose name is not below `keyword`.
-    int LowerBound(const cow_String& keyword) const noexcept;
     /// Position of a keyword, or -1.
     int FindKeyword(const cow_String& keyword) const noexcept;
     /// What every keyword Get does: `convert(value)` takes the supplied value or says that it does not fit, and then
     /// `expected()` is what was wanted. Failures are recorded.
     template <class Convert, class Expected> void Fetch(const cow_String& keyword, Convert convert, Expected expected);
+    /// The Get of a parameter that is not supplied by position.
+    template <class T> void GetByKeyword(T& value, const cow_String& keyword);
+    bool IsSuppliedByPosition() const noexcept { return m_cursor < m_size && m_typeErrorPosition == 0; }
+    /// Throws what End throws when Error() says so; returns for an error that it does not report.
+    void ReportError(cow_String methodName) const;
     /// The first of the keywords not fetched yet, of which there is one.
     const cow_String& FirstUnfetched() const noexcept;
-    void SetKeywordTypeError(const cow_String& keyword, const cow_String& expected, const omu_Primitive& found);
+    void SetKeywordTypeError(const cow_String& keyword, std::string_view expected, const omu_Primitive& found);
     void SetMissingKeyword(const cow_String& keyword);
     /// Takes the string as a name; one that is none is recorded as the failure of the parameter `position`.
     bool ConvertName(const omu_Primitive& supplied, omu_BrenowName& name, int position);
     bool DeprecatedCheck(const cow_String& feature) const;
     void AddDeprecatedArgUsed(const cow_String& keyword);
 
-    // Invariant: ascending by name, each name once. Not a dictionary: what becomes of a keyword stands beside its value,
-    // and the few keywords of a call are found without a search.
+    // Invariant: each name once. Not a dictionary: what becomes of a keyword stands beside its value, and comparing the
+    // few names of a call is cheaper than any order of them.
     cow_1DArray<Keyword> m_keywords;
-    int m_unfetched = 0; // keywords with a turn, which Begin gives to all of them
+    int m_unfetched = 0; // keywords with a turn; Begin gives the same, the first, to all of them
     int m_nextTurn = 0;
     cow_List<cow_String> m_deprecatedUsed; // without repeats
     int m_requiredByKeyword = 0;           // required parameters supplied by keyword

@@ -55,7 +55,10 @@ inline omu_PrimHolder omu_Hold(const omu_Primitive& value)
 /// The value itself, shared; none for a null holder.
 inline omu_PrimHolder omu_Hold(omu_PrimHolder value)
 {
-    return value ? value : omu_PrimHolder(std::in_place_type<omu_PrimNone>);
+    if (!value) {
+        value.Emplace<omu_PrimNone>();
+    }
+    return value;
 }
 
 /// The script's dictionary, and the carrier of a call's keyword values. K is cow_String or int.

@@ -95,11 +95,13 @@ public:
 
     /// The value for reading; never clones.
     const omu_Primitive* ConstGet() const noexcept { return IsInPlace() ? InPlace() : Shared(); }
+    /// The type code of a value in place, which then is of the class that has this code; else a zero byte.
+    char CodeInPlace() const noexcept { return IsInPlace() ? InPlace()->TypeCode() : '\0'; }
     /// The value when it is a number in place, else null.
     const omu_PrimNumber* NumberInPlace() const noexcept
     {
-        const bool isNumber = IsInPlace() && (InPlace()->IsType('i') || InPlace()->IsType('f'));
-        return isNumber ? static_cast<const omu_PrimNumber*>(InPlace()) : nullptr;
+        const char code = CodeInPlace();
+        return code == 'i' || code == 'f' ? static_cast<const omu_PrimNumber*>(InPlace()) : nullptr;
     }
     const omu_Primitive* operator->() const noexcept { return ConstGet(); }
     const omu_Primitive& operator*() const noexcept { return *ConstGet(); }

@@ -9,6 +9,7 @@
 #include "omu_PrimSequence.h"
 
 #include <string>
+#include <string_view>
 
 class omi_complex;
 class omu_InterfaceObj;
@@ -162,13 +163,13 @@ public:
     static void PrintData(pnt_PrettyPrint& out, const void* object);
 
 protected:
-    bool CountError() const noexcept { return m_size < m_minimum || m_size > m_maximum; }
-    void SetTypeError(const cow_String& expected);
+    bool CountError() const noexcept { return m_size < m_minimum || m_size > m_gets; }
+    /// Records that the item at the cursor is not what was wanted.
+    void SetTypeError(std::string_view expected);
     void IncrementCursor() noexcept
     {
         ++m_cursor;
         ++m_gets;
-        ++m_maximum;
         m_minimum += m_optional ? 0 : 1;
     }
     void ResetReading() noexcept;
@@ -196,15 +197,14 @@ protected:
     template <class Sequence> Sequence* ConcatAs(const omu_PrimSequence* other) const;
 
     // The marshalling state; omu_Arguments adds keyword values to it.
-    int m_size = 0;              // slots, fixed at construction
     int m_cursor = 0;            // next slot to put or get
-    int m_minimum = 0;           // Gets made while not optional
-    int m_maximum = 0;           // all Gets
-    bool m_optional = false;     // set by Optional()
+    int m_size = 0;              // slots, fixed at construction
+    int m_gets = 0;              // made so far: the most that may be supplied
     int m_typeErrorPosition = 0; // one more than the cursor of the first failed Get; 0: none failed
+    int m_minimum = 0;           // Gets made while not optional
+    bool m_optional = false;     // set by Optional()
     cow_String m_actualType;     // of the offending item
     cow_String m_expectedType;   // what the failed Get wanted
-    int m_gets = 0;
     // Invariant: m_size slots; a slot not filled is a null holder.
     cow_1DArray<omu_PrimHolder> m_items;
     cow_String m_defaultName;
@@ -214,6 +214,8 @@ private:
     const omu_Primitive& ItemOrNone(int index) const noexcept;
     /// The slot at the cursor, for writing; null, reported as an assertion, when there is none.
     omu_PrimHolder* NextSlot();
+    /// The same when that slot is not filled and only this tuple has it; else null, and nothing is reported.
+    omu_PrimHolder* NextFreshSlot() noexcept;
     /// Makes the value in the next slot.
     template <omu_HeldInPlace V, class... Args> void Emplace(const Args&... args);
     void PutCopy(const omu_Primitive* item);

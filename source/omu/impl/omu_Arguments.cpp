@@ -18,7 +18,7 @@
 #include "utl_FilePath.h"
 
 #include <algorithm>
-#include <limits>
+#include <tuple>
 
 namespace
 {
@@ -39,9 +39,8 @@ template <class T> void GetAsArrayList(omu_Arguments& arguments, cow_1DArray<T>&
     static_cast<cow_Sequence<T>&>(values) = items;
 }
 
-/// Room made for the first keyword, and how many are looked through one by one.
+/// Room made for the first keyword.
 constexpr int FIRST_KEYWORDS = 4;
-constexpr int FEW_KEYWORDS = 8;
 
 } // namespace
 
@@ -95,20 +94,11 @@ void omu_Arguments::Put(const omu_InterfaceObj& value, const cow_String& keyword
 
 void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
 {
-    Put(omu_PrimHolder(value), keyword);
-}
-
-int omu_Arguments::LowerBound(const cow_String& keyword) const noexcept
-{
-    return static_cast<int>(std::ranges::lower_bound(m_keywords, keyword, {}, &Keyword::name) - m_keywords.begin());
+    PutKeyword(omu_Hold(omu_PrimHolder(value)), keyword);
 }
 
 int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
 {
-    if (m_keywords.Length() > FEW_KEYWORDS) {
-        const int place = LowerBound(keyword);
-        return place < m_keywords.Length() && m_keywords[place].name == keyword ? place : -1;
-    }
     for (const Keyword& supplied : m_keywords) {
         if (supplied.name == keyword) {
             return static_cast<int>(&supplied - m_keywords.begin());
@@ -120,34 +110,32 @@ int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
 void omu_Arguments::PutKeyword(omu_PrimHolder&& value, const cow_String& keyword)
 {
     NoteItem(*value);
-    if (m_keywords.IsEmpty()) {
-        m_keywords.Reserve(FIRST_KEYWORDS);
-    }
-    const int place = LowerBound(keyword);
-    if (place == m_keywords.Length()) {
-        m_keywords.Append({keyword, std::move(value), FETCHED});
-    } else if (m_keywords[place].name != keyword) {
-        m_keywords.Insert(place, {keyword, std::move(value), FETCHED});
+    if (const int position = FindKeyword(keyword); position >= 0) {
+        m_keywords.Get(position).value = std::move(value);
     } else {
-        m_keywords.Get(place).value = std::move(value);
+        if (m_keywords.Capacity() == 0) {
+            m_keywords.Reserve(FIRST_KEYWORDS);
+        }
+        m_keywords.Emplace(keyword, std::move(value), FETCHED);
     }
 }
 
 void omu_Arguments::Begin()
 {
     ResetReading();
-    m_unfetched = m_nextTurn = m_keywords.Length();
-    if (m_unfetched > 0) {
-        Keyword* const keywords = m_keywords.Write();
-        for (int i = 0; i < m_unfetched; ++i) {
-            keywords[i].turn = i;
-        }
+    m_unfetched = m_keywords.Length();
+    m_nextTurn = 1;
+    Keyword* const keywords = m_keywords.Write();
+    for (int i = 0; i < m_unfetched; ++i) {
+        keywords[i].turn = 0;
     }
     m_requiredByKeyword = 0;
     m_keywordFailure = 0;
     m_currentKeyword.Clear();
     m_optionalMiss = 0;
-    m_nameError = nullptr;
+    if (m_nameError != nullptr) {
+        m_nameError = nullptr;
+    }
 }
 
 // The tuple's own name of these targets is "sequence of Ints"; both texts are promised.
@@ -177,7 +165,6 @@ void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected e
         }
     }
     ++m_gets;
-    ++m_maximum;
     m_minimum += required;
     if (position >= 0) {
         m_requiredByKeyword += required;
@@ -186,15 +173,20 @@ void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected e
     }
 }
 
-template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_String& keyword)
+template <class T> [[gnu::noinline]] void omu_Arguments::GetByKeyword(T& value, const cow_String& keyword)
 {
-    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
-        Get(value);
-        return;
-    }
     Fetch(
         keyword, [&](const omu_Primitive& supplied) { return omu_ConvertKeyword(supplied, value); },
-        [] { return cow_String(omu_KeywordTypeName<T>()); });
+        [] { return omu_KeywordTypeName<T>(); });
+}
+
+template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_String& keyword)
+{
+    if (IsSuppliedByPosition()) {
+        Get(value);
+    } else {
+        GetByKeyword(value, keyword);
+    }
 }
 
 template VEXOMU_API void omu_Arguments::Get(bool&, const cow_String&);
@@ -223,7 +215,7 @@ template VEXOMU_API void omu_Arguments::Get(omu_PrimArray&, const cow_String&);
 
 void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
 {
-    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+    if (IsSuppliedByPosition()) {
         Get(value);
         return;
     }
@@ -258,7 +250,7 @@ void omu_Arguments::Get(omu_BrenowName& name)
 
 void omu_Arguments::Get(omu_BrenowName& name, const cow_String& keyword)
 {
-    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+    if (IsSuppliedByPosition()) {
         Get(name);
         return;
     }
@@ -272,19 +264,19 @@ void omu_Arguments::Get(omu_BrenowName& name, const cow_String& keyword)
             }
             return isText;
         },
-        [] { return cow_String(omu_KeywordTypeName<cow_String>()); });
+        [] { return omu_KeywordTypeName<cow_String>(); });
 }
 
 const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_String& keyword,
                                            const omu_InterfaceObj* fallback)
 {
-    if (m_typeErrorPosition == 0 && m_cursor < m_size) {
+    if (IsSuppliedByPosition()) {
         return Get(typeName, fallback);
     }
     const omu_InterfaceObj* object = fallback;
     Fetch(
         keyword, [&](const omu_Primitive& supplied) { return omu_ConvertObject(supplied, typeName, object); },
-        [&] { return cow_String(typeName); });
+        [&] { return typeName; });
     return object;
 }
 
@@ -315,7 +307,6 @@ bool omu_Arguments::Alternative()
     }
     m_currentKeyword.Clear();
     --m_gets;
-    --m_maximum;
     return true;
 }
 
@@ -339,10 +330,17 @@ bool omu_Arguments::DeprecatedAlternative(const cow_String& feature)
 
 void omu_Arguments::End(cow_String methodName)
 {
+    m_optionalMiss = 0;
+    if (Error()) {
+        ReportError(std::move(methodName));
+    }
+}
+
+void omu_Arguments::ReportError(cow_String methodName) const
+{
     if (methodName.IsEmpty()) {
         methodName = m_defaultName;
     }
-    m_optionalMiss = 0;
     // The order of the checks and the lines they report are promised.
     if (m_unfetched != 0) {
         omu_KeywordErrorException(FirstUnfetched(), methodName).Throw(SOURCE, 256);
@@ -364,15 +362,15 @@ void omu_Arguments::End(cow_String methodName)
         omu_ArgNumberErrorException(m_minimum, supplied, methodName).Throw(SOURCE, 276);
     }
     const int total = m_size + m_keywords.Length();
-    if (total > m_maximum) {
-        omu_ArgNumberErrorException(m_maximum, total, methodName).Throw(SOURCE, 282);
+    if (total > m_gets) {
+        omu_ArgNumberErrorException(m_gets, total, methodName).Throw(SOURCE, 282);
     }
 }
 
 bool omu_Arguments::Error() const
 {
     return m_unfetched != 0 || m_typeErrorPosition != 0 || m_size + m_requiredByKeyword < m_minimum ||
-           m_size + m_keywords.Length() > m_maximum;
+           m_size + m_keywords.Length() > m_gets;
 }
 
 bool omu_Arguments::ErrorOnPrevious() const noexcept
@@ -382,13 +380,11 @@ bool omu_Arguments::ErrorOnPrevious() const noexcept
 
 const cow_String& omu_Arguments::FirstUnfetched() const noexcept
 {
-    const auto turnOf = [](const Keyword& keyword) {
-        return keyword.turn == FETCHED ? std::numeric_limits<int>::max() : keyword.turn;
-    };
-    return std::ranges::min_element(m_keywords, {}, turnOf)->name;
+    const auto place = [](const Keyword& keyword) { return std::tie(keyword.turn, keyword.name); };
+    return std::ranges::min_element(m_keywords, {}, place)->name;
 }
 
-void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, const cow_String& expected,
+void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, std::string_view expected,
                                         const omu_Primitive& found)
 {
     m_typeErrorPosition = m_keywordFailure = m_gets + 1;

@@ -13,6 +13,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <vector>
 
 namespace
 {
@@ -224,12 +225,16 @@ cow_String omu_ArgumentsCommandText(const omu_Arguments& arguments)
     cow_String text("(");
     const int positional = arguments.Length();
     AppendItems(text, positional, [&](int i) { AppendValue(text, arguments.Index(i)); });
-    const cow_1DArray<omu_Arguments::Keyword>& keywords = arguments.Keywords();
-    if (positional > 0 && keywords.Length() > 0) {
+    std::vector<const omu_Arguments::Keyword*> keywords;
+    for (const omu_Arguments::Keyword& keyword : arguments.Keywords()) {
+        keywords.push_back(&keyword);
+    }
+    std::ranges::sort(keywords, {}, &omu_Arguments::Keyword::name);
+    if (positional > 0 && !keywords.empty()) {
         text += ", ";
     }
-    AppendItems(text, keywords.Length(), [&](int i) {
-        const auto& [name, value, turn] = keywords[i];
+    AppendItems(text, static_cast<int>(keywords.size()), [&](int i) {
+        const auto& [name, value, turn] = *keywords[static_cast<std::size_t>(i)];
         if (IsParameterName(name)) {
             text += name;
             text.Append('=');

@@ -55,6 +55,23 @@ const omu_Primitive& OrNone(const omu_PrimHolder& holder)
     return item != nullptr ? *item : omu_SharedNone();
 }
 
+/// What operator== says of the values, without a virtual call for most of those that stand in place.
+inline bool AreEqual(const omu_PrimHolder& left, const omu_PrimHolder& right)
+{
+    const char code = left.CodeInPlace();
+    if (code == right.CodeInPlace()) {
+        if (code == 'i' || code == 'f') {
+            return static_cast<const omu_PrimNumber&>(*left).Equals(static_cast<const omu_PrimNumber&>(*right));
+        }
+        if (code == 's') {
+            return static_cast<const omu_PrimString&>(*left).GetString() ==
+                   static_cast<const omu_PrimString&>(*right).GetString();
+        }
+    }
+    // Asked of shared items too: a NaN does not equal itself.
+    return OrNone(left) == OrNone(right);
+}
+
 /// The whole tuple as a container.
 template <class C> C As(const omu_PrimTuple& tuple)
 {
@@ -122,12 +139,7 @@ bool omu_PrimTuple::operator==(const omu_Primitive& other) const
     if (tuple.m_size != m_size) {
         return false;
     }
-    // Equality of shared items is asked for too: a NaN does not equal itself.
-    return std::equal(begin(), end(), tuple.begin(), [](const omu_PrimHolder& left, const omu_PrimHolder& right) {
-        const omu_PrimNumber* const number = left.NumberInPlace();
-        const omu_PrimNumber* const peer = number != nullptr ? right.NumberInPlace() : nullptr;
-        return peer != nullptr ? number->Equals(*peer) : OrNone(left) == OrNone(right);
-    });
+    return std::equal(begin(), end(), tuple.begin(), AreEqual);
 }
 
 void omu_PrimTuple::Accept(omu_PrimVisitor* visitor) const
@@ -203,11 +215,19 @@ omu_PrimHolder* omu_PrimTuple::NextSlot()
     return m_items.Write() + m_cursor;
 }
 
-template <omu_HeldInPlace V, class... Args> void omu_PrimTuple::Emplace(const Args&... args)
+inline omu_PrimHolder* omu_PrimTuple::NextFreshSlot() noexcept
 {
-    if (omu_PrimHolder* const slot = NextSlot()) {
+    omu_PrimHolder* const items = m_cursor < m_size ? m_items.WriteUnshared() : nullptr;
+    return items != nullptr && items[m_cursor].IsNull() ? items + m_cursor : nullptr;
+}
+
+template <omu_HeldInPlace V, class... Args> inline void omu_PrimTuple::Emplace(const Args&... args)
+{
+    if (omu_PrimHolder* const slot = NextFreshSlot()) {
         slot->Emplace<V>(args...);
         ++m_cursor;
+    } else {
+        Put(omu_PrimHolder(std::in_place_type<V>, args...));
     }
 }
 
@@ -216,7 +236,8 @@ void omu_PrimTuple::Put(omu_PrimHolder item)
     if (item) {
         NoteItem(*item);
     }
-    if (omu_PrimHolder* const slot = NextSlot()) {
+    omu_PrimHolder* const fresh = NextFreshSlot();
+    if (omu_PrimHolder* const slot = fresh != nullptr ? fresh : NextSlot()) {
         *slot = std::move(item);
         ++m_cursor;
     }
@@ -523,7 +544,6 @@ bool omu_PrimTuple::Alternative()
         return false;
     }
     --m_cursor;
-    --m_maximum;
     --m_gets;
     m_minimum -= m_optional ? 0 : 1;
     m_typeErrorPosition = 0;
@@ -537,7 +557,7 @@ bool omu_PrimTuple::Error() const
     return CountError() || m_typeErrorPosition != 0;
 }
 
-void omu_PrimTuple::SetTypeError(const cow_String& expected)
+void omu_PrimTuple::SetTypeError(std::string_view expected)
 {
     const omu_Primitive& item = ItemOrNone(m_cursor);
     m_typeErrorPosition = m_cursor + 1;
@@ -549,7 +569,6 @@ void omu_PrimTuple::ResetReading() noexcept
 {
     m_cursor = 0;
     m_minimum = 0;
-    m_maximum = 0;
     m_optional = false;
     m_typeErrorPosition = 0;
     m_gets = 0;
@@ -667,7 +686,7 @@ void omu_PrimTuple::PrintData(pnt_PrettyPrint& out, const void* object)
     out.Field(tuple.m_size);
     out.Field(tuple.m_cursor);
     out.Field(tuple.m_minimum);
-    out.Field(tuple.m_maximum);
+    out.Field(tuple.m_gets);
     out.Field(tuple.m_optional);
     out.Field(tuple.m_typeErrorPosition);
     out.Field(tuple.m_actualType);
