@@ -1,8 +1,5 @@
 #include "StampedModel.h"
 
-#include <cstdlib>
-#include <new>
-
 namespace
 {
 /// The n-th request for memory is refused, whether the program or SQLite makes it.

@@ -1,7 +1,5 @@
 #include "StampedModel.h"
 
-#include <fstream>
-#include <random>
 #if !defined(_WIN32)
 #include <csignal>
 #include <sys/wait.h>

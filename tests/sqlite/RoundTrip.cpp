@@ -4,12 +4,6 @@
 #include "cls_xp1DArrayList.h"
 #include "cow_2DArray.h"
 
-#include <bit>
-#include <cmath>
-#include <limits>
-#include <map>
-#include <random>
-
 namespace
 {
 using Field = cls_FieldHandle;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../Golden.h"
+#include "../Test.h"
 #include "VEXcrt_System.h"
 #include "cls_ClassRegistrar.h"
 #include "cls_CollectionReaders.h"
@@ -16,17 +17,8 @@
 #include "sql_Store.h"
 #include "vexstore.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <functional>
 #include <iostream>
-#include <memory>
 #include <sqlite3.h>
-#include <sstream>
-#include <string>
-#include <vector>
 
 /// A stored class: a label, and, from its second version on, a weight of 1 unless it was stored.
 struct Part
@@ -154,12 +146,8 @@ protected:
     /// What a failing call says; "nothing" when it does not fail.
     template <class F> static std::string Said(F call)
     {
-        try {
-            call();
-        } catch (const nex_TextException& failure) {
-            return failure.what();
-        }
-        return "nothing";
+        const std::string said = ErrorOf<nex_TextException>(call);
+        return said.empty() ? "nothing" : said;
     }
 
     cls_ClassRegistrar registrar;

@@ -2,9 +2,6 @@
 #include "cls_ArrayPrim.h"
 #include "uti_SpawnSource.h"
 
-#include <fstream>
-#include <random>
-
 namespace
 {
 using Field = cls_FieldHandle;
