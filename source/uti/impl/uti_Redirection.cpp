@@ -208,13 +208,14 @@ void uti_Redirection::OpenAll()
             continue;
         }
         if (target.m_fileName.view().find('\0') != std::string_view::npos) {
-            uti_SystemException("open", EINVAL, target.m_fileName).Throw(SOURCE, __LINE__);
+            uti_SystemException("open", EINVAL).Throw(SOURCE, __LINE__);
         }
         const VEXCRT::OpenFor writing = m_slots[stream].append ? VEXCRT::OpenFor::APPENDING : VEXCRT::OpenFor::WRITING;
         const int descriptor =
             VEXCRT::OpenFile(target.m_fileName.AsCharPtr(), stream == INPUT ? VEXCRT::OpenFor::READING : writing);
         if (descriptor < 0) {
-            uti_SystemException("open", errno, target.m_fileName).Throw(SOURCE, 303);
+            // Without the file's name: promised, and it must stay.
+            uti_SystemException("open", errno).Throw(SOURCE, 303);
         }
         target.m_descriptor = descriptor;
     }
