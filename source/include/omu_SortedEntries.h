@@ -108,12 +108,12 @@ protected:
 
     unsigned int m_initialSize;
     double m_growthFactor;
-    unsigned int m_capacity = 0; // of m_keys, which has one more
+    unsigned int m_capacity = 0; // of m_keys, where there is room for one more
     unsigned int m_length = 0;
-    unsigned int* m_keys = nullptr; // strictly ascending
+    unsigned int* m_keys = nullptr; // strictly ascending; behind the values, in their block of memory
     // Direct: the cell of `key` is m_values[key - m_base]. Packed: the value of m_keys[pos] is m_values[pos].
     T* m_values = nullptr;
-    unsigned int m_room = 0; // of m_values, which has one more, the spare word; not less than m_capacity
+    unsigned int m_room = 0; // of m_values, with one more behind, the spare word; not less than m_capacity
     // All 0 and no bits while packed.
     unsigned int m_base = 0;                // the number of the first cell; no key is below it
     unsigned int m_reach = 0;               // cells up to that of the last key; what is behind them holds anything

@@ -88,11 +88,8 @@ private:
     /// How many numbers there are from `first`, not 0, to the largest.
     static unsigned int NumbersFrom(unsigned int first) noexcept { return 0 - first; }
 
-    /// Replaces the arrays by new ones; false, and nothing done, when memory is short.
-    bool MakeArrays(unsigned int capacity) noexcept;
-    void FreeArrays() noexcept;
-    /// Makes room for values; false, and nothing done, when memory is short.
-    bool MakeRoom(unsigned int room) noexcept;
+    /// Makes room for keys and values, not less than there is; false, and nothing done, when memory is short.
+    bool MakeRoom(unsigned int capacity, unsigned int room) noexcept;
     /// Makes cells up to that of a key not below the base; false when that would be too many, or memory is short.
     bool CoverBehind(unsigned int key) noexcept;
     /// Makes packed values direct if the keys are dense, with cells for up to `before` numbers below them.

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <new>
 #include <utility>
@@ -18,36 +19,13 @@ template <omu_Word T> omu_Table<T>::omu_Table() : omu_Table(this->DEFAULT_SIZE, 
 
 template <omu_Word T> omu_Table<T>::omu_Table(unsigned int size, double growth) : omu_SortedEntries<T>(size, growth)
 {
-    if (!MakeArrays(size)) {
+    if (!MakeRoom(size, RoomFor(size))) {
         throw std::bad_alloc();
     }
 }
 
 template <omu_Word T> omu_Table<T>::~omu_Table()
 {
-    FreeArrays();
-}
-
-template <omu_Word T> bool omu_Table<T>::MakeArrays(unsigned int capacity) noexcept
-{
-    unsigned int* keys = nullptr;
-    T* values = nullptr;
-    const unsigned int room = RoomFor(capacity);
-    if (!omu_Reallocate(keys, capacity) || !omu_Reallocate(values, room)) {
-        std::free(keys);
-        return false;
-    }
-    FreeArrays();
-    this->m_keys = keys;
-    this->m_values = values;
-    this->m_capacity = capacity;
-    this->m_room = room;
-    return true;
-}
-
-template <omu_Word T> void omu_Table<T>::FreeArrays() noexcept
-{
-    std::free(this->m_keys);
     std::free(this->m_values);
 }
 
@@ -102,11 +80,7 @@ template <omu_Word T> void omu_Table<T>::GetKeys(omu_Varray<unsigned int>* keys)
 
 template <omu_Word T> bool omu_Table<T>::SetSize(unsigned int n)
 {
-    if (n <= this->m_capacity || !omu_Reallocate(this->m_keys, n) || !MakeRoom(RoomFor(n))) {
-        return false;
-    }
-    this->m_capacity = n;
-    return true;
+    return n > this->m_capacity && MakeRoom(n, std::max(RoomFor(n), this->m_room));
 }
 
 template <omu_Word T> bool omu_Table<T>::Grow()
@@ -114,15 +88,27 @@ template <omu_Word T> bool omu_Table<T>::Grow()
     return SetSize(omu_GrownSize(this->m_capacity, this->m_growthFactor));
 }
 
-template <omu_Word T> bool omu_Table<T>::MakeRoom(unsigned int room) noexcept
+template <omu_Word T> bool omu_Table<T>::MakeRoom(unsigned int capacity, unsigned int room) noexcept
 {
-    if (room > this->m_room) {
-        if (!omu_Reallocate(this->m_values, room)) {
-            return false;
-        }
-        this->m_room = room;
-        this->m_cells = this->IsDirect() ? std::min(room, NumbersFrom(this->m_base)) : 0;
+    const std::uint64_t valueBytes = (std::uint64_t{room} + 1) * sizeof(T);
+    const std::uint64_t bytes = valueBytes + (std::uint64_t{capacity} + 1) * sizeof(unsigned int);
+    if (bytes > std::numeric_limits<std::size_t>::max()) {
+        return false;
     }
+    const std::size_t keysBefore = (std::size_t{this->m_room} + 1) * sizeof(T);
+    void* const grown = std::realloc(this->m_values, static_cast<std::size_t>(bytes));
+    if (grown == nullptr) {
+        return false;
+    }
+    char* const keys = static_cast<char*>(grown) + valueBytes;
+    if (this->m_length != 0) {
+        std::memmove(keys, static_cast<char*>(grown) + keysBefore, this->m_length * sizeof(unsigned int));
+    }
+    this->m_values = static_cast<T*>(grown);
+    this->m_keys = reinterpret_cast<unsigned int*>(keys);
+    this->m_capacity = capacity;
+    this->m_room = room;
+    this->m_cells = this->IsDirect() ? std::min(room, NumbersFrom(this->m_base)) : 0;
     return true;
 }
 
@@ -133,7 +119,7 @@ template <omu_Word T> bool omu_Table<T>::CoverBehind(unsigned int key) noexcept
         const std::uint64_t numbers = std::uint64_t{offset} + 1;
         const std::uint64_t room = std::min<std::uint64_t>(numbers + numbers / 4, NumbersFrom(this->m_base));
         if (numbers > MostNumbers(this->m_length + 1) ||
-            (offset >= this->m_cells && !MakeRoom(static_cast<unsigned int>(room)))) {
+            (offset >= this->m_cells && !MakeRoom(this->m_capacity, static_cast<unsigned int>(room)))) {
             return false;
         }
         std::fill(this->m_values + this->m_reach, this->m_values + offset, this->Mark());
@@ -144,15 +130,16 @@ template <omu_Word T> bool omu_Table<T>::CoverBehind(unsigned int key) noexcept
 
 template <omu_Word T> void omu_Table<T>::Spread(unsigned int before) noexcept
 {
-    const unsigned int* const keys = this->m_keys;
+    const unsigned int* keys = this->m_keys;
     const unsigned int* const end = keys + this->m_length;
     const unsigned int base = keys[0] - std::min(before, keys[0] - 1);
     const unsigned int reach = end[-1] - base + 1;
     const bool isDense = keys[0] != 0 && reach <= MostNumbers(this->m_length) + before;
     const bool ascends = isDense && std::adjacent_find(keys, end, std::greater_equal()) == end; // see InsertEntry
-    if (!ascends || !MakeRoom(reach)) {
+    if (!ascends || (reach > this->m_room && !MakeRoom(this->m_capacity, reach))) {
         return;
     }
+    keys = this->m_keys;
     T* const values = this->m_values;
     for (unsigned int pos = 0; pos < this->m_length; ++pos) {
         if (values[pos] == this->Mark() && !NoteMark(keys[pos] - base)) {
@@ -299,7 +286,12 @@ template <omu_Word T> bool omu_Table<T>::ClearAll()
     }
     this->m_length = 0;
     Pack();
-    MakeArrays(this->m_initialSize); // without memory the old arrays serve on
+    T* const old = std::exchange(this->m_values, nullptr);
+    if (MakeRoom(this->m_initialSize, RoomFor(this->m_initialSize))) {
+        std::free(old);
+    } else {
+        this->m_values = old; // serves on
+    }
     return true;
 }
 
