@@ -92,6 +92,9 @@ public:
     /// without one, access to a block that is not there throws.
     void SetLength(int length) noexcept;
 
+    /// True with an agent that takes no writes: a changed block could not leave memory, nor another one come in then.
+    bool IsReadOnly() const { return m_agent != nullptr && m_agent->IsReadOnly(); }
+
     void Append(const T& value);
     /// Stores `count` values behind the last one at once, past the blocks in memory. Needs an agent.
     void AppendBlock(const T* values, int count);

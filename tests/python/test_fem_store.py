@@ -98,6 +98,9 @@ def test_files_that_cannot_be_opened_are_named_with_the_reason(small, tmp_path):
     assert text() == before
     with pytest.raises(RuntimeError, match=f"'{file}' was opened read-only"):
         session.save()
+    field = session.models["small"].steps["step"].fields["field"]
+    with pytest.raises(ValueError, match="takes no changes: save the session first"):
+        field.append([1.0])
     session.save(tmp_path / "copy")
     assert reopened(tmp_path / "copy") == before
 

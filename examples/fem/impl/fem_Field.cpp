@@ -126,6 +126,10 @@ omu_Primitive* fem_Field::AppendValues(omu_Arguments& arguments)
     if (array.Length() > std::numeric_limits<int>::max() - m_values.Size()) {
         omu_ValueErrorException(Repr() + " would be longer than 2147483647 numbers").Throw(SOURCE, __LINE__);
     }
+    if (m_values.IsReadOnly()) {
+        const char* const why = " is in a file that takes no changes: save the session first, elsewhere if read-only";
+        omu_ValueErrorException(Repr() + why).Throw(SOURCE, __LINE__);
+    }
     const int length = m_values.Size();
     const auto* const first = static_cast<const std::byte*>(array.ConstGetData());
     try {
