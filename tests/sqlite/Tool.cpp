@@ -90,9 +90,10 @@ TEST_F(Tool, Check_finds_and_recover_names_what_is_lost)
     sql_Store store = Open("c");
     EXPECT_EQ(ReadField<Part>(store, "part").weight, 2.5);
     SaveModel("b", -1);
-    Tamper("UPDATE class SET type = 0 WHERE name = 'Part'; UPDATE root SET name = char(27)", "b");
+    Tamper("UPDATE class SET type = 0 WHERE name = 'Part'; INSERT INTO root VALUES (char(27), 4, 0)", "b");
     EXPECT_EQ(Vexstore("recover " + Path("b") + " " + Path("d")).first, 1);
     EXPECT_NE(Vexstore("show " + Path("d") + " 4").second.find("4: lost-class-2, object, 2 rows"), std::string::npos);
+    EXPECT_EQ(Vexstore("ls " + Path("d")).second.find("box  #2"), 0U);
     EXPECT_EQ(Vexstore("check " + Path("b")).second.find('\x1b'), std::string::npos);
 }
 

@@ -223,13 +223,17 @@ private:
 
     void TakeRoots()
     {
-        Try("the names of the roots", [&] {
-            for (const auto& [name, id] : m_from.Roots()) {
+        sql_Statement roots(m_from.Connection(), "SELECT name, record, checksum FROM root");
+        Try("roots", [&] {
+            for (sql_Rows rows(roots); rows.Next();) {
+                const cow_String name(rows.Bytes(0));
+                const std::int64_t id = rows.Int(1);
                 const auto record = m_kept.find(id);
-                if (record == m_kept.end() || record->second.owner != 0 || !m_held.insert(id).second) {
+                if (sql_RecordFile::SumOfRoot(name, id) != rows.Int(2) || record == m_kept.end() ||
+                    record->second.owner != 0 || !m_held.insert(id).second) {
                     Lost("the root '" + std::string(name.view()) + "'");
                 } else {
-                    Put([&, root = name] { m_to.PutRoot(root, id); });
+                    Put([&] { m_to.PutRoot(name, id); });
                 }
             }
         });
