@@ -159,6 +159,9 @@ TEST(Maps, Texts_are_found_by_all_that_is_seen_as_text)
     kept.TrimRight("0123456789");
     EXPECT_EQ(kept, "short");
     EXPECT_TRUE(map.IsMember(kept));
+    map.Clear();
+    map.Insert(kept, 4);
+    EXPECT_TRUE(map.IsMember("short"));
 }
 
 TEST(Maps, Streams_and_dumps_keep_all_and_damage_is_refused)
