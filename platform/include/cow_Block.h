@@ -22,7 +22,8 @@ struct VEXUTL_API cow_Block
     std::int32_t step; // room grows by multiples of this many items
 
     /// A block without items and with room for at least `capacity`.
-    static cow_Block* New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step)
+    // Always inline: the sizes are constants where items are, and then little is left of it.
+    [[gnu::always_inline]] static cow_Block* New(std::int32_t capacity, std::size_t itemBytes, std::int32_t step)
     {
         const std::int32_t items = step > 1 ? RoundedUp(capacity, step) : capacity;
         // Multiplying is cheaper than dividing here, and cannot overflow while the item is smaller than this.
@@ -34,7 +35,12 @@ struct VEXUTL_API cow_Block
         return ::new (utl_BlockPool::Allocate(BlockBytes(items, itemBytes))) cow_Block(items, step);
     }
     /// Frees a block whose items are gone.
-    static void Free(cow_Block* block, std::size_t itemBytes) noexcept;
+    static void Free(cow_Block* block, std::size_t itemBytes) noexcept
+    {
+        const std::size_t bytes = BlockBytes(block->capacity, itemBytes);
+        block->~cow_Block();
+        utl_BlockPool::Free(block, bytes);
+    }
 
     /// Room to ask for when `more` items are to follow those of `block` (may be null), so that adding one at a time
     /// stays cheap.

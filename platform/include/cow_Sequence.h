@@ -185,7 +185,7 @@ public:
         } else if (length > Length()) {
             const int more = length - Length();
             if (m_block == nullptr) {
-                Reallocate(length, 0); // most sequences that are made with a length keep it
+                m_block = cow_Block::New(length, sizeof(T), 1); // most that are made with a length keep it
             } else {
                 MakeRoom(more);
             }
@@ -242,9 +242,14 @@ private:
     void Drop() noexcept
     {
         if (m_block != nullptr && m_block->holders.Lower()) {
-            std::destroy_n(ItemsOf(m_block), m_block->length);
-            cow_Block::Free(m_block, sizeof(T));
+            Free();
         }
+    }
+    // Apart from Drop(), of which every destructor has a copy.
+    [[gnu::noinline]] void Free() noexcept
+    {
+        std::destroy_n(ItemsOf(m_block), m_block->length);
+        cow_Block::Free(m_block, sizeof(T));
     }
     void Swap(cow_Sequence& other) noexcept { std::swap(m_block, other.m_block); }
 

@@ -24,13 +24,6 @@ void cow_Block::TooLong()
     throw std::length_error("a container of more items than it can count");
 }
 
-void cow_Block::Free(cow_Block* block, std::size_t itemBytes) noexcept
-{
-    const std::size_t bytes = BlockBytes(block->capacity, itemBytes);
-    block->~cow_Block();
-    utl_BlockPool::Free(block, bytes);
-}
-
 std::int32_t cow_Block::GrownCapacity(const cow_Block* block, std::int32_t more, std::size_t itemBytes)
 {
     const std::int64_t length = block != nullptr ? block->length : 0;
