@@ -32,20 +32,23 @@ bool PermitsDeprecated()
     return omi_Singleton<omu_BackwardCompat>::Instance().IsOn();
 }
 
-/// The row of `name`, or null; deprecated rows count only while they are permitted, and set the flag.
-template <class Entry, class DeprecatedEntry>
-const omu_Method* FindCall(const omu_NameIndex<Entry>& names, const omu_NameIndex<DeprecatedEntry>& deprecatedNames,
-                           const char* name, bool& deprecated)
+/// The row of a deprecated name while these are permitted, which sets the flag; else null.
+template <class Entry>
+[[gnu::noinline]] const Entry* FindDeprecated(const omu_NameIndex<Entry>& names, const char* name, bool& deprecated)
 {
-    if (const Entry* row = names.Find(name)) {
+    const Entry* const row = PermitsDeprecated() ? names.Find(name) : nullptr;
+    deprecated = deprecated || row != nullptr;
+    return row;
+}
+
+/// The method of that name, or null.
+inline const omu_Method* FindMethod(const omu_TypeLevels& levels, const char* name, bool& deprecated)
+{
+    if (const omu_MethodEntry* const row = levels.Methods().Find(name)) {
         return &row->method;
     }
-    const DeprecatedEntry* const row = PermitsDeprecated() ? deprecatedNames.Find(name) : nullptr;
-    if (row == nullptr) {
-        return nullptr;
-    }
-    deprecated = true;
-    return &row->method;
+    const omu_DeprecatedMethodEntry* const row = FindDeprecated(levels.DeprecatedMethods(), name, deprecated);
+    return row != nullptr ? &row->method : nullptr;
 }
 
 struct Accessors
@@ -59,12 +62,8 @@ Accessors FindMember(const omu_TypeLevels& levels, const char* name, bool& depre
     if (const omu_MemberEntry* row = levels.Members().Find(name)) {
         return {row->getter, row->setter};
     }
-    const omu_DeprecatedMemberEntry* const row = PermitsDeprecated() ? levels.DeprecatedMembers().Find(name) : nullptr;
-    if (row == nullptr) {
-        return {};
-    }
-    deprecated = true;
-    return {row->getter, row->setter};
+    const omu_DeprecatedMemberEntry* const row = FindDeprecated(levels.DeprecatedMembers(), name, deprecated);
+    return row != nullptr ? Accessors{row->getter, row->setter} : Accessors{};
 }
 
 template <class Entry> cow_List<cow_String> NamesOf(const omu_NameIndex<Entry>& index)
@@ -183,7 +182,7 @@ bool omu_InterfaceObj::IsDescribed() const
 
 bool omu_InterfaceObj::IsMethod(const char* name, bool& deprecated)
 {
-    return IsDescribed() && FindCall(m_levels->Methods(), m_levels->DeprecatedMethods(), name, deprecated) != nullptr;
+    return IsDescribed() && FindMethod(*m_levels, name, deprecated) != nullptr;
 }
 
 omu_Primitive* omu_InterfaceObj::CallMethod(const char*, const char* methodName, omu_Arguments& arguments,
@@ -192,8 +191,7 @@ omu_Primitive* omu_InterfaceObj::CallMethod(const char*, const char* methodName,
     if (!IsDescribed()) {
         return nullptr;
     }
-    const omu_Method* const method =
-        FindCall(m_levels->Methods(), m_levels->DeprecatedMethods(), methodName, deprecated);
+    const omu_Method* const method = FindMethod(*m_levels, methodName, deprecated);
     return method != nullptr ? (this->**method)(arguments) : nullptr;
 }
 

@@ -19,22 +19,6 @@ bool IsSameLevel(const omu_InterfaceObj::TypeDesc& a, const omu_InterfaceObj::Ty
 
 } // namespace
 
-template <class Entry> const Entry* omu_NameIndex<Entry>::Find(std::string_view name) const noexcept
-{
-    if (m_slots.empty()) {
-        return nullptr;
-    }
-    const std::size_t mask = m_slots.size() - 1;
-    const omu_NameKey key(name);
-    for (std::size_t place = key.Hash() & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
-        const Slot& slot = m_slots[place];
-        if (slot.key == key && (name.size() <= omu_NameKey::WHOLE_LENGTH || slot.row->name == name)) {
-            return slot.row;
-        }
-    }
-    return nullptr;
-}
-
 template <class Entry> void omu_NameIndex<Entry>::Add(const Entry* table)
 {
     for (const Entry* row = table; row->name != nullptr; ++row) {

@@ -76,6 +76,22 @@ private:
     std::vector<Slot> m_slots;
 };
 
+template <class Entry> inline const Entry* omu_NameIndex<Entry>::Find(std::string_view name) const noexcept
+{
+    if (m_slots.empty()) {
+        return nullptr;
+    }
+    const std::size_t mask = m_slots.size() - 1;
+    const omu_NameKey key(name);
+    for (std::size_t place = key.Hash() & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
+        const Slot& slot = m_slots[place];
+        if (slot.key == key && (name.size() <= omu_NameKey::WHOLE_LENGTH || slot.row->name == name)) {
+            return slot.row;
+        }
+    }
+    return nullptr;
+}
+
 /// What one chain of DescribeType calls describes: the levels, base first, and an index over their names. Every distinct
 /// chain exists once in the process and lives until it ends, so that an object carries one pointer and looks a name up
 /// without walking levels.
