@@ -76,7 +76,8 @@ public:
     }
     void Put(const omu_BrenowName& name) { Put(name.AsString()); }
     void Put(const omu_BrenowName& name, const cow_String& keyword) { Put(name.AsString(), keyword); }
-    void Put(omu_PrimHolder value, const cow_String& keyword) { PutKeyword(omu_Hold(std::move(value)), keyword); }
+    /// None for a null holder.
+    void Put(omu_PrimHolder&& value, const cow_String& keyword) { PutKeyword(std::move(value), keyword); }
 
     // Checking, in this order.
     void Begin() override;

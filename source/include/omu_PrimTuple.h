@@ -86,7 +86,8 @@ public:
     virtual void Put(int value);
     virtual void Put(short value);
     virtual void Put(char value);
-    void Put(omu_PrimHolder value);
+    void Put(omu_PrimHolder&& value);
+    void Put(const omu_PrimHolder& value) { Put(omu_PrimHolder(value)); }
 
     // Each Get reads the next slot into the target when it fits, and otherwise leaves the target as it is and records
     // the failure. An interface object stays owned by the tuple; the result is `prototype` when there is none.

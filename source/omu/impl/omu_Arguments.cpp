@@ -94,7 +94,7 @@ void omu_Arguments::Put(const omu_InterfaceObj& value, const cow_String& keyword
 
 void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
 {
-    PutKeyword(omu_Hold(omu_PrimHolder(value)), keyword);
+    PutKeyword(omu_PrimHolder(value), keyword);
 }
 
 int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
@@ -109,6 +109,9 @@ int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
 
 void omu_Arguments::PutKeyword(omu_PrimHolder&& value, const cow_String& keyword)
 {
+    if (!value) {
+        value.Emplace<omu_PrimNone>();
+    }
     NoteItem(*value);
     if (const int position = FindKeyword(keyword); position >= 0) {
         m_keywords.Get(position).value = std::move(value);

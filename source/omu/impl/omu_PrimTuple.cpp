@@ -231,7 +231,7 @@ template <omu_HeldInPlace V, class... Args> inline void omu_PrimTuple::Emplace(c
     }
 }
 
-void omu_PrimTuple::Put(omu_PrimHolder item)
+void omu_PrimTuple::Put(omu_PrimHolder&& item)
 {
     if (item) {
         NoteItem(*item);
