@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 /// A key as cow_Map looks for it: made once per search, compared with many stored keys.
 ///
@@ -19,6 +20,8 @@ public:
     static constexpr bool IsCheap() noexcept { return std::is_arithmetic_v<K> || std::is_enum_v<K>; }
     /// True when equality is cheaper to find out than order, so that few keys are looked through one by one.
     static constexpr bool IsCheaplyEqual() noexcept { return false; }
+    /// The key as the map is to keep it.
+    static K&& Kept(K&& key) noexcept { return std::move(key); }
     bool Equals(const K& stored) const { return m_key == stored; }
     bool IsAbove(const K& stored) const { return stored < m_key; }
     bool IsBelow(const K& stored) const { return m_key < stored; }
@@ -39,6 +42,11 @@ public:
 
     bool IsCheap() const noexcept { return m_isCheap; }
     bool IsCheaplyEqual() const noexcept { return m_isCheap; }
+    /// Without room for a longer text, so that a short one stands where Equals looks.
+    static cow_String Kept(cow_String&& key)
+    {
+        return key.size() <= cow_String::INLINE_LENGTH ? cow_String(key.view()) : std::move(key);
+    }
     bool Equals(const cow_String& stored) const noexcept
     {
         return m_isCheap ? stored.IsShortText(m_rank) : stored.view() == m_text;

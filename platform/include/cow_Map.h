@@ -271,7 +271,7 @@ private:
         } else if (chunk->Length() == chunk->Capacity()) {
             chunk->Reserve(std::clamp(2 * chunk->Length(), FIRST_ENTRIES, MAX_ENTRIES));
         }
-        chunk->Insert(place.index, Entry{std::move(key), std::move(value)});
+        chunk->Insert(place.index, Entry{Probe::Kept(std::move(key)), std::move(value)});
         if (m_large) {
             ++m_large.Get()->length;
         }

@@ -117,14 +117,13 @@ public:
     };
     Rank GetRank() const noexcept { return IsHeap() ? HeapRank() : InlineRank(); }
     static Rank RankOf(std::string_view text) noexcept;
-    /// Whether this text, wherever it stands, has that rank, which is not that of a long one.
+    /// Whether this is the text of that rank, which is not that of a long one; never when it has room for a longer one.
     bool IsShortText(const Rank& rank) const noexcept
     {
         std::uint64_t words[2];
         std::memcpy(words, m_buffer, sizeof words);
         return ((words[0] ^ __builtin_bswap64(rank.high)) | (words[1] ^ __builtin_bswap64(rank.low ^ INLINE_LENGTH))) ==
-                   0 ||
-               (IsHeap() && HeapRank() == rank);
+               0;
     }
 
     // Friends, so that two string_views or literals never meet them.
