@@ -1,8 +1,10 @@
 """What scripts do is written down as a script, and that script does it again in a fresh process."""
 
 import math
+import os
 import pathlib
 import random
+import select
 import subprocess
 import sys
 
@@ -138,6 +140,13 @@ def test_a_journal_that_cannot_be_written_says_so(journal, tmp_path):
     if pathlib.Path("/dev/full").exists():
         with pytest.raises(OSError):
             vexomu.startJournal("/dev/full")
+    reader, writer = os.pipe()
+    os.set_blocking(writer, False)
+    while select.select([], [writer], [], 0)[1]:
+        os.write(writer, bytes(4096))
+    with pytest.raises(BlockingIOError):
+        vexomu.startJournal(writer)
+    os.close(reader)
     vexomu.startJournal(journal)  # none of the failures left one open
 
 

@@ -116,6 +116,8 @@ def test_programs(tmp_path):
         vexomu.run("no-such-program")
     with pytest.raises(RuntimeError):
         vexomu.run("echo 'open quote")
-    for wrong, error in [({"input": b"bytes"}, TypeError), ({"env": {"A=": "1"}}, ValueError)]:
+    ownItems = type("OwnItems", (), {"items": lambda self: [1]})()  # not the pairs that they are taken for
+    for wrong, error in [({"input": b"bytes"}, TypeError), ({"env": {"A=": "1"}}, ValueError),
+                         ({"env": ownItems}, AttributeError)]:
         with pytest.raises(error):
             vexomu.run("cat", **wrong)

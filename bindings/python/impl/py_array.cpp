@@ -461,6 +461,10 @@ std::unique_ptr<omu_PrimArray> ArrayOfValues(const omu_PrimHolder& values, Kind 
         // The text of an array without dimensions has its number alone.
         double element = 0; // room for each kind
         putPrimNumberAtPtr(*number, kind, &element);
+        if (kind == omu_PrimNumber::INT32 && Load<std::int32_t>(&element) != number->GetValue()) {
+            nex_TextException("a number that is no int32 is no element of an array of kind 'i'")
+                .Throw(SOURCE, __LINE__);
+        }
         return std::make_unique<omu_PrimArray>(0, nullptr, kind, &element);
     }
     const auto& sequence = static_cast<const omu_PrimSequence&>(*values);
@@ -539,7 +543,8 @@ PyObject* NewNumber(PyObject*, PyObject* arguments)
         return nullptr;
     }
     const PyRef ctypes(PyImport_ImportModule("ctypes"));
-    PyRef number(ctypes ? PyObject_CallMethod(ctypes.Get(), found->second, "O", value) : nullptr);
+    const PyRef type(ctypes ? PyObject_GetAttrString(ctypes.Get(), found->second) : nullptr);
+    PyRef number(type ? PyObject_CallOneArg(type.Get(), value) : nullptr);
     const PyRef kept(number ? PyObject_GetAttrString(number.Get(), "value") : nullptr);
     if (!kept) {
         return nullptr;
@@ -595,6 +600,10 @@ std::unique_ptr<omu_Primitive> pyFromBuffer(PyObject* value)
     if (format == '\0') {
         PyErr_Format(PyExc_TypeError, "the elements of this %s are no numbers that the kernel understands",
                      Py_TYPE(value)->tp_name);
+        return nullptr;
+    }
+    if (!std::in_range<int>(view->len / view->itemsize)) { // before they are copied: a broadcast array is small
+        PyErr_SetString(PyExc_OverflowError, "array has more elements than fit in 32 bits");
         return nullptr;
     }
     const Elements elements(*view);

@@ -93,6 +93,9 @@ bool Write(const cow_String& lines)
                                                 PyBytes_GET_SIZE(bytes.Get()) - start));
         const Py_ssize_t count = written && written.Get() != Py_None ? PyLong_AsSsize_t(written.Get()) : -1;
         if (count <= 0) {
+            if (PyErr_Occurred() == nullptr) { // as from a pipe that is full and does not wait
+                PyErr_SetString(PyExc_BlockingIOError, "the journal's file takes nothing for now");
+            }
             return false;
         }
         start += count;

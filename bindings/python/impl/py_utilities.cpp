@@ -176,7 +176,9 @@ PyObject* SetNumberFormat(PyObject*, PyObject* arguments, PyObject* keywords)
 /// Names and values of the child's whole environment; false with a Python error set.
 bool TakeEnvironment(PyObject* mapping, uti_Spawn::Environment& environment)
 {
-    const PyRef items(PyMapping_Items(mapping));
+    const PyRef variables(PyDict_New()); // whose items are pairs, whatever a script's own mapping calls its items
+    const PyRef items(variables && PyDict_Update(variables.Get(), mapping) == 0 ? PyDict_Items(variables.Get())
+                                                                                : nullptr);
     if (!items) {
         return false;
     }
