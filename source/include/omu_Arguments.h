@@ -6,6 +6,7 @@
 #include "omu_PrimTuple.h"
 
 #include <concepts>
+#include <cstddef>
 #include <exception>
 #include <limits>
 #include <string_view>
@@ -36,7 +37,7 @@ concept omu_KeywordTarget =
 /// Ownership:  owns the values; what a Get hands out is a copy or, for an interface object, a borrowed pointer.
 /// Threads:    one thread at a time.
 /// Complexity: Put and Get O(1) for scalars by position, O(K) with a keyword; Begin O(K), K keywords, of which a call has
-///             few. The first keyword Put makes room for four.
+///             few.
 /// Errors:     fetching never throws an argument error and after the first failure writes to no target; End throws one
 ///             exception: omu_KeywordErrorException, omu_ArgTypeErrorException, omu_KeywordTypeErrorException (or in
 ///             their place omu_BreNameErrorException for a string that is no legal name) or omu_ArgNumberErrorException,
@@ -84,7 +85,16 @@ public:
     using omu_PrimTuple::Get;
     void Get(cow_1DArrayList<int, int>& values) override;
     void Get(cow_1DArray<int>& values) override;
-    template <omu_KeywordTarget T> void Get(T& value, const cow_String& keyword);
+    template <omu_KeywordTarget T> void Get(T& value, const cow_String& keyword)
+    {
+        if (!IsSuppliedByPosition()) {
+            GetByKeyword(value, keyword);
+        } else if (TakeInPlace(m_items[m_cursor], value)) {
+            IncrementCursor();
+        } else {
+            Get(value);
+        }
+    }
     void Get(omu_PrimEnumBase& value, const cow_String& keyword);
     /// A string that obeys the rules for the kind of name that the target is.
     void Get(omu_BrenowName& name);
@@ -118,8 +128,39 @@ public:
         omu_PrimHolder value; // not null
         int turn; // among the keywords not fetched yet, those of a turn by their names; FETCHED: not among them
     };
+    /// Keyword values, each name once. A call has few: there is room for those in the list itself.
+    class VEXOMU_API KeywordList
+    {
+    public:
+        KeywordList() noexcept : m_items(Place()) {}
+        KeywordList(const KeywordList& other);
+        KeywordList& operator=(KeywordList other) noexcept;
+        ~KeywordList();
+
+        int Length() const noexcept { return m_length; }
+        const Keyword* begin() const noexcept { return m_items; }
+        const Keyword* end() const noexcept { return m_items + m_length; }
+        Keyword* begin() noexcept { return m_items; }
+        Keyword* end() noexcept { return m_items + m_length; }
+        /// Null when there is none.
+        Keyword* Find(const cow_String& name) noexcept;
+        /// Adds one of a name that is not among them.
+        void Add(const cow_String& name, omu_PrimHolder&& value, int turn);
+
+    private:
+        static constexpr int ROOM_IN_PLACE = 4;
+
+        Keyword* Place() noexcept { return reinterpret_cast<Keyword*>(m_place); }
+        bool IsInPlace() const noexcept { return m_room == ROOM_IN_PLACE; }
+        void Grow();
+
+        Keyword* m_items; // in place, or in a block of the pool
+        int m_length = 0;
+        int m_room = ROOM_IN_PLACE;
+        alignas(Keyword) std::byte m_place[ROOM_IN_PLACE * sizeof(Keyword)];
+    };
     /// In the order in which they were put first.
-    const cow_1DArray<Keyword>& Keywords() const noexcept { return m_keywords; }
+    const KeywordList& Keywords() const noexcept { return m_keywords; }
     /// The deprecated keywords that the call used, each once.
     const cow_List<cow_String>& DeprecatedArgumentsUsed() const noexcept { return m_deprecatedUsed; }
 
@@ -127,14 +168,35 @@ private:
     static constexpr int FETCHED = std::numeric_limits<int>::max(); // behind every turn
 
     void PutKeyword(omu_PrimHolder&& value, const cow_String& keyword);
-    /// Position of a keyword, or -1.
-    int FindKeyword(const cow_String& keyword) const noexcept;
-    /// What every keyword Get does: `convert(value)` takes the supplied value or says that it does not fit, and then
-    /// `expected()` is what was wanted. Failures are recorded.
-    template <class Convert, class Expected> void Fetch(const cow_String& keyword, Convert convert, Expected expected);
+    /// Counts the Get of a parameter that is not supplied by position. The value to convert; null when there is none.
+    const omu_Primitive* FetchKeyword(const cow_String& keyword);
     /// The Get of a parameter that is not supplied by position.
-    template <class T> void GetByKeyword(T& value, const cow_String& keyword);
+    template <omu_KeywordTarget T> void GetByKeyword(T& value, const cow_String& keyword);
     bool IsSuppliedByPosition() const noexcept { return m_cursor < m_size && m_typeErrorPosition == 0; }
+    // What a Get by position would take from a value that stands in its holder, as most do: without a call. False when
+    // that Get is to look at it.
+    static bool TakeInPlace(const omu_PrimHolder& item, int& value) noexcept
+    {
+        const omu_PrimNumber* const number = item.NumberInPlace();
+        const bool fits = number != nullptr && number->GetDataType() == omu_PrimNumber::INT32;
+        value = fits ? number->GetInt() : value;
+        return fits;
+    }
+    static bool TakeInPlace(const omu_PrimHolder& item, double& value) noexcept
+    {
+        const omu_PrimNumber* const number = item.NumberInPlace();
+        value = number != nullptr ? number->GetValue() : value;
+        return number != nullptr;
+    }
+    static bool TakeInPlace(const omu_PrimHolder& item, cow_String& value) noexcept
+    {
+        const bool fits = item.CodeInPlace() == 's';
+        if (fits) {
+            value = static_cast<const omu_PrimString&>(*item).GetString();
+        }
+        return fits;
+    }
+    template <class T> static bool TakeInPlace(const omu_PrimHolder&, T&) noexcept { return false; }
     /// Throws what End throws when Error() says so; returns for an error that it does not report.
     void ReportError(cow_String methodName) const;
     /// The first of the keywords not fetched yet, of which there is one.
@@ -146,9 +208,9 @@ private:
     bool DeprecatedCheck(const cow_String& feature) const;
     void AddDeprecatedArgUsed(const cow_String& keyword);
 
-    // Invariant: each name once. Not a dictionary: what becomes of a keyword stands beside its value, and comparing the
-    // few names of a call is cheaper than any order of them.
-    cow_1DArray<Keyword> m_keywords;
+    // Not a dictionary: what becomes of a keyword stands beside its value, and comparing the few names of a call is
+    // cheaper than any order of them.
+    KeywordList m_keywords;
     int m_unfetched = 0; // keywords with a turn; Begin gives the same, the first, to all of them
     int m_nextTurn = 0;
     cow_List<cow_String> m_deprecatedUsed; // without repeats

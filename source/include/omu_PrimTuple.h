@@ -129,7 +129,7 @@ public:
     virtual void End(cow_String methodName);
 
     /// The parameters from here on need not be supplied.
-    void Optional() noexcept { m_optional = true; }
+    void Optional() noexcept { m_required = 0; }
     /// Undoes the Get just made when it failed, and says so; the caller then tries another type.
     bool Alternative();
     /// True when End would throw for the state so far.
@@ -171,7 +171,7 @@ protected:
     {
         ++m_cursor;
         ++m_gets;
-        m_minimum += m_optional ? 0 : 1;
+        m_minimum += m_required;
     }
     void ResetReading() noexcept;
     void SetDefaultName(const cow_String& name) { m_defaultName = name; }
@@ -202,8 +202,8 @@ protected:
     int m_size = 0;              // slots, fixed at construction
     int m_gets = 0;              // made so far: the most that may be supplied
     int m_typeErrorPosition = 0; // one more than the cursor of the first failed Get; 0: none failed
-    int m_minimum = 0;           // Gets made while not optional
-    bool m_optional = false;     // set by Optional()
+    int m_minimum = 0;           // Gets made before Optional()
+    int m_required = 1;          // what a Get adds to the minimum: 0 after Optional()
     cow_String m_actualType;     // of the offending item
     cow_String m_expectedType;   // what the failed Get wanted
     // Invariant: m_size slots; a slot not filled is a null holder.

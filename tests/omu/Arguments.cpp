@@ -52,14 +52,32 @@ TEST(Arguments, A_name_is_checked_by_the_rules_of_its_target_when_the_call_ends)
     }
 }
 
-TEST(Arguments, A_copy_keeps_its_values)
+TEST(Arguments, A_copy_keeps_its_values_however_many_keywords_there_are)
 {
-    auto original = std::make_unique<omu_Arguments>(1);
-    original->Put(1);
-    original->Put(cow_String("a keyword value long enough to be shared"), "name");
-    const std::unique_ptr<omu_Primitive> copy(original->Copy());
-    original.reset();
-    EXPECT_EQ(copy->AsString(0), "(1, name='a keyword value long enough to be shared')");
+    const auto make = [](int keywords, cow_String& text) {
+        auto arguments = std::make_unique<omu_Arguments>(1);
+        arguments->Put(keywords);
+        text = "(" + cow_String(keywords);
+        for (int i = 0; i < keywords; ++i) {
+            arguments->Put(cow_String("a keyword value long enough to be shared"), "k" + cow_String(i));
+            text += ", k" + cow_String(i) + "='a keyword value long enough to be shared'";
+        }
+        text += ")";
+        return arguments;
+    };
+    for (const int from : {1, 4, 5, 9}) {
+        for (const int to : {1, 4, 5, 9}) {
+            cow_String text, other;
+            auto original = make(from, text);
+            const auto assigned = make(to, other);
+            *assigned = *original;
+            const std::unique_ptr<omu_Primitive> copy(original->Copy());
+            original->Put(1, "k0");
+            original = make(9, other); // over what copying has left on the stack
+            EXPECT_EQ(copy->AsString(0), text);
+            EXPECT_EQ(assigned->AsString(0), text);
+        }
+    }
 }
 
 TEST(Arguments, A_command_text_writes_what_reads_back_equal)

@@ -15,10 +15,13 @@
 #include "omu_PrimEnumBase.h"
 #include "omu_PrimNone.h"
 #include "omu_PrimType.h"
+#include "utl_BlockPool.h"
 #include "utl_FilePath.h"
 
 #include <algorithm>
+#include <memory>
 #include <tuple>
+#include <utility>
 
 namespace
 {
@@ -38,9 +41,6 @@ template <class T> void GetAsArrayList(omu_Arguments& arguments, cow_1DArray<T>&
     arguments.Get(items, keyword);
     static_cast<cow_Sequence<T>&>(values) = items;
 }
-
-/// Room made for the first keyword.
-constexpr int FIRST_KEYWORDS = 4;
 
 } // namespace
 
@@ -97,14 +97,62 @@ void omu_Arguments::Put(omu_Primitive* value, const cow_String& keyword)
     PutKeyword(omu_PrimHolder(value), keyword);
 }
 
-int omu_Arguments::FindKeyword(const cow_String& keyword) const noexcept
+omu_Arguments::KeywordList::KeywordList(const KeywordList& other) : KeywordList()
 {
-    for (const Keyword& supplied : m_keywords) {
-        if (supplied.name == keyword) {
-            return static_cast<int>(&supplied - m_keywords.begin());
+    for (const Keyword& keyword : other) {
+        Add(keyword.name, omu_PrimHolder(keyword.value), keyword.turn);
+    }
+}
+
+omu_Arguments::KeywordList& omu_Arguments::KeywordList::operator=(KeywordList other) noexcept
+{
+    static_assert(cow_BitwiseMovable<Keyword>);
+    std::swap(m_place, other.m_place);
+    std::swap(m_items, other.m_items);
+    std::swap(m_room, other.m_room);
+    std::swap(m_length, other.m_length);
+    for (KeywordList* const list : {this, &other}) {
+        list->m_items = list->IsInPlace() ? list->Place() : list->m_items;
+    }
+    return *this;
+}
+
+omu_Arguments::KeywordList::~KeywordList()
+{
+    std::destroy(begin(), end());
+    if (!IsInPlace()) {
+        utl_BlockPool::Free(m_items, static_cast<std::size_t>(m_room) * sizeof(Keyword));
+    }
+}
+
+inline omu_Arguments::Keyword* omu_Arguments::KeywordList::Find(const cow_String& name) noexcept
+{
+    for (Keyword& keyword : *this) {
+        if (keyword.name == name) {
+            return &keyword;
         }
     }
-    return -1;
+    return nullptr;
+}
+
+inline void omu_Arguments::KeywordList::Add(const cow_String& name, omu_PrimHolder&& value, int turn)
+{
+    if (m_length == m_room) {
+        Grow();
+    }
+    ::new (static_cast<void*>(end())) Keyword{name, std::move(value), turn};
+    ++m_length;
+}
+
+[[gnu::noinline]] void omu_Arguments::KeywordList::Grow()
+{
+    KeywordList larger;
+    larger.m_items =
+        static_cast<Keyword*>(utl_BlockPool::Allocate(2 * static_cast<std::size_t>(m_room) * sizeof(Keyword)));
+    larger.m_room = 2 * m_room;
+    cow_Relocate(m_items, static_cast<std::size_t>(m_length), larger.m_items);
+    std::swap(m_items, larger.m_items);
+    std::swap(m_room, larger.m_room);
 }
 
 void omu_Arguments::PutKeyword(omu_PrimHolder&& value, const cow_String& keyword)
@@ -113,13 +161,10 @@ void omu_Arguments::PutKeyword(omu_PrimHolder&& value, const cow_String& keyword
         value.Emplace<omu_PrimNone>();
     }
     NoteItem(*value);
-    if (const int position = FindKeyword(keyword); position >= 0) {
-        m_keywords.Get(position).value = std::move(value);
+    if (Keyword* const known = m_keywords.Find(keyword)) {
+        known->value = std::move(value);
     } else {
-        if (m_keywords.Capacity() == 0) {
-            m_keywords.Reserve(FIRST_KEYWORDS);
-        }
-        m_keywords.Emplace(keyword, std::move(value), FETCHED);
+        m_keywords.Add(keyword, std::move(value), FETCHED);
     }
 }
 
@@ -128,9 +173,8 @@ void omu_Arguments::Begin()
     ResetReading();
     m_unfetched = m_keywords.Length();
     m_nextTurn = 1;
-    Keyword* const keywords = m_keywords.Write();
-    for (int i = 0; i < m_unfetched; ++i) {
-        keywords[i].turn = 0;
+    for (Keyword& keyword : m_keywords) {
+        keyword.turn = 0;
     }
     m_requiredByKeyword = 0;
     m_keywordFailure = 0;
@@ -152,69 +196,54 @@ void omu_Arguments::Get(cow_1DArray<int>& values)
     FetchPositional(values, SEQUENCE_OF_INTEGERS);
 }
 
-template <class Convert, class Expected>
-void omu_Arguments::Fetch(const cow_String& keyword, Convert convert, Expected expected)
+const omu_Primitive* omu_Arguments::FetchKeyword(const cow_String& keyword)
 {
-    const int required = m_optional ? 0 : 1;
-    int position = m_unfetched == 0 ? -1 : FindKeyword(keyword);
-    if (position >= 0 && m_keywords[position].turn == FETCHED) {
-        position = -1;
-    }
-    if (m_typeErrorPosition == 0) {
-        if (position < 0) {
-            SetMissingKeyword(keyword);
-        } else if (const omu_Primitive& supplied = *m_keywords[position].value; !convert(supplied)) {
-            SetKeywordTypeError(keyword, expected(), supplied);
-        }
-    }
     ++m_gets;
-    m_minimum += required;
-    if (position >= 0) {
-        m_requiredByKeyword += required;
-        m_keywords.Get(position).turn = FETCHED;
-        --m_unfetched;
+    m_minimum += m_required;
+    Keyword* const supplied = m_unfetched != 0 ? m_keywords.Find(keyword) : nullptr;
+    if (supplied == nullptr || supplied->turn == FETCHED) {
+        if (m_typeErrorPosition == 0) {
+            SetMissingKeyword(keyword);
+        }
+        return nullptr;
+    }
+    supplied->turn = FETCHED;
+    --m_unfetched;
+    m_requiredByKeyword += m_required;
+    return m_typeErrorPosition == 0 ? supplied->value.ConstGet() : nullptr;
+}
+
+template <omu_KeywordTarget T> void omu_Arguments::GetByKeyword(T& value, const cow_String& keyword)
+{
+    const omu_Primitive* const supplied = FetchKeyword(keyword);
+    if (supplied != nullptr && !omu_ConvertKeyword(*supplied, value)) {
+        SetKeywordTypeError(keyword, omu_KeywordTypeName<T>(), *supplied);
     }
 }
 
-template <class T> [[gnu::noinline]] void omu_Arguments::GetByKeyword(T& value, const cow_String& keyword)
-{
-    Fetch(
-        keyword, [&](const omu_Primitive& supplied) { return omu_ConvertKeyword(supplied, value); },
-        [] { return omu_KeywordTypeName<T>(); });
-}
-
-template <omu_KeywordTarget T> void omu_Arguments::Get(T& value, const cow_String& keyword)
-{
-    if (IsSuppliedByPosition()) {
-        Get(value);
-    } else {
-        GetByKeyword(value, keyword);
-    }
-}
-
-template VEXOMU_API void omu_Arguments::Get(bool&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(int&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(double&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_String&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_List<int>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_List<float>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_List<cow_String>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_1DArray<int>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<int, int>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<float, float>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<double, double>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_1DArrayList<cow_String, cow_String>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_2DArray<double>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_2DArray<cow_String>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(cow_Map<cow_String, float>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omi_complex&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(utl_FilePath&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimNone&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimType&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimTuple&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimDictionary<int>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimDictionary<cow_String>&, const cow_String&);
-template VEXOMU_API void omu_Arguments::Get(omu_PrimArray&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(bool&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(int&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(double&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_String&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_List<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_List<float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_List<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_1DArray<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_1DArrayList<int, int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_1DArrayList<float, float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_1DArrayList<double, double>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_1DArrayList<cow_String, cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_2DArray<double>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_2DArray<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(cow_Map<cow_String, float>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omi_complex&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(utl_FilePath&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimNone&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimType&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimTuple&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimDictionary<int>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimDictionary<cow_String>&, const cow_String&);
+template VEXOMU_API void omu_Arguments::GetByKeyword(omu_PrimArray&, const cow_String&);
 
 void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
 {
@@ -222,9 +251,10 @@ void omu_Arguments::Get(omu_PrimEnumBase& value, const cow_String& keyword)
         Get(value);
         return;
     }
-    Fetch(
-        keyword, [&](const omu_Primitive& supplied) { return omu_Convert(supplied, value); },
-        [&] { return value.TypeString(); });
+    const omu_Primitive* const supplied = FetchKeyword(keyword);
+    if (supplied != nullptr && !omu_Convert(*supplied, value)) {
+        SetKeywordTypeError(keyword, value.TypeString(), *supplied);
+    }
 }
 
 bool omu_Arguments::ConvertName(const omu_Primitive& supplied, omu_BrenowName& name, int position)
@@ -257,17 +287,16 @@ void omu_Arguments::Get(omu_BrenowName& name, const cow_String& keyword)
         Get(name);
         return;
     }
-    Fetch(
-        keyword,
-        [&](const omu_Primitive& supplied) {
-            const bool isText = ConvertName(supplied, name, m_gets + 1);
-            if (m_nameError != nullptr) {
-                m_keywordFailure = m_gets + 1;
-                m_currentKeyword = keyword;
-            }
-            return isText;
-        },
-        [] { return omu_KeywordTypeName<cow_String>(); });
+    const omu_Primitive* const supplied = FetchKeyword(keyword);
+    if (supplied == nullptr) {
+        return;
+    }
+    if (!ConvertName(*supplied, name, m_gets)) {
+        SetKeywordTypeError(keyword, omu_KeywordTypeName<cow_String>(), *supplied);
+    } else if (m_nameError != nullptr) {
+        m_keywordFailure = m_gets;
+        m_currentKeyword = keyword;
+    }
 }
 
 const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_String& keyword,
@@ -277,9 +306,10 @@ const omu_InterfaceObj* omu_Arguments::Get(const char* typeName, const cow_Strin
         return Get(typeName, fallback);
     }
     const omu_InterfaceObj* object = fallback;
-    Fetch(
-        keyword, [&](const omu_Primitive& supplied) { return omu_ConvertObject(supplied, typeName, object); },
-        [&] { return typeName; });
+    const omu_Primitive* const supplied = FetchKeyword(keyword);
+    if (supplied != nullptr && !omu_ConvertObject(*supplied, typeName, object)) {
+        SetKeywordTypeError(keyword, typeName, *supplied);
+    }
     return object;
 }
 
@@ -296,17 +326,16 @@ bool omu_Arguments::Alternative()
         return true;
     }
     m_nameError = nullptr;
-    const int required = m_optional ? 0 : 1;
-    m_minimum -= required;
+    m_minimum -= m_required;
     m_optionalMiss = 0;
     m_keywordFailure = 0;
     m_typeErrorPosition = 0;
     m_actualType.Clear();
     m_expectedType.Clear();
-    if (const int position = FindKeyword(m_currentKeyword); position >= 0) {
-        m_requiredByKeyword -= required;
-        m_unfetched += m_keywords[position].turn == FETCHED ? 1 : 0;
-        m_keywords.Get(position).turn = m_nextTurn++;
+    if (Keyword* const supplied = m_keywords.Find(m_currentKeyword)) {
+        m_requiredByKeyword -= m_required;
+        m_unfetched += supplied->turn == FETCHED ? 1 : 0;
+        supplied->turn = m_nextTurn++;
     }
     m_currentKeyword.Clear();
     --m_gets;
@@ -390,7 +419,7 @@ const cow_String& omu_Arguments::FirstUnfetched() const noexcept
 void omu_Arguments::SetKeywordTypeError(const cow_String& keyword, std::string_view expected,
                                         const omu_Primitive& found)
 {
-    m_typeErrorPosition = m_keywordFailure = m_gets + 1;
+    m_typeErrorPosition = m_keywordFailure = m_gets;
     m_expectedType = expected;
     m_actualType = omu_ElementAwareTypeName(found);
     m_currentKeyword = keyword;
@@ -400,10 +429,10 @@ void omu_Arguments::SetMissingKeyword(const cow_String& keyword)
 {
     m_expectedType = m_actualType = UNDETERMINED;
     m_currentKeyword = keyword;
-    if (m_optional) {
-        m_optionalMiss = m_gets + 1;
+    if (m_required == 0) {
+        m_optionalMiss = m_gets;
     } else {
-        m_typeErrorPosition = m_keywordFailure = m_gets + 1;
+        m_typeErrorPosition = m_keywordFailure = m_gets;
     }
 }
 

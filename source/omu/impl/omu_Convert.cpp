@@ -9,22 +9,6 @@
 namespace
 {
 
-/// True when `item` is an integer 0 or 1, which then is in `target`.
-bool ConvertZeroOrOne(const omu_Primitive& item, bool& target)
-{
-    if (!item.IsType('i')) {
-        return false;
-    }
-    const auto& number = static_cast<const omu_PrimNumber&>(item);
-    // The dictionary's unsigned numbers have their value in the unsigned field alone.
-    const double value = number.GetDataType() == omu_PrimNumber::UINT32 ? number.GetUnsigned() : number.GetValue();
-    if (value != 0 && value != 1) {
-        return false;
-    }
-    target = value == 1;
-    return true;
-}
-
 /// Sets a constant of the boolean flavour `Inst`; false for any other constant.
 template <int Inst> bool SetBool(omu_PrimEnumBase& target, bool value)
 {
@@ -80,7 +64,7 @@ const omu_Primitive& omu_SharedNone()
 
 bool omu_Convert(const omu_Primitive& item, bool& target)
 {
-    return !omu_IsInteger(item, omu_PrimNumber::UINT32) && ConvertZeroOrOne(item, target);
+    return !omu_IsInteger(item, omu_PrimNumber::UINT32) && omu_ConvertKeyword(item, target);
 }
 
 bool omu_Convert(const omu_Primitive& item, omi_complex& target)
@@ -109,7 +93,7 @@ bool omu_Convert(const omu_Primitive& item, omu_PrimEnumBase& target)
         return !name.Contains(std::string_view("\0", 1)) && target.SetValue(name.AsCharPtr());
     }
     bool value = false;
-    return ConvertZeroOrOne(item, value) && (SetBool<1>(target, value) || SetBool<2>(target, value));
+    return omu_ConvertKeyword(item, value) && (SetBool<1>(target, value) || SetBool<2>(target, value));
 }
 
 bool omu_ConvertObject(const omu_Primitive& item, const char* typeName, const omu_InterfaceObj*& object)
@@ -141,11 +125,6 @@ bool omu_ConvertKeyword(const omu_Primitive& value, unsigned int& target)
     }
     target = static_cast<const omu_PrimNumber&>(value).GetUnsigned();
     return true;
-}
-
-bool omu_ConvertKeyword(const omu_Primitive& value, bool& target)
-{
-    return ConvertZeroOrOne(value, target);
 }
 
 bool omu_ConvertKeyword(const omu_Primitive& value, const char*& target)

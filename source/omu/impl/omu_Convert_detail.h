@@ -191,7 +191,7 @@ concept omu_SequenceTarget = requires(C items, typename C::value_type item) { it
 template <omu_SequenceTarget C> bool omu_ConvertItems(const omu_PrimTuple& tuple, C& target)
 {
     C items;
-    items.Resize(tuple.Length());
+    items.Resize(static_cast<int>(tuple.end() - tuple.begin())); // its length, without a virtual call
     typename C::value_type* next = items.Write();
     for (const omu_PrimHolder& holder : tuple) {
         const omu_Primitive* const item = holder.ConstGet();
@@ -273,7 +273,20 @@ bool omu_ConvertKeyword(const omu_Primitive& value, int& target);
 /// The unsigned field of any integer.
 bool omu_ConvertKeyword(const omu_Primitive& value, unsigned int& target);
 /// An integer 0 or 1 of any kind.
-bool omu_ConvertKeyword(const omu_Primitive& value, bool& target);
+inline bool omu_ConvertKeyword(const omu_Primitive& value, bool& target)
+{
+    if (!value.IsType('i')) {
+        return false;
+    }
+    const auto& integer = static_cast<const omu_PrimNumber&>(value);
+    // The dictionary's unsigned numbers have their value in the unsigned field alone.
+    const double number = integer.GetDataType() == omu_PrimNumber::UINT32 ? integer.GetUnsigned() : integer.GetValue();
+    if (number != 0 && number != 1) {
+        return false;
+    }
+    target = number == 1;
+    return true;
+}
 /// The text of a string; it dies with the value.
 bool omu_ConvertKeyword(const omu_Primitive& value, const char*& target);
 /// A tuple, a list, or the tuple made from a numeric array.

@@ -188,11 +188,11 @@ bool omu_InterfaceObj::IsMethod(const char* name, bool& deprecated)
 omu_Primitive* omu_InterfaceObj::CallMethod(const char*, const char* methodName, omu_Arguments& arguments,
                                             bool& deprecated)
 {
-    if (!IsDescribed()) {
-        return nullptr;
+    if (const omu_Method* const method = FindMethod(*m_levels, methodName, deprecated)) {
+        return (this->**method)(arguments);
     }
-    const omu_Method* const method = FindMethod(*m_levels, methodName, deprecated);
-    return method != nullptr ? (this->**method)(arguments) : nullptr;
+    static_cast<void>(IsDescribed()); // reports an object that is not
+    return nullptr;
 }
 
 omu_Primitive* omu_InterfaceObj::GetMember(const char* name, bool& deprecated)

@@ -236,8 +236,10 @@ void omu_PrimTuple::Put(omu_PrimHolder&& item)
     if (item) {
         NoteItem(*item);
     }
-    omu_PrimHolder* const fresh = NextFreshSlot();
-    if (omu_PrimHolder* const slot = fresh != nullptr ? fresh : NextSlot()) {
+    if (omu_PrimHolder* const fresh = NextFreshSlot()) {
+        std::construct_at(fresh, std::move(item)); // over an empty holder, which has nothing to destroy
+        ++m_cursor;
+    } else if (omu_PrimHolder* const slot = NextSlot()) {
         *slot = std::move(item);
         ++m_cursor;
     }
@@ -545,7 +547,7 @@ bool omu_PrimTuple::Alternative()
     }
     --m_cursor;
     --m_gets;
-    m_minimum -= m_optional ? 0 : 1;
+    m_minimum -= m_required;
     m_typeErrorPosition = 0;
     m_actualType.Clear();
     m_expectedType.Clear();
@@ -569,7 +571,7 @@ void omu_PrimTuple::ResetReading() noexcept
 {
     m_cursor = 0;
     m_minimum = 0;
-    m_optional = false;
+    m_required = 1;
     m_typeErrorPosition = 0;
     m_gets = 0;
     m_actualType.Clear();
@@ -687,7 +689,7 @@ void omu_PrimTuple::PrintData(pnt_PrettyPrint& out, const void* object)
     out.Field(tuple.m_cursor);
     out.Field(tuple.m_minimum);
     out.Field(tuple.m_gets);
-    out.Field(tuple.m_optional);
+    out.Field(tuple.m_required == 0);
     out.Field(tuple.m_typeErrorPosition);
     out.Field(tuple.m_actualType);
     out.Field(tuple.m_expectedType);

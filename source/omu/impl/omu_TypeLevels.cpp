@@ -44,13 +44,24 @@ template <class Entry> void omu_NameIndex<Entry>::Rehash(std::size_t slots)
 
 template <class Entry> void omu_NameIndex<Entry>::Place(const Entry* row) noexcept
 {
-    const std::size_t mask = m_slots.size() - 1;
     const omu_NameKey key(row->name);
-    std::size_t place = key.Hash() & mask;
+    std::size_t place = FirstPlace(key);
     while (m_slots[place].row != nullptr) {
-        place = (place + 1) & mask;
+        place = NextPlace(place);
     }
     m_slots[place] = {row, key};
+}
+
+template <class Entry> const Entry* omu_NameIndex<Entry>::FindSlowly(std::string_view name) const noexcept
+{
+    const omu_NameKey key(name);
+    for (std::size_t place = FirstPlace(key); m_slots[place].row != nullptr; place = NextPlace(place)) {
+        const Slot& slot = m_slots[place];
+        if (slot.key == key && (name.size() <= omu_NameKey::WHOLE_LENGTH || slot.row->name == name)) {
+            return slot.row;
+        }
+    }
+    return nullptr;
 }
 
 template class omu_NameIndex<omu_MethodEntry>;

@@ -70,26 +70,21 @@ private:
 
     void Rehash(std::size_t slots);
     void Place(const Entry* row) noexcept;
+    std::size_t FirstPlace(const omu_NameKey& key) const noexcept { return key.Hash() & (m_slots.size() - 1); }
+    std::size_t NextPlace(std::size_t place) const noexcept { return (place + 1) & (m_slots.size() - 1); }
+    /// What Find does when the first place does not tell.
+    const Entry* FindSlowly(std::string_view name) const noexcept;
 
     std::vector<const Entry*> m_rows;
     // Open addressing with linear probing; the size is a power of two and at most half of the slots are taken.
-    std::vector<Slot> m_slots;
+    std::vector<Slot> m_slots = std::vector<Slot>(1);
 };
 
 template <class Entry> inline const Entry* omu_NameIndex<Entry>::Find(std::string_view name) const noexcept
 {
-    if (m_slots.empty()) {
-        return nullptr;
-    }
-    const std::size_t mask = m_slots.size() - 1;
     const omu_NameKey key(name);
-    for (std::size_t place = key.Hash() & mask; m_slots[place].row != nullptr; place = (place + 1) & mask) {
-        const Slot& slot = m_slots[place];
-        if (slot.key == key && (name.size() <= omu_NameKey::WHOLE_LENGTH || slot.row->name == name)) {
-            return slot.row;
-        }
-    }
-    return nullptr;
+    const Slot& slot = m_slots[FirstPlace(key)];
+    return slot.key == key && name.size() <= omu_NameKey::WHOLE_LENGTH ? slot.row : FindSlowly(name);
 }
 
 /// What one chain of DescribeType calls describes: the levels, base first, and an index over their names. Every distinct
