@@ -20,6 +20,15 @@ def test_a_call_reaches_the_method_with_all_its_values():
     assert shelf.call(3, 2.5, "abc", flag=False) == (3, 2.5, "abc", 0, 0)
 
 
+@pytest.mark.parametrize("kind", [str, type("Derived", (str,), {})])
+def test_keywords_are_told_apart_however_many_there_are(kind):
+    names = [kind(f"name{i}") for i in range(600)]
+    for name in [*names, *names]:
+        with pytest.raises(TypeError) as caught:
+            shelf.call(1, 1.0, "a", **{name: 1})
+        assert str(caught.value) == f"callkeyword error on {name}"
+
+
 @pytest.mark.parametrize("call, message", [
     (lambda: shelf.call("x", 1.0, "a"), "call[0]; found string, expecting int32"),
     (lambda: shelf.call(2**31, 1.0, "a"), "call[0]; found number, expecting int32"),

@@ -66,6 +66,8 @@ public:
 
     void DescribeDeletion(const omu_InterfaceObj& object, const PyJournalName* variable, const char* member);
 
+    bool IsDescribed() const noexcept { return m_isDescribed; }
+
     /// Writes what was described, if anything was. A result that only the script has gets a variable, which goes to
     /// `resultVariable`; for any other result that is null. A journal that can no longer be written is closed with a
     /// warning. False with a Python error set, when that warning was made an error.

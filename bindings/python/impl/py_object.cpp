@@ -13,12 +13,14 @@
 #include <structmember.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <new>
 #include <string>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace
@@ -100,24 +102,65 @@ void SetNoAttribute(PyObject* object, const Descriptor& descriptor)
                           descriptor.info.name + "'");
 }
 
+/// Names of keywords as kernel texts. A name is part of the code that calls and the same object each time, so that most are
+/// found by their addresses. Guarded by the interpreter's lock.
+class KeywordNames
+{
+public:
+    /// The text; null with a Python error set. It is gone with the next call.
+    static const cow_String* Find(PyObject* name)
+    {
+        const Known& known = table[IndexOf(name)];
+        return known.name == name ? &known.text : FindNew(name);
+    }
+
+private:
+    struct Known
+    {
+        PyObject* name = nullptr; // a share, for as long as it stands here: no other string gets the address
+        cow_String text;
+    };
+
+    static std::size_t IndexOf(PyObject* name) noexcept { return reinterpret_cast<std::uintptr_t>(name) / 16 % COUNT; }
+    [[gnu::noinline]] static const cow_String* FindNew(PyObject* name)
+    {
+        // A copy of what is of a derived class, of which the end may run code.
+        PyRef plain(PyUnicode_FromObject(name));
+        if (!plain) {
+            return nullptr;
+        }
+        const PyUtf8 utf8(plain.Get());
+        if (!utf8.IsValid()) {
+            return nullptr;
+        }
+        Known& known = table[IndexOf(name)];
+        known.text = utf8.view();
+        Py_XDECREF(std::exchange(known.name, plain.Release()));
+        return &known.text;
+    }
+
+    static constexpr std::size_t COUNT = 256;
+    static Known* const table; // lives as long as the process
+};
+
+KeywordNames::Known* const KeywordNames::table = new Known[COUNT];
+
 /// Fills the argument list with what a call hands over; false with a Python error set.
 bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t positional, PyObject* keywordNames)
 {
     for (Py_ssize_t i = 0; i < positional; ++i) {
-        omu_PrimHolder value = pyFromPython(values[i]);
-        if (!value) {
+        if (!pyPutFromPython(arguments, values[i])) {
             return false;
         }
-        arguments.Put(std::move(value));
     }
     const Py_ssize_t keywords = keywordNames != nullptr ? PyTuple_GET_SIZE(keywordNames) : 0;
     for (Py_ssize_t i = 0; i < keywords; ++i) {
-        const PyUtf8 keyword(PyTuple_GET_ITEM(keywordNames, i));
-        omu_PrimHolder value = keyword.IsValid() ? pyFromPython(values[positional + i]) : omu_PrimHolder();
-        if (!value) {
+        omu_PrimHolder value = pyFromPython(values[positional + i]);
+        const cow_String* const keyword = value ? KeywordNames::Find(PyTuple_GET_ITEM(keywordNames, i)) : nullptr;
+        if (keyword == nullptr) {
             return false;
         }
-        arguments.Put(std::move(value), cow_String(keyword.view()));
+        arguments.Put(std::move(value), *keyword);
     }
     return true;
 }
@@ -125,6 +168,9 @@ bool FillArguments(omu_Arguments& arguments, PyObject* const* values, Py_ssize_t
 /// Writes what is done into the journal; false with a Python error set.
 bool CommitEntry(PyJournalEntry& entry, PyObject* result)
 {
+    if (!entry.IsDescribed()) {
+        return true;
+    }
     if (!PyObject_TypeCheck(result, objectType)) {
         return entry.Commit(nullptr, nullptr);
     }

@@ -23,6 +23,8 @@
 #include "omu_PrimType.h"
 
 #include <limits>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -50,6 +52,25 @@ omu_PrimHolder FromInteger(PyObject* value)
     }
     PyErr_SetString(PyExc_OverflowError, "int does not fit in 32 bits");
     return {};
+}
+
+[[gnu::noinline]] bool PutText(omu_PrimTuple& tuple, PyObject* value)
+{
+    const PyUtf8 utf8(value);
+    if (utf8.IsValid()) {
+        tuple.Put(cow_String(utf8.view()));
+    }
+    return utf8.IsValid();
+}
+
+[[gnu::noinline]] bool PutOther(omu_PrimTuple& tuple, PyObject* value, int depth)
+{
+    omu_PrimHolder converted = pyFromPython(value, depth);
+    if (!converted) {
+        return false;
+    }
+    tuple.Put(std::move(converted));
+    return true;
 }
 
 cow_List<cow_String> SplitPath(const cow_String& text)
@@ -102,8 +123,7 @@ omu_PrimHolder FromText(PyObject* value)
 }
 
 /// Items are taken one by one and held meanwhile: converting one may run Python code that changes the sequence.
-template <class Sequence, class GetItem>
-omu_PrimHolder FromSequence(PyObject* value, Py_ssize_t length, int depth, GetItem getItem)
+template <class Sequence, auto GET_ITEM> omu_PrimHolder FromSequence(PyObject* value, Py_ssize_t length, int depth)
 {
     if (length > std::numeric_limits<int>::max() / 2) {
         PyErr_SetString(PyExc_OverflowError, "sequence too long");
@@ -111,12 +131,10 @@ omu_PrimHolder FromSequence(PyObject* value, Py_ssize_t length, int depth, GetIt
     }
     auto sequence = std::make_unique<Sequence>(static_cast<int>(length));
     for (Py_ssize_t i = 0; i < length; ++i) {
-        const PyRef item(getItem(value, i));
-        omu_PrimHolder converted = item ? pyFromPython(item.Get(), depth + 1) : omu_PrimHolder();
-        if (!converted) {
+        const PyRef item(GET_ITEM(value, i));
+        if (!item || !pyPutFromPython(*sequence, item.Get(), depth + 1)) {
             return {};
         }
-        sequence->Put(std::move(converted));
     }
     return omu_PrimHolder(sequence.release());
 }
@@ -215,17 +233,17 @@ omu_PrimHolder FromOther(PyObject* value, int depth)
         return NewValue<omu_PrimComplex>(omi_complex(PyComplex_RealAsDouble(value), PyComplex_ImagAsDouble(value)));
     }
     if (PyTuple_Check(value)) {
-        return FromSequence<omu_PrimTuple>(value, PyTuple_GET_SIZE(value), depth, TupleItem);
+        return FromSequence<omu_PrimTuple, TupleItem>(value, PyTuple_GET_SIZE(value), depth);
     }
     if (PyList_Check(value)) {
-        return FromSequence<omu_PrimList>(value, PyList_GET_SIZE(value), depth, ListItem);
+        return FromSequence<omu_PrimList, ListItem>(value, PyList_GET_SIZE(value), depth);
     }
     if (PyDict_Check(value)) {
         return FromDict(value, depth);
     }
     if (PyRange_Check(value)) {
         const Py_ssize_t length = PyObject_Size(value);
-        return length >= 0 ? FromSequence<omu_PrimList>(value, length, depth, PySequence_GetItem) : omu_PrimHolder();
+        return length >= 0 ? FromSequence<omu_PrimList, PySequence_GetItem>(value, length, depth) : omu_PrimHolder();
     }
     if (omu_InterfaceObj* const object = pyUnwrapObject(value)) {
         if (PyJournalRendering::IsOn()) {
@@ -360,10 +378,10 @@ omu_PrimHolder pyFromPython(PyObject* value, int depth)
         return FromText(value);
     }
     if (type == &PyList_Type) {
-        return FromSequence<omu_PrimList>(value, PyList_GET_SIZE(value), depth, ListItem);
+        return FromSequence<omu_PrimList, ListItem>(value, PyList_GET_SIZE(value), depth);
     }
     if (type == &PyTuple_Type) {
-        return FromSequence<omu_PrimTuple>(value, PyTuple_GET_SIZE(value), depth, TupleItem);
+        return FromSequence<omu_PrimTuple, TupleItem>(value, PyTuple_GET_SIZE(value), depth);
     }
     if (type == &PyBool_Type) {
         return omu_PrimHolder(std::in_place_type<omu_PrimNumber>, value == Py_True ? 1 : 0);
@@ -372,6 +390,27 @@ omu_PrimHolder pyFromPython(PyObject* value, int depth)
         return omu_PrimHolder(std::in_place_type<omu_PrimNone>);
     }
     return FromOther(value, depth);
+}
+
+bool pyPutFromPython(omu_PrimTuple& tuple, PyObject* value, int depth)
+{
+    // What most calls hand over goes straight to its place.
+    if (depth < bio_MAX_NESTING) {
+        if (PyLong_CheckExact(value)) {
+            int overflow = 0;
+            const long long number = PyLong_AsLongLongAndOverflow(value, &overflow);
+            if (overflow == 0 && number == static_cast<int>(number)) {
+                tuple.Put(static_cast<int>(number));
+                return true;
+            }
+        } else if (PyFloat_CheckExact(value)) {
+            tuple.Put(PyFloat_AS_DOUBLE(value));
+            return true;
+        } else if (PyUnicode_CheckExact(value)) {
+            return PutText(tuple, value);
+        }
+    }
+    return PutOther(tuple, value, depth);
 }
 
 PyObject* pyToPython(const omu_Primitive* value)

@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+class omu_PrimTuple;
+
 // Values cross like this:
 //
 //     Python                                  VEXomu
@@ -30,6 +32,9 @@ bool pyAddValueTypes(PyObject* module);
 
 /// A value made from a Python one; null with a Python error set. `depth` counts the containers around it.
 omu_PrimHolder pyFromPython(PyObject* value, int depth = 0);
+
+/// Puts the same into a tuple; false with a Python error set.
+bool pyPutFromPython(omu_PrimTuple& tuple, PyObject* value, int depth = 0);
 
 /// A new reference to the Python value of `value` (null: None), or null with a Python error set.
 PyObject* pyToPython(const omu_Primitive* value);
