@@ -174,3 +174,36 @@ for use in (lambda: shelf.put('a'), lambda: getattr(shelf, 'put'), lambda: box.l
     run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True,
                          env={**os.environ, "BRENOW_DEPRECATED": "OFF"})
     assert run.stderr + run.stdout == "'vexomu.Shelf' put\n'vexomu.Shelf' put\n'vexomu.Box' label\n"
+
+
+@pytest.mark.skipif("asan" in os.environ.get("LD_PRELOAD", ""), reason="it knows no stack that only a part was taken off")
+@pytest.mark.parametrize("work", ["vexomu.run('true')", "shelf.echo([Slow(), Slow()])"])
+def test_threads_that_come_back_to_an_interpreter_at_its_end_do_not_end_the_process(work):
+    program = f"""
+import sys, threading, time, vexomu
+from probe import shelf
+class Slow:
+    def __index__(self): return sum(range(1000))
+def forever():
+    while True: {work}
+sys.setswitchinterval(1e-5)
+for _ in range(3): threading.Thread(target=forever, daemon=True).start()
+time.sleep(0.2)
+"""
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert (run.returncode, run.stderr) == (0, "")
+
+
+def test_an_interpreter_within_the_process_does_not_take_the_kernel():
+    program = """
+import _xxsubinterpreters as interpreters
+other = interpreters.create()
+try: interpreters.run_string(other, "import probe")
+except interpreters.RunFailedError as error: print(error)
+interpreters.destroy(other)
+from probe import shelf
+print(shelf.echo([shelf]))
+"""
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert run.stderr + run.stdout == ("<class 'ImportError'>: vexomu is for the main interpreter of a process\n"
+                                       "[<Shelf object>]\n")

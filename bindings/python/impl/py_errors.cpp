@@ -7,9 +7,11 @@
 #include "uti_SystemException.h"
 
 #include <array>
+#include <chrono>
 #include <exception>
 #include <new>
 #include <string_view>
+#include <thread>
 
 namespace
 {
@@ -165,6 +167,9 @@ bool pyAddErrors(PyObject* module)
 
 void pySetErrorFromCurrentException(PyObject* object) noexcept
 {
+    if (std::current_exception() == nullptr) {
+        pyHoldThread(); // no exception that anybody threw
+    }
     PyObject* type = nullptr;
     PyObject* earlier = nullptr;
     PyObject* traceback = nullptr;
@@ -187,6 +192,13 @@ void pySetErrorFromCurrentException(PyObject* object) noexcept
     PyErr_NormalizeException(&newType, &value, &newTraceback);
     PyException_SetContext(value, earlier); // takes over the reference
     PyErr_Restore(newType, value, newTraceback);
+}
+
+void pyHoldThread() noexcept
+{
+    for (;;) {
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    }
 }
 
 void pySetErrorAbout(PyObject* type, PyObject* object, PyObject* name, PyRef text)

@@ -18,6 +18,10 @@ void pySetErrorAbout(PyObject* type, PyObject* object, PyObject* name, PyRef tex
 /// KeyError for a key that `object` does not have.
 void pySetKeyError(PyObject* object, PyObject* key);
 
+/// Holds this thread for what is left of the process: the interpreter, at its end, unwinds every other thread that comes
+/// back to it, which no C++ function between here and the thread's start is made for.
+[[noreturn]] void pyHoldThread() noexcept;
+
 /// Runs `body` and returns its result; when it throws, sets the Python error and returns `failed`. Every entry from
 /// Python goes through it: no C++ exception may reach the interpreter. `object` is what the entry is about, or null.
 template <class Body, class Result> Result pyGuard(Result failed, Body body, PyObject* object = nullptr) noexcept

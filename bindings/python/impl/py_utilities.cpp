@@ -49,7 +49,14 @@ public:
     WithoutInterpreter() : m_state(PyEval_SaveThread()) {}
     WithoutInterpreter(const WithoutInterpreter&) = delete;
     WithoutInterpreter& operator=(const WithoutInterpreter&) = delete;
-    ~WithoutInterpreter() { PyEval_RestoreThread(m_state); }
+    ~WithoutInterpreter()
+    {
+        try {
+            PyEval_RestoreThread(m_state);
+        } catch (...) {
+            pyHoldThread();
+        }
+    }
 
 private:
     PyThreadState* m_state;

@@ -63,10 +63,19 @@ bool Fill(PyObject* module)
 PyMODINIT_FUNC PyInit_vexomu()
 {
     return pyGuard(static_cast<PyObject*>(nullptr), []() -> PyObject* {
-        // Never finalized: kernel objects in Python's hands may outlive every moment at which that could be done.
-        static int count = 0;
-        omu_initialize(count);
-        PyRef module(PyModule_Create(&definition));
-        return module && Fill(module.Get()) ? module.Release() : nullptr;
+        // The classes are one per process, too: the interpreter may ask again once it has forgotten the module.
+        static PyObject* only = nullptr;
+        if (PyInterpreterState_Get() != PyInterpreterState_Main()) {
+            PyErr_SetString(PyExc_ImportError, "vexomu is for the main interpreter of a process");
+            return nullptr;
+        }
+        if (only == nullptr) {
+            // Never finalized: kernel objects in Python's hands may outlive every moment at which that could be done.
+            static int count = 0;
+            omu_initialize(count);
+            PyRef module(PyModule_Create(&definition));
+            only = module && Fill(module.Get()) ? module.Release() : nullptr;
+        }
+        return Py_XNewRef(only);
     });
 }

@@ -38,7 +38,10 @@ inline const vexomu_Api* vexomu_ImportApi()
 {
     static const vexomu_Api* api = nullptr;
     if (api == nullptr) {
-        const auto* const found = static_cast<const vexomu_Api*>(PyCapsule_Import(vexomu_Api::CAPSULE, 0));
+        PyObject* const module = PyImport_ImportModule("vexomu"); // which says what was wrong, unlike PyCapsule_Import
+        Py_XDECREF(module);
+        const auto* const found =
+            static_cast<const vexomu_Api*>(module != nullptr ? PyCapsule_Import(vexomu_Api::CAPSULE, 0) : nullptr);
         if (found != nullptr && found->version != vexomu_Api::VERSION) {
             PyErr_Format(PyExc_ImportError, "vexomu offers interface %d, this module needs %d", found->version,
                          vexomu_Api::VERSION);
