@@ -197,7 +197,7 @@ struct Sqlite
             nodes.emplace_back("node " + std::to_string(i), i);
         }
         Statements file(Fresh("sqlite"),
-                        "PRAGMA page_size = 8192; PRAGMA synchronous = FULL; PRAGMA cache_size = -16384;"
+                        "PRAGMA page_size = 16384; PRAGMA synchronous = FULL; PRAGMA cache_size = -16384;"
                         "CREATE TABLE record(id INTEGER PRIMARY KEY, class INTEGER NOT NULL, owner INTEGER NOT NULL, "
                         "identity INTEGER NOT NULL, form INTEGER NOT NULL, length INTEGER NOT NULL, "
                         "revision INTEGER NOT NULL, checksum INTEGER NOT NULL);"

@@ -29,6 +29,7 @@ namespace
 {
 constexpr int COUNT = 10'000'000;
 constexpr int BLOCK = 2048;
+constexpr int AT_ONCE = 32; // blocks of an AppendBlock
 constexpr int PLACES = 100'000;
 const std::string FOLDER = std::filesystem::temp_directory_path() / ("bench_store_" + std::to_string(getpid()));
 
@@ -75,7 +76,7 @@ class Kernel
 public:
     static void Write()
     {
-        std::vector<double> values(64 * BLOCK);
+        std::vector<double> values(AT_ONCE * BLOCK);
         Write([&values](cls_ArrayPrim<double>& array) {
             for (int first = 0; first < COUNT; first += static_cast<int>(values.size())) {
                 const int count = std::min(static_cast<int>(values.size()), COUNT - first);
@@ -140,15 +141,27 @@ struct KernelOneByOne
     }
 };
 
-class Sqlite
+struct AsItComes
+{
+    static constexpr const char* FILE = "sqlite";
+    static constexpr const char* SETTINGS = "PRAGMA synchronous = FULL;";
+};
+struct AsByEngine
+{
+    static constexpr const char* FILE = "sqlite_by_engine";
+    static constexpr const char* SETTINGS =
+        "PRAGMA page_size = 16384; PRAGMA synchronous = FULL; PRAGMA cache_size = -16384;";
+};
+
+template <class Setting> class PlainSqlite
 {
 public:
     static void Write()
     {
-        Sqlite file(Fresh("sqlite"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
-                    "PRAGMA page_size = 8192; PRAGMA synchronous = FULL; PRAGMA cache_size = -16384;"
-                    "CREATE TABLE block(id INTEGER PRIMARY KEY, checksum INTEGER NOT NULL, data BLOB NOT NULL); BEGIN",
-                    "INSERT INTO block VALUES (?, 1234567890123456789, ?)");
+        PlainSqlite file(
+            Fresh(Setting::FILE), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+            "CREATE TABLE block(id INTEGER PRIMARY KEY, checksum INTEGER NOT NULL, data BLOB NOT NULL); BEGIN",
+            "INSERT INTO block VALUES (?, 1234567890123456789, ?)");
         double block[BLOCK];
         for (int first = 0; first < COUNT; first += BLOCK) {
             const int count = Fill(first, block);
@@ -159,11 +172,10 @@ public:
         }
         sqlite3_exec(file.m_db, "COMMIT", nullptr, nullptr, nullptr);
     }
-    Sqlite()
-        : Sqlite(FOLDER + "/sqlite", SQLITE_OPEN_READONLY, "PRAGMA cache_size = -16384",
-                 "SELECT data FROM block WHERE id = ?")
+    PlainSqlite()
+        : PlainSqlite(FOLDER + "/" + Setting::FILE, SQLITE_OPEN_READONLY, "", "SELECT data FROM block WHERE id = ?")
     {}
-    ~Sqlite()
+    ~PlainSqlite()
     {
         sqlite3_finalize(m_statement);
         sqlite3_close(m_db);
@@ -186,9 +198,10 @@ public:
     }
 
 private:
-    Sqlite(const std::string& path, int flags, const char* start, const char* statement)
+    PlainSqlite(const std::string& path, int flags, const char* start, const char* statement)
     {
         sqlite3_open_v2(path.c_str(), &m_db, flags, nullptr);
+        sqlite3_exec(m_db, Setting::SETTINGS, nullptr, nullptr, nullptr);
         sqlite3_exec(m_db, start, nullptr, nullptr, nullptr);
         sqlite3_prepare_v2(m_db, statement, -1, &m_statement, nullptr);
     }
@@ -206,6 +219,9 @@ private:
     sqlite3_stmt* m_statement = nullptr;
     double m_block[BLOCK];
 };
+
+using Sqlite = PlainSqlite<AsItComes>;
+using SqliteByEngine = PlainSqlite<AsByEngine>;
 
 class Hdf5
 {
@@ -353,6 +369,7 @@ template <class Store> void store_random(benchmark::State& state)
 #define STORES(NAME)                                                                                                   \
     BENCHMARK_TEMPLATE(NAME, Kernel)->Unit(benchmark::kMillisecond)->UseRealTime();                                    \
     BENCHMARK_TEMPLATE(NAME, Sqlite)->Unit(benchmark::kMillisecond)->UseRealTime();                                    \
+    BENCHMARK_TEMPLATE(NAME, SqliteByEngine)->Unit(benchmark::kMillisecond)->UseRealTime();                            \
     BENCHMARK_TEMPLATE(NAME, Hdf5)->Unit(benchmark::kMillisecond)->UseRealTime();                                      \
     BENCHMARK_TEMPLATE(NAME, Plain)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_TEMPLATE(store_write, KernelOneByOne)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -165,7 +165,7 @@ private:
 
     const T& ConstGetSlowly(int index, const Texts& texts) const;
     T& GetSlowly(int index, const Texts& texts);
-    void AppendSlowly(const T& value, const Texts& texts);
+    void AppendSlowly(T value, const Texts& texts);
 
     int CountFrom(int start) const noexcept;
     void SetCurrent(int start, Buffer& buffer, bool writable) const noexcept;

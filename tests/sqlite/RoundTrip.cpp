@@ -511,6 +511,46 @@ TEST_F(StoreTest, Arrays_on_one_list_leave_it_sound_and_see_what_the_others_appe
     }
 }
 
+TEST_F(StoreTest, A_walk_that_reads_ahead_sees_damage_and_changes_where_and_when_they_are_due)
+{
+    constexpr int BLOCK = 2048;
+    sql_Store store = Create();
+    Save(store, [&](const cls_WriteVisitor& visitor) {
+        cls_ArrayPrim<int> array;
+        array.DBWrite(cls_WriteVisitor(visitor, Field("array"), nullptr));
+        for (int block = 0; block < 14; ++block) {
+            array.AppendBlock(std::vector<int>(BLOCK, block).data(), BLOCK);
+        }
+    });
+    store.Commit();
+    cls_ArrayPrim<int> array = ReadField<cls_ArrayPrim<int>>(store, "array");
+    const auto walk = [&array](int from, int to) {
+        std::vector<int> met;
+        for (int block = from; block < to; ++block) {
+            met.push_back(array.ConstGet(block * BLOCK + 7));
+        }
+        return met;
+    };
+    EXPECT_EQ(walk(0, 3), (std::vector{0, 1, 2}));
+    array.Get(4 * BLOCK + 7) = 40; // was read ahead
+    EXPECT_EQ(walk(3, 6), (std::vector{3, 40, 5}));
+    store.Commit();
+    EXPECT_EQ(walk(0, 3), (std::vector{0, 1, 2}));
+    {
+        sql_Store other = Open();
+        cls_ArrayPrim<int> changed = ReadField<cls_ArrayPrim<int>>(other, "array");
+        changed.Get(4 * BLOCK + 7) = 41;
+        changed.Flush();
+        other.Commit();
+    }
+    EXPECT_EQ(array.Snap(), 1);
+    EXPECT_EQ(walk(3, 6), (std::vector{3, 41, 5}));
+    Tamper("UPDATE block SET data = zeroblob(8192) WHERE id & 1048575 = 12");
+    EXPECT_EQ(walk(0, 12).back(), 11);
+    EXPECT_NE(Said([&] { walk(12, 13); }).find("block 12 of record"), std::string::npos);
+    EXPECT_EQ(walk(13, 14).back(), 13);
+}
+
 TEST_F(StoreTest, An_old_version_of_a_class_is_read_through_its_own_metadata_and_upgraded_by_a_save)
 {
     {

@@ -6,24 +6,25 @@ void sql_BlockCache::SetLimit(std::size_t bytes)
     MakeRoom(0);
 }
 
-const std::string* sql_BlockCache::Find(std::int64_t record, std::int64_t block, std::int64_t revision)
+auto sql_BlockCache::Find(std::int64_t record, std::int64_t block, std::int64_t revision) -> const Block*
 {
     const auto found = m_places.find({record, block});
     if (found == m_places.end() || found->second->revision != revision) {
         return nullptr;
     }
     m_entries.splice(m_entries.begin(), m_entries, found->second);
-    return &found->second->bytes;
+    return &found->second->block;
 }
 
-void sql_BlockCache::Put(std::int64_t record, std::int64_t block, std::int64_t revision, std::string_view bytes)
+void sql_BlockCache::Put(std::int64_t record, std::int64_t block, std::int64_t revision, std::string_view bytes,
+                         Use use)
 {
     Erase(record, block);
     if (sizeof(Entry) + bytes.size() > m_limit) {
         return;
     }
     MakeRoom(sizeof(Entry) + bytes.size());
-    m_entries.push_front({{record, block}, revision, std::string(bytes)});
+    m_entries.push_front({{record, block}, revision, {std::string(bytes), use}});
     try {
         m_places.emplace(m_entries.front().place, m_entries.begin());
     } catch (...) {

@@ -8,24 +8,38 @@
 #include <unordered_map>
 
 /// Blocks of stored arrays, as they were read and checked: those used last, up to a number of bytes. An array holds one
-/// block; this spares one that is read here and there the way to the file.
+/// block; this spares one that is read here and there the way to the file, and holds the next few blocks for one that is
+/// read in order.
 ///
 /// Ownership:  owns copies of the blocks.
 /// Threads:    one thread at a time.
 /// Complexity: Find and Erase O(1), Put the copy of a block.
 /// Errors:     Put: std::bad_alloc; the block is then not kept.
 /// References: what Find gives dies with the next call that is no Find.
-/// Avoid for:  arrays read from one end to the other: each block would push out one that is needed again.
+/// Avoid for:  blocks that an array read from one end to the other leaves behind: each would push out one that is needed
+///             again.
 class sql_BlockCache
 {
 public:
+    enum class Use
+    {
+        AGAIN,
+        ONCE ///< read ahead: who finds it erases it
+    };
+    struct Block
+    {
+        std::string bytes;
+        Use use;
+    };
+
     explicit sql_BlockCache(std::size_t bytes) noexcept : m_limit(bytes) {}
 
     /// Keeps no more bytes than that from now on; none at 0.
     void SetLimit(std::size_t bytes);
+    std::size_t Limit() const noexcept { return m_limit; }
     /// The block as it was at that revision of its record; null when it is not kept.
-    const std::string* Find(std::int64_t record, std::int64_t block, std::int64_t revision);
-    void Put(std::int64_t record, std::int64_t block, std::int64_t revision, std::string_view bytes);
+    const Block* Find(std::int64_t record, std::int64_t block, std::int64_t revision);
+    void Put(std::int64_t record, std::int64_t block, std::int64_t revision, std::string_view bytes, Use use);
     void Erase(std::int64_t record, std::int64_t block);
     void Clear() noexcept;
 
@@ -47,9 +61,9 @@ private:
     {
         Place place;
         std::int64_t revision;
-        std::string bytes;
+        Block block;
 
-        std::size_t Size() const noexcept { return sizeof(Entry) + bytes.size(); }
+        std::size_t Size() const noexcept { return sizeof(Entry) + block.bytes.size(); }
     };
     using Entries = std::list<Entry>;
 

@@ -7,6 +7,7 @@
 #include "nex_TextException.h"
 #include "sql_MementoRead_detail.h"
 #include "sql_MementoWrite_detail.h"
+#include "sql_ReadScope_detail.h"
 #include "sql_RecordFile.h"
 
 namespace
@@ -33,30 +34,6 @@ public:
 private:
     sql_SessionPtr m_session;
     cow_String m_name;
-};
-
-/// One view of the store from beginning to end, as it was committed; within a transaction the view is the writer's.
-class ReadScope
-{
-public:
-    explicit ReadScope(sql_Session& session) : m_records(session.Reading()), m_isOwn(!m_records.InTransaction())
-    {
-        if (m_isOwn) {
-            m_records.BeginRead();
-        }
-    }
-    ReadScope(const ReadScope&) = delete;
-    ReadScope& operator=(const ReadScope&) = delete;
-    ~ReadScope()
-    {
-        if (m_isOwn) {
-            m_records.EndRead();
-        }
-    }
-
-private:
-    sql_Records& m_records;
-    bool m_isOwn;
 };
 
 sql_NodePtr RootNode(const sql_SessionPtr& session, const cow_String& name)
@@ -147,13 +124,13 @@ void sql_Store::WriteRoot(const cow_String& name, const WriteFn& write)
 
 void sql_Store::Read(const ReadFn& read)
 {
-    const ReadScope scope(*m_session);
+    const sql_ReadScope scope(m_session->Reading());
     read();
 }
 
 void* sql_Store::ReadRoot(const cow_String& name)
 {
-    const ReadScope scope(*m_session);
+    const sql_ReadScope scope(m_session->Reading());
     const sql_NodePtr node = RootNode(m_session, name);
     const sql_ClassPtr& known = node->Class();
     if (known == nullptr || known->metadata == nullptr || known->metadata->Ctor() == nullptr) {
@@ -168,13 +145,13 @@ void* sql_Store::ReadRoot(const cow_String& name)
 
 cls_MementoRead* sql_Store::OpenRoot(const cow_String& name)
 {
-    const ReadScope scope(*m_session);
+    const sql_ReadScope scope(m_session->Reading());
     return new sql_MementoRead(RootNode(m_session, name));
 }
 
 std::uint32_t sql_Store::RootClass(const cow_String& name)
 {
-    const ReadScope scope(*m_session);
+    const sql_ReadScope scope(m_session->Reading());
     const sql_NodePtr node = RootNode(m_session, name);
     return node->Class() != nullptr && node->IsKnown() ? node->Class()->classId : 0;
 }
@@ -202,6 +179,6 @@ std::vector<cow_String> sql_Store::Roots()
 
 std::vector<std::string> sql_Store::UnknownClasses()
 {
-    const ReadScope scope(*m_session);
+    const sql_ReadScope scope(m_session->Reading());
     return m_session->UnknownClasses();
 }

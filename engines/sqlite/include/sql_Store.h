@@ -56,7 +56,7 @@ public:
     ~sql_Store();
 
     /// Sets how much memory may hold blocks of arrays that are read in no order, for all arrays of the store together;
-    /// CACHE_BYTES at first. A walk through an array, block by block, leaves nothing there.
+    /// CACHE_BYTES at first. A walk through an array, block by block, holds there the few blocks that come next.
     void SetCacheBytes(std::size_t bytes);
 
     /// Starts a transaction. Writing starts one by itself.

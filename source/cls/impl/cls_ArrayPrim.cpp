@@ -275,13 +275,13 @@ template <class T> void cls_ArrayPrim<T>::SetLength(int length) noexcept
     m_current = Current();
 }
 
-template <class T> void cls_ArrayPrim<T>::AppendSlowly(const T& value, const Texts& texts)
+// By value: it may be an element of a block that now goes, and what has an address keeps no register on the usual way.
+template <class T> void cls_ArrayPrim<T>::AppendSlowly(T value, const Texts& texts)
 {
     if (m_length == MAX_LENGTH) {
         Fail(texts, texts.append, __LINE__);
     }
-    T copy(value); // the value may be an element of a block that now goes
-    GetSlowly(m_length, texts) = std::move(copy);
+    GetSlowly(m_length, texts) = std::move(value);
     ++m_length;
 }
 
