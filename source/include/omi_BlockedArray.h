@@ -56,9 +56,7 @@ public:
     void SetCell(unsigned int index, const T& value)
     {
         const unsigned int k = index >> m_bits;
-        if (k >= m_chunks.size()) {
-            Realloc((k / m_step + 1) * m_step);
-        }
+        MakeSlot(k);
         if (m_chunks[k] == nullptr) {
             m_chunks[k] = NewChunk();
         }
@@ -99,9 +97,14 @@ protected:
             m_chunks.resize(slots);
         }
     }
+    /// Makes the slot of chunk `k`, if need be with others in a step.
+    void MakeSlot(unsigned int k)
+    {
+        if (k >= m_chunks.size()) {
+            Realloc((k / m_step + 1) * m_step);
+        }
+    }
     T* ChunkCells(unsigned int k) noexcept { return m_chunks[k].get(); }
-    /// Chunk(k) for a slot that is there.
-    const T* ChunkAt(unsigned int k) const noexcept { return m_chunks[k].get(); }
     unsigned int Bits() const noexcept { return m_bits; }
 
 private:

@@ -3,18 +3,19 @@
 #include "omi_UintTableBlock.h"
 
 /// Map from unsigned 32-bit keys to small values, for keys that come in clusters, such as class ids. The high bits of a
-/// key tell its block, the low ones its cell there; cells are allocated in chunks.
+/// key tell its block, the low ones its cell there; cells are allocated in chunks, and in chunks of 1024 one by one at
+/// first.
 ///
 /// Ownership:  owns its blocks, not what a pointer value points to; a copy is deep.
 /// Threads:    one thread at a time; any number may read while none writes.
-/// Complexity: Find O(1): two loads that depend on each other where the directory leads to the chunk, otherwise six. The
-///             directory takes 8 bytes for a chunk's keys from 0 on, whether the chunk is there or not, up to 128 KiB and 8
-///             bytes a key; chunks that keys were removed from are not in it. Insert O(1) once the chunk is there, Remove
-///             O(1).
+/// Complexity: Find O(1): two or three loads that depend on each other where the directory leads to the chunk, otherwise
+///             six. The directory takes 8 bytes for a chunk's keys from 0 on, whether the chunk is there or not, up to 128
+///             KiB and 8 bytes a key; of chunks with all their cells, those that keys were removed from are not in it.
+///             Insert and Remove O(1), with up to 128 values moved.
 /// Errors:     std::bad_alloc; the table is then as it was.
-/// References: what Find gives dies with its block, when the last key there is removed.
+/// References: what Find gives dies with the next Insert or Remove.
 /// Example:    omi_UintTable<const char*> names; names.Insert(id, "wing"); const char* const* name = names.Find(id);
-/// Avoid for:  keys spread over the whole range; each then costs a whole chunk. A hash table is smaller.
+/// Avoid for:  keys spread over the whole range; each then costs a chunk. A hash table is smaller.
 template <class T> class omi_UintTable
 {
 public:
@@ -32,7 +33,7 @@ public:
     omi_UintTable(const omi_UintTable& other)
         : m_blocks(other.m_blocks.size()), m_shift(other.m_shift), m_lowMask(other.m_lowMask),
           m_chunkBits(other.m_chunkBits), m_chunkSlotStep(other.m_chunkSlotStep), m_count(other.m_count),
-          m_directory(other.m_directory.size())
+          m_directory(other.m_directory.size()), m_hasDirectory(other.m_hasDirectory)
     {
         for (std::size_t b = 0; b < m_blocks.size(); ++b) {
             if (other.m_blocks[b] != nullptr) {
@@ -40,8 +41,7 @@ public:
             }
         }
         for (std::size_t k = 0; k < m_directory.size(); ++k) {
-            m_directory[k] =
-                other.m_directory[k] != nullptr ? ChunkOf(static_cast<unsigned int>(k << m_chunkBits)) : nullptr;
+            m_directory[k] = other.m_directory[k] != 0 ? DirectionTo(static_cast<unsigned int>(k << m_chunkBits)) : 0;
         }
     }
     omi_UintTable(omi_UintTable&&) noexcept = default;
@@ -54,6 +54,7 @@ public:
         std::swap(m_chunkSlotStep, other.m_chunkSlotStep);
         std::swap(m_count, other.m_count);
         m_directory.swap(other.m_directory);
+        std::swap(m_hasDirectory, other.m_hasDirectory);
         return *this;
     }
     /// A deep copy; the caller owns it.
@@ -62,21 +63,28 @@ public:
     /// Number of keys.
     unsigned int Count() const noexcept { return m_count; }
     unsigned int BlockSlots() const noexcept { return static_cast<unsigned int>(m_blocks.size()); }
-    /// The block that holds the key, or null when no key falls there. It is there to be looked at: whoever changes it does
-    /// so behind the table's back.
-    Block* FindTableBlock(unsigned int key) const noexcept
+    /// The block that holds the key, or null when no key falls there.
+    const Block* FindTableBlock(unsigned int key) const noexcept { return BlockOf(key); }
+    /// The same, for writing. Count() does not follow, and there is no directory any more until the table is cleared.
+    Block* FindTableBlock(unsigned int key) noexcept
     {
-        const unsigned int b = key >> m_shift;
-        return b < m_blocks.size() ? m_blocks[b].get() : nullptr;
+        m_hasDirectory = false;
+        m_directory.clear();
+        return BlockOf(key);
     }
     /// The value of `key`, or null.
     const T* Find(unsigned int key) const noexcept
     {
         const std::size_t k = key >> m_chunkBits;
-        if (k < m_directory.size() && m_directory[k] != nullptr) {
-            const T* const cell = m_directory[k] + (key & ((1U << m_chunkBits) - 1));
-            if (!IsZero(*cell)) [[likely]] {
-                return cell;
+        if (k < m_directory.size()) {
+            const std::uintptr_t direction = m_directory[k];
+            const unsigned int cell = key & ((1U << m_chunkBits) - 1);
+            if ((direction & Block::PACKED) != 0) {
+                return reinterpret_cast<const typename Block::Packed*>(direction - Block::PACKED)->Find(cell);
+            }
+            const T* const cells = reinterpret_cast<const T*>(direction);
+            if (cells != nullptr && !IsZero(cells[cell])) [[likely]] {
+                return cells + cell;
             }
         }
         const Block* const block = FindTableBlock(key);
@@ -91,7 +99,7 @@ public:
             m_blocks.resize((b / SLOT_STEP + 1) * SLOT_STEP);
         }
         const std::size_t k = key >> m_chunkBits;
-        if (k >= m_directory.size() && k < FREE_DIRECTORY + m_count) {
+        if (k >= m_directory.size() && k < FREE_DIRECTORY + m_count && m_hasDirectory) {
             m_directory.resize(k + 1);
         }
         bool isNew = true;
@@ -102,8 +110,8 @@ public:
         } else {
             isNew = m_blocks[b]->Insert(key & m_lowMask, value);
         }
-        if (k < m_directory.size() && m_directory[k] == nullptr && !m_blocks[b]->HasLeftovers()) {
-            m_directory[k] = ChunkOf(key);
+        if (k < m_directory.size()) {
+            m_directory[k] = DirectionTo(key);
         }
         m_count += isNew;
         return isNew;
@@ -111,7 +119,7 @@ public:
     /// False when the key is absent.
     bool Remove(unsigned int key) noexcept
     {
-        Block* const block = FindTableBlock(key);
+        Block* const block = BlockOf(key);
         if (block == nullptr || !block->Remove(key & m_lowMask)) {
             return false;
         }
@@ -119,7 +127,7 @@ public:
         const unsigned int slotBits = isEmpty ? m_shift - m_chunkBits : 0; // of all of the block's chunks, or of one
         const std::size_t first = key >> m_chunkBits >> slotBits << slotBits;
         for (std::size_t k = first; k < std::min(first + (std::size_t{1} << slotBits), m_directory.size()); ++k) {
-            m_directory[k] = nullptr;
+            m_directory[k] = isEmpty ? 0 : DirectionTo(key);
         }
         if (isEmpty) {
             m_blocks[key >> m_shift].reset();
@@ -134,6 +142,7 @@ public:
             block.reset();
         }
         m_directory.clear();
+        m_hasDirectory = true;
         m_count = 0;
     }
 
@@ -154,10 +163,15 @@ private:
             return std::memcmp(&cell, ZERO, sizeof(T)) == 0;
         }
     }
-    /// The cells of the chunk with a key that is there.
-    const T* ChunkOf(unsigned int key) const noexcept
+    Block* BlockOf(unsigned int key) const noexcept
     {
-        return m_blocks[key >> m_shift]->Chunk((key & m_lowMask) >> m_chunkBits);
+        const unsigned int b = key >> m_shift;
+        return b < m_blocks.size() ? m_blocks[b].get() : nullptr;
+    }
+    /// To the chunk with a key whose block is there.
+    std::uintptr_t DirectionTo(unsigned int key) const noexcept
+    {
+        return m_blocks[key >> m_shift]->DirectionTo((key & m_lowMask) >> m_chunkBits);
     }
 
     std::vector<std::unique_ptr<Block>> m_blocks; // null where no key falls; otherwise of at least one key
@@ -166,7 +180,8 @@ private:
     unsigned int m_chunkBits;
     unsigned int m_chunkSlotStep;
     unsigned int m_count = 0;
-    // The chunk of each 2^m_chunkBits keys from 0 on, as far as it reaches, or null. Invariant: a cell there that is not
-    // all zero is occupied, so that its bit need not be looked at.
-    std::vector<const T*> m_directory;
+    // What leads to the chunk of each 2^m_chunkBits keys from 0 on, as far as it reaches. Invariant: where cells are led
+    // to, those that are not all zero are occupied, so that their bits need not be looked at.
+    std::vector<std::uintptr_t> m_directory;
+    bool m_hasDirectory = true; // false while others may change blocks, of which it would not know
 };

@@ -34,34 +34,35 @@ public:
 
     bool IsDone() const
     {
-        if (m_ahead == 0) {
+        if (m_left == 0) {
             CheckStarted("currentIndex != -2", 154);
         }
-        return m_ahead == 0;
+        return m_left == 0;
     }
     unsigned int CurrentKey() const
     {
-        if (m_ahead == 0) {
+        if (m_left == 0) {
             CheckStarted("currentIndex > -2", 204);
             return 0;
         }
-        return m_wordKey + CurrentBit();
+        return m_endKey + static_cast<unsigned int>(m_left);
     }
     const T& CurrentValue() const
     {
-        if (m_ahead == 0) {
+        if (m_left == 0) {
             CheckStarted("currentIndex > -2", 251);
             return m_noValue;
         }
-        return m_cells[CurrentBit()];
+        return m_endValue[m_left];
     }
 
     void First();
     void Last();
     void Next()
     {
-        m_ahead &= m_ahead - 1;
-        if (m_ahead == 0) {
+        if (m_left < -1) [[likely]] {
+            ++m_left;
+        } else {
             NextElsewhere();
         }
     }
@@ -78,13 +79,13 @@ private:
             VEXCRT::_assert(condition, "source/include/omi_UintTable", line);
         }
     }
-    unsigned int CurrentBit() const noexcept { return static_cast<unsigned int>(std::countr_zero(m_ahead)); }
     void Finish() noexcept
     {
         m_isDone = true;
+        m_left = 0;
         m_ahead = 0;
     }
-    /// Next when no occupied cell of the word is ahead.
+    /// Next at the end of a run.
     void NextElsewhere();
     void Sort();
     void MoveToEntry(std::int64_t index) noexcept;
@@ -92,15 +93,24 @@ private:
     void PreviousBlock() noexcept;
     /// The block to walk over next; false when there is none at that index.
     bool EnterBlock(std::int64_t index) noexcept;
-    /// The word that starts at `cell`; gives which of its cells are occupied.
-    std::uint64_t EnterWord(unsigned int cell) noexcept
+    /// To the cell of `bit` in the word that starts at `cell`, whose value that is.
+    void EnterWord(unsigned int cell, const typename Block::Word& word, unsigned int bit, const T* value) noexcept;
+    /// To the run that starts with `key` and `value`; `bits` are the occupied cells of the word from there on.
+    void EnterRun(unsigned int key, const T* value, std::uint64_t bits) noexcept
     {
-        m_wordCell = cell;
-        m_wordKey = (static_cast<unsigned int>(m_current) << m_table->m_shift) + cell;
-        return m_block->Occupied(cell, &m_cells);
+        const int length = std::countr_one(bits);
+        m_left = -length;
+        m_ahead = bits >> (length - 1) >> 1; // at most by 64
+        m_endKey = key + static_cast<unsigned int>(length);
+        m_endValue = value + length;
+    }
+    /// The start of the current word in its block.
+    unsigned int WordCell() const noexcept
+    {
+        return CurrentKey() & m_table->m_lowMask & ~(m_block->CellsPerWord() - 1);
     }
     /// To the first occupied cell at or behind `cell`, the start of a word; false when there is none in the block.
-    bool SearchUp(unsigned int cell) noexcept;
+    bool SearchUp(std::uint64_t cell) noexcept;
     /// To the last occupied cell in the words before `cell`, the start of a word; false when there is none.
     bool SearchDown(std::uint64_t cell) noexcept;
 
@@ -109,14 +119,14 @@ private:
     std::int64_t m_current = UNSTARTED; // index of the block, or of the entry
     bool m_isDone = true;
     T m_noValue{};
-    // Bit 0 stands for the cell, or the entry, at m_cells. The lowest bit set is the current one, the others are the
-    // occupied cells of the word behind it; 0: there is no current one.
-    std::uint64_t m_ahead = 0;
-    unsigned int m_wordKey = 0; // the key of bit 0
-    const T* m_cells = nullptr;
+    // A run of keys that follow each other, as their values do, from the current one to before the end.
+    std::ptrdiff_t m_left = 0; // minus their number; 0: there is no current one
+    unsigned int m_endKey = 0;
+    const T* m_endValue = nullptr;
     // In the order of the keys.
+    std::uint64_t m_ahead = 0; // occupied cells behind the run in the word where it ends
+    bool m_isPacked = false;   // the values of the next run in the word follow at once
     const Block* m_block = nullptr;
-    unsigned int m_wordCell = 0; // the first cell of the word in the block
     // In the order of a comparison.
     std::vector<Entry> m_entries;
     std::vector<const Entry*> m_sorted;
@@ -148,13 +158,17 @@ template <class T> void omi_UintTableIterator<T>::Last()
 
 template <class T> void omi_UintTableIterator<T>::NextElsewhere()
 {
+    if (m_ahead != 0) {
+        const int gap = std::countr_zero(m_ahead);
+        return EnterRun(m_endKey + static_cast<unsigned int>(gap), m_endValue + (m_isPacked ? 0 : gap), m_ahead >> gap);
+    }
     CheckStarted("currentIndex != -2", 236);
     if (m_isDone) {
         return;
     }
     if (m_compare != nullptr) {
         MoveToEntry(m_current + 1);
-    } else if (!SearchUp(m_wordCell + m_block->CellsPerWord())) {
+    } else if (!SearchUp(std::uint64_t{WordCell()} + m_block->CellsPerWord())) {
         NextBlock();
     }
 }
@@ -168,11 +182,13 @@ template <class T> void omi_UintTableIterator<T>::Previous()
         MoveToEntry(m_current - 1);
         return;
     }
-    const std::uint64_t word = m_block->Occupied(m_wordCell, &m_cells);
-    const std::uint64_t current = m_ahead & (~m_ahead + 1);
-    if (const std::uint64_t below = word & (current - 1)) {
-        m_ahead = word & ~(std::bit_floor(below) - 1);
-    } else if (!SearchDown(m_wordCell)) {
+    const unsigned int cell = WordCell();
+    const typename Block::Word word = m_block->WordAt(cell);
+    const unsigned int bit = (CurrentKey() & m_table->m_lowMask) - cell;
+    if (const std::uint64_t below = word.bits & ((std::uint64_t{1} << bit) - 1)) {
+        const auto last = static_cast<unsigned int>(std::bit_width(below)) - 1;
+        EnterWord(cell, word, last, m_block->Find(cell + last));
+    } else if (!SearchDown(cell)) {
         PreviousBlock();
     }
 }
@@ -200,9 +216,7 @@ template <class T> void omi_UintTableIterator<T>::MoveToEntry(std::int64_t index
         return Finish();
     }
     const Entry& entry = *m_sorted[static_cast<std::size_t>(index)];
-    m_wordKey = entry.key;
-    m_cells = &entry.value;
-    m_ahead = 1;
+    EnterRun(entry.key, &entry.value, 1);
 }
 
 template <class T> void omi_UintTableIterator<T>::NextBlock() noexcept
@@ -232,22 +246,40 @@ template <class T> bool omi_UintTableIterator<T>::EnterBlock(std::int64_t index)
     return m_block != nullptr;
 }
 
-template <class T> bool omi_UintTableIterator<T>::SearchUp(unsigned int cell) noexcept
+template <class T>
+void omi_UintTableIterator<T>::EnterWord(unsigned int cell, const typename Block::Word& word, unsigned int bit,
+                                         const T* value) noexcept
 {
-    m_ahead = EnterWord(cell);
-    if (m_ahead == 0) {
-        const std::uint64_t found = m_block->FindWord(cell);
-        m_ahead = found < m_block->CellCount() ? EnterWord(static_cast<unsigned int>(found)) : 0;
+    m_isPacked = word.isPacked;
+    EnterRun((static_cast<unsigned int>(m_current) << m_table->m_shift) + cell + bit, value, word.bits >> bit);
+    if (bit - m_left == Block::WORD_BITS && !m_isPacked) {
+        const unsigned int more = m_block->WholeWordsBehind(cell);
+        m_left -= more;
+        m_endKey += more;
+        m_endValue += more;
     }
-    return m_ahead != 0;
+}
+
+template <class T> bool omi_UintTableIterator<T>::SearchUp(std::uint64_t cell) noexcept
+{
+    const typename Block::Word word = m_block->FindWord(cell);
+    if (word.bits != 0) {
+        const auto first = static_cast<unsigned int>(std::countr_zero(word.bits));
+        EnterWord(static_cast<unsigned int>(cell), word, first, word.values + (word.isPacked ? 0 : first));
+    }
+    return word.bits != 0;
 }
 
 template <class T> bool omi_UintTableIterator<T>::SearchDown(std::uint64_t cell) noexcept
 {
-    m_ahead = 0;
-    while (m_ahead == 0 && cell != 0) {
+    while (cell != 0) {
         cell -= m_block->CellsPerWord();
-        m_ahead = std::bit_floor(EnterWord(static_cast<unsigned int>(cell)));
+        const auto start = static_cast<unsigned int>(cell);
+        if (const typename Block::Word word = m_block->WordAt(start); word.bits != 0) {
+            const auto last = static_cast<unsigned int>(std::bit_width(word.bits)) - 1;
+            EnterWord(start, word, last, m_block->Find(start + last));
+            return true;
+        }
     }
-    return m_ahead != 0;
+    return false;
 }

@@ -118,6 +118,28 @@ TEST(UintTable, Blocks_come_and_go_as_stated)
     testing::internal::CaptureStdout();
     small.DumpArray();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Block indices= 4 - 7\n00000000|04030201|00000000|00000000|\n");
+
+    omi_UintTableBlock<unsigned int> packed(24, 10);
+    omi_BlockedArray<unsigned int> plain(24, 10);
+    for (const unsigned int cell : {1500U, 1100U, 3U}) {
+        packed.Insert(cell, cell);
+        plain.SetCell(cell, cell);
+    }
+    packed.SetCell(5, 7);
+    EXPECT_EQ(packed.Find(5), nullptr);
+    plain.SetCell(5, 7);
+    testing::internal::CaptureStdout();
+    packed.DumpArray();
+    const std::string dump = testing::internal::GetCapturedStdout();
+    testing::internal::CaptureStdout();
+    plain.DumpArray();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), dump);
+
+    for (unsigned int key = 0; key < 300; ++key) {
+        table.Insert(key, key + 1);
+    }
+    table.FindTableBlock(0)->Clear();
+    EXPECT_EQ(table.Find(200), nullptr);
 }
 
 TEST(UintTable, An_iterator_must_be_started)
