@@ -142,6 +142,12 @@ def test_a_save_that_fails_leaves_file_and_session(small, tmp_path):
     field.append([1])
     session.save()
     assert reopened(file) == text()
+    file.unlink()
+    model.createSet("newer")
+    with pytest.raises(RuntimeError, match="it was moved, removed or replaced since it was opened"):
+        session.save()
+    session.save(tmp_path / "elsewhere")
+    assert reopened(tmp_path / "elsewhere") == text()
 
 
 def test_a_file_of_an_older_version_opens_and_is_saved_as_the_newest(tmp_path):

@@ -114,7 +114,8 @@ void sql_Connection::Fail(const std::string& what) const
     case SQLITE_READONLY:
         text += code == SQLITE_READONLY_ROLLBACK || code == SQLITE_READONLY_RECOVERY
                     ? "holds a save that was cut short: open it to write, which takes that back"
-                    : what + ": " + sqlite3_errmsg(m_handle);
+                : code == SQLITE_READONLY_DBMOVED ? what + ": it was moved, removed or replaced since it was opened"
+                                                  : what + ": " + sqlite3_errmsg(m_handle);
         break;
     case SQLITE_NOTADB:
         text += "is not a store: " + std::string(sqlite3_errmsg(m_handle));
