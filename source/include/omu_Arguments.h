@@ -89,7 +89,7 @@ public:
     {
         if (!IsSuppliedByPosition()) {
             GetByKeyword(value, keyword);
-        } else if (TakeInPlace(m_items[m_cursor], value)) {
+        } else if (TakeInPlace(m_items[m_cursor], value)) [[likely]] {
             IncrementCursor();
         } else {
             Get(value);
@@ -177,9 +177,12 @@ private:
     // that Get is to look at it.
     static bool TakeInPlace(const omu_PrimHolder& item, int& value) noexcept
     {
-        const omu_PrimNumber* const number = item.NumberInPlace();
-        const bool fits = number != nullptr && number->GetDataType() == omu_PrimNumber::INT32;
-        value = fits ? number->GetInt() : value;
+        if (item.CodeInPlace() != 'i') {
+            return false;
+        }
+        const auto& number = static_cast<const omu_PrimNumber&>(*item);
+        const bool fits = number.GetDataType() == omu_PrimNumber::INT32;
+        value = fits ? number.GetInt() : value;
         return fits;
     }
     static bool TakeInPlace(const omu_PrimHolder& item, double& value) noexcept

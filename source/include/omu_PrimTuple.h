@@ -173,7 +173,16 @@ protected:
         ++m_gets;
         m_minimum += m_required;
     }
-    void ResetReading() noexcept;
+    void ResetReading() noexcept
+    {
+        m_cursor = 0;
+        m_minimum = 0;
+        m_required = 1;
+        m_typeErrorPosition = 0;
+        m_gets = 0;
+        m_actualType.Clear();
+        m_expectedType.Clear();
+    }
     void SetDefaultName(const cow_String& name) { m_defaultName = name; }
 
     // What every Get does: test the item at the cursor and convert it, record a mismatch, advance. Without an expected

@@ -35,6 +35,21 @@ template <class V, class... Args> omu_PrimHolder NewValue(Args&&... args)
     return omu_PrimHolder(new V(std::forward<Args>(args)...));
 }
 
+/// Takes an int of one of the interpreter's digits, as nearly all are; false for others.
+inline bool TakeSmall(PyObject* value, int& number)
+{
+    auto* const integer = reinterpret_cast<PyLongObject*>(value);
+#if PY_VERSION_HEX >= 0x030C0000
+    const bool isSmall = PyUnstable_Long_IsCompact(integer) != 0;
+    number = isSmall ? static_cast<int>(PyUnstable_Long_CompactValue(integer)) : number;
+#else
+    const Py_ssize_t signedDigits = Py_SIZE(integer);
+    const bool isSmall = signedDigits >= -1 && signedDigits <= 1;
+    number = isSmall ? static_cast<int>(signedDigits) * static_cast<int>(integer->ob_digit[0]) : number;
+#endif
+    return isSmall;
+}
+
 omu_PrimHolder FromInteger(PyObject* value)
 {
     int overflow = 0;
@@ -343,8 +358,9 @@ PyObject* ToDictionary(const omu_Primitive& value)
 
 } // namespace
 
-PyUtf8::PyUtf8(PyObject* string) : m_bytes(PyUnicode_AsUTF8AndSize(string, &m_length))
+void PyUtf8::Encode(PyObject* string)
 {
+    m_bytes = PyUnicode_AsUTF8AndSize(string, &m_length);
     if (m_bytes != nullptr || !PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
         return;
     }
@@ -397,10 +413,9 @@ bool pyPutFromPython(omu_PrimTuple& tuple, PyObject* value, int depth)
     // What most calls hand over goes straight to its place.
     if (depth < bio_MAX_NESTING) {
         if (PyLong_CheckExact(value)) {
-            int overflow = 0;
-            const long long number = PyLong_AsLongLongAndOverflow(value, &overflow);
-            if (overflow == 0 && number == static_cast<int>(number)) {
-                tuple.Put(static_cast<int>(number));
+            int number = 0;
+            if (TakeSmall(value, number)) {
+                tuple.Put(number);
                 return true;
             }
         } else if (PyFloat_CheckExact(value)) {

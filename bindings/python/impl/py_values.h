@@ -47,12 +47,22 @@ PyObject* pyText(std::string_view text);
 class PyUtf8
 {
 public:
-    explicit PyUtf8(PyObject* string);
+    explicit PyUtf8(PyObject* string)
+    {
+        if (PyUnicode_IS_COMPACT_ASCII(string)) {
+            m_length = PyUnicode_GET_LENGTH(string);
+            m_bytes = reinterpret_cast<const char*>(PyUnicode_1BYTE_DATA(string));
+        } else {
+            Encode(string);
+        }
+    }
     bool IsValid() const noexcept { return m_bytes != nullptr; }
     std::string_view view() const noexcept { return {m_bytes, static_cast<std::size_t>(m_length)}; }
 
 private:
-    PyRef m_encoded;         // for strings that the interpreter does not keep as UTF-8 itself
-    Py_ssize_t m_length = 0; // before the bytes: the call that gives them sets it
+    void Encode(PyObject* string);
+
+    PyRef m_encoded; // for strings that the interpreter does not keep as UTF-8 itself
+    Py_ssize_t m_length = 0;
     const char* m_bytes = nullptr;
 };

@@ -196,7 +196,7 @@ void omu_Arguments::Get(cow_1DArray<int>& values)
     FetchPositional(values, SEQUENCE_OF_INTEGERS);
 }
 
-const omu_Primitive* omu_Arguments::FetchKeyword(const cow_String& keyword)
+inline const omu_Primitive* omu_Arguments::FetchKeyword(const cow_String& keyword)
 {
     ++m_gets;
     m_minimum += m_required;

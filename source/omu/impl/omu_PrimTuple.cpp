@@ -567,17 +567,6 @@ void omu_PrimTuple::SetTypeError(std::string_view expected)
     m_actualType = item.IsType('c') ? item.AsString(0) : item.TypeString();
 }
 
-void omu_PrimTuple::ResetReading() noexcept
-{
-    m_cursor = 0;
-    m_minimum = 0;
-    m_required = 1;
-    m_typeErrorPosition = 0;
-    m_gets = 0;
-    m_actualType.Clear();
-    m_expectedType.Clear();
-}
-
 cow_List<int> omu_PrimTuple::AsListInt() const
 {
     return As<cow_List<int>>(*this);
