@@ -144,6 +144,7 @@ def test_a_save_that_fails_leaves_file_and_session(small, tmp_path):
     assert reopened(file) == text()
     file.unlink()
     model.createSet("newer")
+    field.append([2])
     with pytest.raises(RuntimeError, match="it was moved, removed or replaced since it was opened"):
         session.save()
     session.save(tmp_path / "elsewhere")

@@ -3,6 +3,7 @@
 #include "cls_ArrayPrim.h"
 #include "cls_FieldHandle.h"
 #include "cls_WriteVisitor.h"
+#include "nex_Exception.h"
 
 #include <functional>
 #include <memory>
@@ -55,5 +56,10 @@ template <class Array> void fem_Save::Write(const cls_WriteVisitor& owner, const
     }
     m_takeOvers.push_back([&array, copy] { array = *copy; });
     copy->DBWrite(visitor);
+    try {
+        array.Flush();
+    } catch (const nex_Exception&) {
+        array.TakeIn(); // its file takes nothing more, which may be why this save goes elsewhere, but can be read
+    }
     AppendAll(array, *copy);
 }
