@@ -9,6 +9,7 @@ member, "-> str: The part's name.", its type. Whatever is not said is Any.
 
 import argparse
 import ast
+import builtins
 import importlib
 import re
 import runpy
@@ -46,18 +47,27 @@ def typed_parameters(name, parameters):
     return ast.unparse(arguments)
 
 
+def type_said(text):
+    """The type, or Any for what is none."""
+    try:
+        ast.parse(text or "", mode="eval")
+    except SyntaxError:
+        return "Any"
+    return text
+
+
 def signature(name, description):
     """The parameters and the result of a method, as a stub writes them."""
     head = re.match(re.escape(name) + r"\((.*?)\)(?: -> ([^:]+))?(?:: |$)", description)
     parameters = typed_parameters(name, head[1]) if head else None
     if parameters is None:
         return "(self, *args: Any, **kwargs: Any) -> Any"
-    return f"(self{', ' if parameters else ''}{parameters}) -> {head[2] or 'Any'}"
+    return f"(self{', ' if parameters else ''}{parameters}) -> {type_said(head[2])}"
 
 
 def member_type(description):
     said = re.match(r"-> ([^:]+)(?:: |$)", description)
-    return said[1] if said else "Any"
+    return type_said(said and said[1])
 
 
 def document(text, indent):
@@ -85,6 +95,14 @@ def class_stub(kind):
     yield ""
 
 
+def undefined(lines):
+    """The names in a stub that nothing in it defines: of classes that no object was made of yet."""
+    nodes = list(ast.walk(ast.parse("\n".join(lines))))
+    known = {node.name for node in nodes if isinstance(node, (ast.ClassDef, ast.FunctionDef, ast.alias))}
+    used = {node.id for node in nodes if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Load)}
+    return sorted(used - known - {"collections"} - set(dir(builtins)))
+
+
 def stub(module):
     """The stub of an imported module, as text."""
     lines = [f'"""{module.__doc__}"""', "", "import collections.abc", "import os", "from typing import Any", "",
@@ -96,6 +114,9 @@ def stub(module):
         if isinstance(value, vexomu.Object):
             kind = type(value)
             lines.append(f"{name}: {kind.__name__ if kind in known else 'Any'}")
+    for name in undefined(lines):
+        print(f"vexomu_stubs: '{name}' is Any: --run a script that makes an object of that class", file=sys.stderr)
+        lines.append(f"{name} = Any")
     return "\n".join(lines) + "\n"
 
 

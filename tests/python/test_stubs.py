@@ -57,3 +57,9 @@ def test_misuse_is_found(stubs, tmp_path):
         'Missing positional argument "name" in call to "createModel" of "Session"',
         'Unexpected keyword argument "nmae" for "createModel" of "Session"',
     ]
+
+
+def test_a_class_without_an_object_is_any():
+    run = subprocess.run([sys.executable, "-m", "vexomu_stubs", "fem"], capture_output=True, text=True)
+    assert "'Model' is Any: --run a script that makes an object of that class" in run.stderr
+    assert "    def createModel(self, name: str) -> Model:" in run.stdout and "\nModel = Any\n" in run.stdout
