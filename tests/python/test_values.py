@@ -13,8 +13,9 @@ from probe import shelf
 
 
 @pytest.mark.parametrize("value", [
-    None, 0, -1, 2147483647, -2147483648, 2147483648, 4294967295, 0.0, -0.0, 1.5, 1e300, 5e-324, math.inf, -math.inf, math.nan,
-    1 + 2j, "", "text", "it's \\ and \n", "zero\0byte", "caf\u00e9 \U0001f680", "sixteen bytes...", "x" * 100000,
+    None, 0, -1, 2**30 - 1, 2**30, -2**30, 2**31 - 1, -2**31, 2**31, 2**32 - 1,
+    0.0, -0.0, 1.5, 1e300, 5e-324, math.inf, -math.inf, math.nan, 1 + 2j,
+    "", "text", "it's \\ and \n", "zero\0byte", "caf\u00e9 \U0001f680", "sixteen bytes...", "x" * 100000,
     (), (1,), (1, ("a", (2.5, None))), [], [1, "b", [3]], {}, {"k": 1, "l": [1, 2]}, {-5: (1,), 1: "a"},
 ])
 def test_a_value_comes_back_equal_and_of_its_kind(value):

@@ -480,16 +480,18 @@ bool MakeDescriptorTypes()
         {Py_tp_getset, methodAttributes},
         {0, nullptr},
     };
+    // Immutable: only then does the interpreter remember a method where it is called, instead of looking for it each time.
     PyType_Spec methodSpec{"vexomu.Method", sizeof(Descriptor), 0,
                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_HAVE_VECTORCALL |
-                               Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                               Py_TPFLAGS_DISALLOW_INSTANTIATION | Py_TPFLAGS_IMMUTABLETYPE,
                            methodSlots};
     PyType_Slot memberSlots[] = {
         Slot(Py_tp_dealloc, DescriptorDealloc), Slot(Py_tp_descr_get, MemberGet), Slot(Py_tp_descr_set, MemberSet),
         Slot(Py_tp_repr, DescriptorRepr),       {Py_tp_getset, memberAttributes}, {0, nullptr},
     };
     PyType_Spec memberSpec{"vexomu.Member", sizeof(Descriptor), 0,
-                           Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, memberSlots};
+                           Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION | Py_TPFLAGS_IMMUTABLETYPE,
+                           memberSlots};
     methodType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&methodSpec));
     memberType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&memberSpec));
     return methodType != nullptr && memberType != nullptr;
