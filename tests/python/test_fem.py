@@ -78,6 +78,9 @@ def test_sets_follow_their_parts(model):
     chosen.add(b, labels=first)
     with pytest.raises(KeyError, match="parts\\['a'\\] has no element 1"):
         chosen.add(a, [first, 1])
+    for wrong in ((first, [first]), ("a", first), (model, [first])):
+        with pytest.raises(TypeError, match=r"add\[0\]; found \w+, expecting Part"):
+            chosen.add(*wrong)
     model.parts.changeKey("b", "z")
     assert [element.label for element in chosen] == [third, first, second, first] and chosen[-1].part == b
     chosen.compress()
