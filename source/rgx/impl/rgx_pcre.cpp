@@ -101,15 +101,22 @@ template <class T> T Info(const real_pcre& pattern, std::uint32_t what) noexcept
 
 } // namespace
 
-int real_pcre::MatchInterpreted(const char* subject, std::size_t length, std::uint32_t matchOptions) const
+int real_pcre::MatchWith(std::uint32_t options, const char* subject, std::size_t length) const
+{
+    const int result =
+        pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject), length, 0, options, data.get(), context.get());
+    return result != PCRE2_ERROR_JIT_STACKLIMIT ? result : MatchInterpreted(options, subject, length);
+}
+
+int real_pcre::MatchInterpreted(std::uint32_t options, const char* subject, std::size_t length) const
 {
     // Match data of its own: the interpreter's memory, which may be much, would stay with the pattern's.
     const rgx_detail::Owned<pcre2_match_data> own(pcre2_match_data_create_from_pattern(code.get(), nullptr));
     if (!own) {
         return PCRE2_ERROR_NOMEMORY;
     }
-    const int result = pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject), length, 0,
-                                   matchOptions | PCRE2_NO_JIT, own.get(), context.get());
+    const int result = pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject), length, 0, options | PCRE2_NO_JIT,
+                                   own.get(), context.get());
     std::copy_n(pcre2_get_ovector_pointer(own.get()), 2 * pairs, pcre2_get_ovector_pointer(data.get()));
     return result;
 }
@@ -166,15 +173,18 @@ int rgx_pcre_exec(const real_pcre* code, const real_pcre_extra*, const char* sub
     if ((length | offsetCount) < 0) {
         return PCRE2_ERROR_BADDATA;
     }
-    const auto matchOptions = static_cast<std::uint32_t>(options);
-    if ((matchOptions & ~EXEC_OPTIONS) != 0) {
+    int result = 0;
+    if (options == 0) [[likely]] {
+        result = code->Match(subject, static_cast<std::size_t>(length));
+    } else if ((static_cast<std::uint32_t>(options) & ~EXEC_OPTIONS) != 0) {
         return PCRE2_ERROR_BADOPTION;
+    } else {
+        result = code->MatchWith(static_cast<std::uint32_t>(options), subject, static_cast<std::size_t>(length));
     }
-    const int result = code->Match(subject, static_cast<std::size_t>(length), matchOptions);
     if (result < 0) {
         return result;
     }
-    const int room = offsetCount / 2;
+    const int room = static_cast<int>(static_cast<unsigned int>(offsetCount) / 2);
     rgx_detail::CopyOffsets(code->offsets, std::min(code->pairs, room), offsets);
     return result <= room ? result : 0;
 }

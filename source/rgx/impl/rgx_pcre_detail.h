@@ -21,12 +21,24 @@ struct Release
 };
 template <class T> using Owned = std::unique_ptr<T, Release>;
 
-/// Unset ones become -1. A pair at a time, since most patterns have few.
+/// Unset ones become -1. The few pairs of most patterns are copied without a loop, whose jumps are felt beside a match.
 inline void CopyOffsets(const PCRE2_SIZE* from, int pairs, int* to) noexcept
 {
-    for (const PCRE2_SIZE* const end = from + 2 * pairs; from != end; from += 2, to += 2) {
-        to[0] = static_cast<int>(from[0]);
-        to[1] = static_cast<int>(from[1]);
+    const auto copyPair = [=](int pair) {
+        to[2 * pair] = static_cast<int>(from[2 * pair]);
+        to[2 * pair + 1] = static_cast<int>(from[2 * pair + 1]);
+    };
+    if (pairs > 0) {
+        copyPair(0);
+    }
+    if (pairs > 1) {
+        copyPair(1);
+    }
+    if (pairs > 2) {
+        copyPair(2);
+    }
+    for (int pair = 3; pair < pairs; ++pair) {
+        copyPair(pair);
     }
 }
 
@@ -39,18 +51,21 @@ struct real_pcre_extra
 
 struct real_pcre
 {
-    /// Matches bytes that are not null with option bits already checked; the result is that of pcre2_match.
-    int Match(const char* subject, std::size_t length, std::uint32_t matchOptions = 0) const
+    /// Matches bytes that are not null; the result is that of pcre2_match.
+    int Match(const char* subject, std::size_t length) const
     {
-        const auto* const bytes = reinterpret_cast<PCRE2_SPTR>(subject);
-        int result = 0;
-        if (matchOptions == 0 && extra.isTranslated) [[likely]] {
-            result = pcre2_jit_match(code.get(), bytes, length, 0, 0, data.get(), context.get());
-        } else {
-            result = pcre2_match(code.get(), bytes, length, 0, matchOptions, data.get(), context.get());
+        if (!extra.isTranslated) [[unlikely]] {
+            return MatchWith(0, subject, length);
         }
-        return result != PCRE2_ERROR_JIT_STACKLIMIT ? result : MatchInterpreted(subject, length, matchOptions);
+        const int result =
+            pcre2_jit_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject), length, 0, 0, data.get(), context.get());
+        if (result == PCRE2_ERROR_JIT_STACKLIMIT) [[unlikely]] {
+            return MatchInterpreted(0, subject, length);
+        }
+        return result;
     }
+    /// The same with option bits, which were checked.
+    int MatchWith(std::uint32_t options, const char* subject, std::size_t length) const;
 
     rgx_detail::Owned<pcre2_code> code;
     rgx_detail::Owned<pcre2_match_data> data; // room for every group of the pattern
@@ -62,5 +77,5 @@ struct real_pcre
     mutable real_pcre_extra extra;            // studying and matching leave the pattern as it is to its users
 
 private:
-    int MatchInterpreted(const char* subject, std::size_t length, std::uint32_t matchOptions) const;
+    int MatchInterpreted(std::uint32_t options, const char* subject, std::size_t length) const;
 };
