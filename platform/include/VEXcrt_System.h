@@ -2,6 +2,7 @@
 
 #include "VEXCRT_export.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -51,6 +52,10 @@ enum class ThreadEndStep
 /// step, a bounded number of times; its thread's pointers (TlsGetValue) are still there. The end of the process is not
 /// the end of its main thread: nothing runs then.
 VEXCRT_API bool RunAtThreadEnd(ThreadEndStep step, void (*callback)()) noexcept;
+
+/// Asks for large pages for memory that is about to be written, where the system gives them to those who ask; without
+/// effect elsewhere. Whole pages of a few MiB only can be large.
+VEXCRT_API void PreferLargePages(void* memory, std::size_t bytes) noexcept;
 
 /// Keeps the library that holds `code` loaded until the process ends: for functions that will be called then.
 VEXCRT_API void KeepLoaded(const void* code) noexcept;

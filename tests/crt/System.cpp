@@ -26,3 +26,12 @@ TEST(System, Slots_are_all_usable_at_once_empty_when_reserved_again_and_nothing_
     EXPECT_FALSE(VEXCRT::TlsSetValue(TLS_OUT_OF_INDEXES, &target));
     EXPECT_FALSE(VEXCRT::TlsFree(TLS_OUT_OF_INDEXES));
 }
+
+TEST(System, Memory_keeps_its_bytes_when_large_pages_are_asked_for)
+{
+    std::vector<char> memory(5 << 20, 'x');
+    for (const std::size_t bytes : {std::size_t{0}, std::size_t{1}, std::size_t{5000}, memory.size() - 1}) {
+        VEXCRT::PreferLargePages(memory.data() + 1, bytes);
+    }
+    EXPECT_EQ(std::count(memory.begin(), memory.end(), 'x'), 5 << 20);
+}

@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <memory>
 #include <pthread.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace
@@ -167,6 +169,14 @@ bool VEXCRT::TlsFree(std::uint32_t index) noexcept
     }
     std::uint32_t reservation = reservations[index].load();
     return IsReserved(reservation) && reservations[index].compare_exchange_strong(reservation, reservation + 1);
+}
+
+void VEXCRT::PreferLargePages(void* memory, std::size_t bytes) noexcept
+{
+    const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    if (std::align(pageSize, pageSize, memory, bytes) != nullptr) {
+        madvise(memory, bytes - bytes % pageSize, MADV_HUGEPAGE);
+    }
 }
 
 void VEXCRT::KeepLoaded(const void* code) noexcept

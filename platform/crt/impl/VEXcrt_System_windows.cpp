@@ -82,6 +82,8 @@ bool VEXCRT::TlsFree(std::uint32_t index) noexcept
     return ::TlsFree(index) != 0;
 }
 
+void VEXCRT::PreferLargePages(void*, std::size_t) noexcept {}
+
 void VEXCRT::KeepLoaded(const void* code) noexcept
 {
     HMODULE library = nullptr;
