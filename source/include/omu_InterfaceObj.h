@@ -117,6 +117,7 @@ public:
     std::uint32_t DynTypeId() const override;
 
     // Dispatch by name. `deprecated` is set to true when the name was found among the deprecated ones.
+    /// False for null.
     virtual bool IsMethod(const char* name, bool& deprecated);
     /// Calls the method; null when there is none. `objectName` is what the script calls the object; it is not looked at.
     virtual omu_Primitive* CallMethod(const char* objectName, const char* methodName, omu_Arguments& arguments,
@@ -151,7 +152,7 @@ public:
     virtual const omu_PrimWrapper* ConstGetWrapper() const;
 
     using omu_Primitive::IsA;
-    /// True for "BrenowObject" and for the type name of any described level.
+    /// True for "BrenowObject" and for the type name of any described level; false for null.
     bool IsA(const char* typeName) const;
     /// The most derived level's name that is registered as exposed to scripts; with none registered, the most derived.
     cow_String ExposedTypeName() const;

@@ -40,8 +40,12 @@ TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
     values.Put(omu_PrimBool<1>(true), "c");
     values.Put(omu_PrimNone(), "n");
     values.Put(omu_PrimType(), "y");
-    values.Put(Ints(), "I");
-    values.Put(Strings(), "S");
+    Ints ints;
+    ints.Put(1, 1);
+    values.Put(ints, "I");
+    values.Put(values, "S");
+    values.Put(Strings(), "{");
+    values.Put(Ints(), "}");
     values.Put(omu_ObjectRef(part), "o");
     values.Put(omu_PrimExpr("e"), "e");
     ExpectAccepted<double>(values, "fiu");
@@ -54,8 +58,8 @@ TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
     ExpectAccepted<omu_PrimEnumBase>(values, "c");
     ExpectAccepted<omu_PrimNone>(values, "n");
     ExpectAccepted<omu_PrimType>(values, "y");
-    ExpectAccepted<Strings>(values, "S");
-    ExpectAccepted<Ints>(values, "I");
+    ExpectAccepted<Strings>(values, "S{}");
+    ExpectAccepted<Ints>(values, "I{}");
     ExpectAccepted<const omu_InterfaceObj*>(values, "o");
     ExpectAccepted<cow_List<int>, cow_List<float>, cow_1DArray<int>, cow_1DArrayList<int, int>,
                    cow_1DArrayList<float, float>, cow_1DArrayList<double, double>>(values, "at");
@@ -71,6 +75,7 @@ TEST(Dictionaries, Each_target_takes_its_kinds_of_values)
     values.Put(omu_ObjectRef(*gone), "gone");
     gone.reset();
     EXPECT_EQ(values.Get(object, "gone"), 0);
+    EXPECT_TRUE(values.Get(ints, "{") != 0 && ints.Length() == 0);
     omu_PrimTuple tuple;
     values.Get(tuple, "b");
     EXPECT_EQ(Text(tuple), "((1.5,),)");

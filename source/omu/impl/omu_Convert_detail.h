@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <type_traits>
 #include <utility>
 
 // How values become what kernel code asks for: by position (the tuple's Gets) and by keyword (the dictionary's Gets, and
@@ -171,13 +172,22 @@ bool omu_Convert(const omu_Primitive& item, T& target)
     return true;
 }
 
+/// An empty dictionary does not say what its keys would be, so it is one of either kind.
 template <class K> bool omu_Convert(const omu_Primitive& item, omu_PrimDictionary<K>& target)
 {
-    if (!item.IsType('{') || static_cast<const omu_PrimDictionaryBase&>(item).Kind() != target.Kind()) {
+    using Other = omu_PrimDictionary<std::conditional_t<std::same_as<K, int>, cow_String, int>>;
+    if (!item.IsType('{')) {
         return false;
     }
-    target = static_cast<const omu_PrimDictionary<K>&>(item);
-    return true;
+    if (static_cast<const omu_PrimDictionaryBase&>(item).Kind() == target.Kind()) {
+        target = static_cast<const omu_PrimDictionary<K>&>(item);
+        return true;
+    }
+    const bool isEmpty = static_cast<const Other&>(item).Length() == 0;
+    if (isEmpty) {
+        target = {};
+    }
+    return isEmpty;
 }
 
 /// A kernel object of class `typeName` or derived from it; throws omu_AccessErrorException when it no longer exists.

@@ -182,7 +182,7 @@ bool omu_InterfaceObj::IsDescribed() const
 
 bool omu_InterfaceObj::IsMethod(const char* name, bool& deprecated)
 {
-    return IsDescribed() && FindMethod(*m_levels, name, deprecated) != nullptr;
+    return IsDescribed() && name != nullptr && FindMethod(*m_levels, name, deprecated) != nullptr;
 }
 
 omu_Primitive* omu_InterfaceObj::CallMethod(const char*, const char* methodName, omu_Arguments& arguments,
@@ -304,7 +304,7 @@ const omu_PrimWrapper* omu_InterfaceObj::ConstGetWrapper() const
 
 bool omu_InterfaceObj::IsA(const char* typeName) const
 {
-    return std::string_view(typeName) == "BrenowObject" || m_levels->HasLevel(typeName);
+    return typeName != nullptr && (std::string_view(typeName) == "BrenowObject" || m_levels->HasLevel(typeName));
 }
 
 cow_String omu_InterfaceObj::ExposedTypeName() const
