@@ -1,7 +1,9 @@
 """Kernel objects in Python: names, calls, errors, and handles that outlive what they refer to."""
 
+import copy
 import gc
 import os
+import pickle
 import pydoc
 import subprocess
 import sys
@@ -77,6 +79,20 @@ def test_each_kernel_failure_is_the_right_python_error(kind, error, base, messag
     assert type(caught.value) is error and str(caught.value) == message
     if base in (AttributeError, NameError, KeyError):
         assert caught.value.obj is shelf and caught.value.name == ("such" if kind == "key" else None)
+
+
+def test_an_error_is_pickled_without_what_cannot_be():
+    for error in (vexomu.KeyError("no key"), vexomu.RangeError(1, "two"), vexomu.AccessError()):
+        error.obj, error.name, error.other, error.itself = shelf, "key", vexomu.ColorError("inner"), error
+        error.other.obj, error.other.outer = shelf, error
+        again, deep, shallow = pickle.loads(pickle.dumps(error)), copy.deepcopy(error), copy.copy(error)
+        for each in (again, deep, shallow):
+            assert type(each) is type(error) and each.args == error.args and each.name == "key" and each is not error
+            assert not hasattr(each, "obj")
+        for each in (again, deep):
+            assert each.itself is each and each.other.args == ("inner",) and each.other.outer is each
+            assert not hasattr(each.other, "obj")
+    assert pickle.loads(pickle.dumps(vexomu.FontError("plain"))).__dict__ == {}
 
 
 def test_a_handle_whose_object_is_gone_raises_access_error():

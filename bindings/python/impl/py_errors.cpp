@@ -142,6 +142,41 @@ void Translate(PyObject* object)
     }
 }
 
+bool CanBePickled(PyObject* value)
+{
+    const PyRef pickle(PyImport_ImportModule("pickle"));
+    const PyRef bytes(pickle ? PyObject_CallMethod(pickle.Get(), "dumps", "O", value) : nullptr);
+    return static_cast<bool>(bytes);
+}
+
+/// What pickle and copy make the error of again: class, text, and those attributes that can be pickled, which a kernel
+/// object is not. Null with a Python error set.
+PyObject* Reduce(PyObject* self, PyObject*)
+{
+    static thread_local bool isTrying = false; // an attribute, which may be an error whose attributes lead back here
+    PyRef whole(PyObject_CallMethod(PyExc_Exception, "__reduce__", "O", self));
+    if (!whole || PyTuple_GET_SIZE(whole.Get()) < 3) {
+        return whole.Release();
+    }
+    const PyRef all(isTrying ? PyDict_New() : PyDict_Copy(PyTuple_GET_ITEM(whole.Get(), 2)));
+    const PyRef kept(all ? PyDict_New() : nullptr);
+    PyObject* name = nullptr;
+    PyObject* value = nullptr;
+    for (Py_ssize_t place = 0; kept && PyDict_Next(all.Get(), &place, &name, &value) != 0;) {
+        isTrying = true;
+        const bool isKept = CanBePickled(value);
+        isTrying = false;
+        if (isKept ? PyDict_SetItem(kept.Get(), name, value) < 0 : PyErr_ExceptionMatches(PyExc_Exception) == 0) {
+            return nullptr;
+        }
+        PyErr_Clear();
+    }
+    return kept ? PyTuple_Pack(3, PyTuple_GET_ITEM(whole.Get(), 0), PyTuple_GET_ITEM(whole.Get(), 1), kept.Get())
+                : nullptr;
+}
+
+PyMethodDef reduce = {"__reduce__", Reduce, METH_NOARGS, nullptr};
+
 } // namespace
 
 bool pyAddErrors(PyObject* module)
@@ -159,6 +194,10 @@ bool pyAddErrors(PyObject* module)
         error.type =
             PyErr_NewExceptionWithDoc(PyUnicode_AsUTF8(name.Get()), error.description, *error.base, members.Get());
         if (error.type == nullptr || PyModule_AddObjectRef(module, error.category, error.type) < 0) {
+            return false;
+        }
+        const PyRef method(PyDescr_NewMethod(reinterpret_cast<PyTypeObject*>(error.type), &reduce));
+        if (!method || PyObject_SetAttrString(error.type, reduce.ml_name, method.Get()) < 0) {
             return false;
         }
     }
