@@ -76,9 +76,11 @@ def test_argument_errors_are_type_errors_with_exact_texts(call, message):
 def test_each_kernel_failure_is_the_right_python_error(kind, error, base, message):
     with pytest.raises(base) as caught:
         shelf.fail(kind)
-    assert type(caught.value) is error and str(caught.value) == message
+    for value in caught.value, pickle.loads(pickle.dumps(caught.value)):
+        assert type(value) is error and str(value) == message
     if base in (AttributeError, NameError, KeyError):
-        assert caught.value.obj is shelf and caught.value.name == ("such" if kind == "key" else None)
+        assert caught.value.name == ("such" if kind == "key" else None)
+        assert base is NameError or caught.value.obj is shelf
 
 
 def test_an_error_is_pickled_without_what_cannot_be():

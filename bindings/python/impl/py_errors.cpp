@@ -243,8 +243,10 @@ void pyHoldThread() noexcept
 void pySetErrorAbout(PyObject* type, PyObject* object, PyObject* name, PyRef text)
 {
     const PyRef error(text ? PyObject_CallOneArg(type, text.Get()) : nullptr);
+    // A NameError has no place for an object: it would be a plain attribute, and one that cannot be pickled.
+    const bool hasObject = PyObject_IsSubclass(type, PyExc_NameError) == 0;
     if (error && PyObject_SetAttrString(error.Get(), "name", name) == 0 &&
-        PyObject_SetAttrString(error.Get(), "obj", object) == 0) {
+        (!hasObject || PyObject_SetAttrString(error.Get(), "obj", object) == 0)) {
         PyErr_SetObject(type, error.Get());
     }
 }

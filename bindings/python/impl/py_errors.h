@@ -7,8 +7,8 @@
 bool pyAddErrors(PyObject* module);
 
 /// Turns the C++ exception being handled into the Python error of its kind with its exact text; call it in a catch
-/// clause. A Python error that is already set becomes the new one's context. An AttributeError, NameError or KeyError
-/// carries `object`, whose use it is unless that is null, and the name or key that it is about.
+/// clause. A Python error that is already set becomes the new one's context. An AttributeError or KeyError carries
+/// `object`, whose use it is unless that is null; both and a NameError carry the name or key that they are about.
 void pySetErrorFromCurrentException(PyObject* object = nullptr) noexcept;
 
 /// Sets an error that carries the object and the name or key of it that was asked for, from which the interpreter makes
