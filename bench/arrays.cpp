@@ -14,7 +14,6 @@
 namespace
 {
 constexpr int LENGTH = 1'000'000;
-constexpr std::size_t BATCH = 1000;
 
 struct KernelArray
 {
@@ -125,31 +124,26 @@ BENCHMARK(Write<VectorArray>)->Name("array_write_vector")->Unit(benchmark::kMicr
 BENCHMARK(ReadAnywhere<KernelArray>)->Name("array_anywhere_kernel")->Unit(benchmark::kMicrosecond);
 BENCHMARK(ReadAnywhere<VectorArray>)->Name("array_anywhere_vector")->Unit(benchmark::kMicrosecond);
 
-/// Makes its thing where it stands: a uid has no cheap move.
-template <class Thing> struct Slot
-{
-    template <class Allocate> explicit Slot(Allocate& allocate) : thing(allocate()) {}
-
-    Thing thing;
-};
-
-/// Takes BATCH things with `allocate`, keeps them, and lets them all go.
+/// Takes as many things as the benchmark's argument says with `allocate`, keeps them, and lets them all go.
 template <class Thing, class Allocate, class Release>
 void RunBatches(benchmark::State& state, Allocate allocate, Release release)
 {
-    std::vector<Slot<Thing>> slots;
-    slots.reserve(BATCH);
+    const std::int64_t batch = state.range(0);
+    std::allocator<Thing> memory;
+    Thing* const things = memory.allocate(static_cast<std::size_t>(batch));
     for (auto _ : state) {
-        for (std::size_t i = 0; i < BATCH; ++i) {
-            slots.emplace_back(allocate);
+        for (std::int64_t i = 0; i < batch; ++i) {
+            ::new (static_cast<void*>(things + i)) Thing(allocate()); // where it stands: a uid has no cheap move
         }
         benchmark::ClobberMemory();
-        for (Slot<Thing>& slot : slots) {
-            release(slot.thing);
+        for (std::int64_t i = 0; i < batch; ++i) {
+            release(things[i]);
+            std::destroy_at(things + i);
         }
-        slots.clear();
+        benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(BATCH));
+    memory.deallocate(things, static_cast<std::size_t>(batch));
+    state.SetItemsProcessed(state.iterations() * batch);
 }
 
 const auto BY_DESTRUCTOR = [](auto&) {};
@@ -179,8 +173,8 @@ void BoostPool(benchmark::State& state)
         state, [&] { return pool.malloc(); }, [&](void* block) { pool.free(block); });
 }
 
-BENCHMARK(Uids)->Name("uid_kernel");
-BENCHMARK(SharedPointers)->Name("uid_make_shared");
-BENCHMARK(Malloc)->Name("uid_malloc");
-BENCHMARK(BoostPool)->Name("uid_boost_pool");
+BENCHMARK(Uids)->Name("uid_kernel")->Arg(100)->Arg(500)->Arg(1000);
+BENCHMARK(SharedPointers)->Name("uid_make_shared")->Arg(100)->Arg(500)->Arg(1000);
+BENCHMARK(Malloc)->Name("uid_malloc")->Arg(100)->Arg(500)->Arg(1000);
+BENCHMARK(BoostPool)->Name("uid_boost_pool")->Arg(100)->Arg(500)->Arg(1000);
 } // namespace

@@ -62,8 +62,11 @@ GOALS = [
     ("1 million array elements changed in order", "array_write_kernel", ["array_write_vector"], None),
     ("1 million array elements appended", "array_append_kernel", ["array_append_vector"], None),
     ("100,000 array elements read in random order", "array_anywhere_kernel", ["array_anywhere_vector"], None),
-    ("1000 uids taken and released", "uid_kernel", ["uid_make_shared", "uid_malloc", "uid_boost_pool"], 0.90),
-    ("the same, beside what any thread may call", "uid_kernel", ["uid_make_shared", "uid_malloc"], None),
+    *(
+        (f"{batch} uids taken and released", f"uid_kernel/{batch}", [f"uid_{peer}/{batch}" for peer in ("make_shared", "malloc", "boost_pool")], 0.90)
+        for batch in (100, 500, 1000)
+    ),
+    ("1000 uids, beside what any thread may call", "uid_kernel/1000", ["uid_make_shared/1000", "uid_malloc/1000"], None),
     *(
         row
         for notation in ("automatic", "engineering", "scientific")

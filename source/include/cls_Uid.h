@@ -25,7 +25,7 @@ public:
     cls_Uid& operator=(const cls_Uid& other);
     ~cls_Uid()
     {
-        if (!cls_UidCatalog::TakeBack(*m_entry)) {
+        if (!cls_UidCatalog::TakeBack(*m_entry)) [[unlikely]] {
             m_entry->LowerSlowly();
         }
     }

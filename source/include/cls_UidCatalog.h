@@ -7,6 +7,8 @@
 #include "thr_ThreadSingleton.h"
 
 #include <atomic>
+#include <cstddef>
+#include <memory>
 
 class cls_UidCatalog;
 extern template class VEXOMU_API thr_ThreadSingletonBase<cls_UidCatalog>;
@@ -19,7 +21,8 @@ VEXOMU_EXTERN_TEMPLATE(thr_ThreadHint<cls_UidCatalog>);
 ///             process, until their last uid goes.
 /// Threads:    one catalogue per thread, the last of the thread's singletons to go. A uid dropped on a foreign thread
 ///             while the catalogue lives waits for the catalogue's next allocation.
-/// Complexity: O(1); memory is asked for once in 2048 entries. Freed entries are used again last in, first out.
+/// Complexity: O(1); memory is asked for once in 2048 entries. Freed entries are used again last in, first out: they are on
+///             a stack, as they were when they came into use, so that taking one need not wait for what it says.
 /// Errors:     AllocateEntry: std::bad_alloc.
 class VEXOMU_API cls_UidCatalog : public thr_ThreadSingletonBase<cls_UidCatalog>
 {
@@ -45,19 +48,19 @@ public:
     /// A new entry with one handle.
     cls_UidCatalogEntry* AllocateEntry()
     {
-        if (m_free == nullptr || m_dropped.load(std::memory_order_relaxed) != nullptr) {
+        cls_UidCatalogEntry* entry = m_free[-1];
+        if (entry == nullptr || m_dropped.load(std::memory_order_relaxed) != nullptr) [[unlikely]] {
             Refill();
+            entry = m_free[-1];
         }
-        cls_UidCatalogEntry* const entry = m_free;
-        m_free = entry->GetNext();
-        entry->InitInUse();
+        --m_free;
         return entry;
     }
     /// Takes back an entry of this catalogue that has no handle and no history.
     void Free(cls_UidCatalogEntry* entry) noexcept
     {
-        entry->SetNext(m_free);
-        m_free = entry;
+        entry->InitInUse();
+        *m_free++ = entry;
     }
 
 private:
@@ -71,11 +74,18 @@ private:
     static void FreeOrphan(cls_UidCatalogEntry& entry);
 
     void Refill();
+    void AddGroup();
     void TakeBackDropped();
     bool RetireGroups(cls_UidCatalogEntryGroup*& unused) noexcept;
 
     cls_UidCatalogEntryGroup* m_groups = nullptr; // the newest one
-    cls_UidCatalogEntry* m_free = nullptr;
+    // The stack of free entries, each with one handle and no history: null, then the entries, of which the last is taken
+    // first. There is room for all entries of the groups.
+    std::unique_ptr<cls_UidCatalogEntry*[]> m_stack;
+    std::size_t m_room = 0;
+    std::size_t m_count = 0;                      // of entries
+    cls_UidCatalogEntry* m_bottom = nullptr;      // the stack before there are groups
+    cls_UidCatalogEntry** m_free = &m_bottom + 1; // behind the last
     // Entries whose last handle was dropped on another thread; written under thr_GlobalLock.
     std::atomic<cls_UidCatalogEntry*> m_dropped{nullptr};
 };
@@ -83,17 +93,20 @@ private:
 inline cls_UidCatalogEntry* cls_UidCatalog::NewEntry()
 {
     cls_UidCatalog* const here = thr_ThreadHint<cls_UidCatalog>::Get();
-    return (here != nullptr ? *here : OfThisThread()).AllocateEntry();
+    if (here != nullptr) [[likely]] {
+        return here->AllocateEntry();
+    }
+    return OfThisThread().AllocateEntry();
 }
 
 inline bool cls_UidCatalog::TakeBack(cls_UidCatalogEntry& entry) noexcept
 {
     cls_UidCatalog* const here = thr_ThreadHint<cls_UidCatalog>::Get();
     // Only a handle can be copied: while there is just one, this one, no other thread can change the count.
-    if (here == nullptr || here != cls_UidCatalogEntryGroup::Of(&entry).Owner() ||
-        entry.m_word.load(std::memory_order_acquire) != 1 || entry.m_history.Next() != &entry.m_history) {
+    if (here != cls_UidCatalogEntryGroup::Of(&entry).m_owner.load(std::memory_order_relaxed) ||
+        entry.m_word.load(std::memory_order_acquire) != 1) [[unlikely]] {
         return false;
     }
-    here->Free(&entry);
+    *here->m_free++ = &entry;
     return true;
 }

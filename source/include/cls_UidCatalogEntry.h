@@ -28,7 +28,7 @@ public:
         m_history.Init();
     }
 
-    /// The next free entry; only while this one is free.
+    /// The next entry of a chain; only while this one is not in use.
     void SetNext(cls_UidCatalogEntry* entry) noexcept
     {
         m_word.store(reinterpret_cast<std::uintptr_t>(entry), std::memory_order_relaxed);
@@ -39,7 +39,7 @@ public:
     }
 
     /// The number of handles; only while the entry is in use.
-    int GetRefCnt() const noexcept { return static_cast<int>(m_word.load(std::memory_order_relaxed)); }
+    int GetRefCnt() const noexcept { return static_cast<int>(CountIn(m_word.load(std::memory_order_relaxed))); }
 
     void RaiseRefCnt() noexcept
     {
@@ -54,13 +54,21 @@ public:
     int LowerRefCnt();
 
     /// The head of the object's history: entries of the storage engine link themselves before it.
-    cls_HistoryEntry& History() noexcept { return m_history; }
+    cls_HistoryEntry& History() noexcept
+    {
+        m_word.fetch_or(MAY_HAVE_HISTORY, std::memory_order_relaxed);
+        return m_history;
+    }
     const cls_HistoryEntry& History() const noexcept { return m_history; }
 
 private:
     friend class cls_Uid;
     friend class cls_UidCatalog;
     friend class cls_UidCatalogEntryGroup;
+
+    // Beside the count, so that a handle that goes has one word to look at.
+    static constexpr std::uintptr_t MAY_HAVE_HISTORY = ~(UINTPTR_MAX >> 1);
+    static std::uintptr_t CountIn(std::uintptr_t word) noexcept { return word & ~MAY_HAVE_HISTORY; }
 
     cls_UidCatalogEntry() noexcept = default;
 
@@ -71,6 +79,7 @@ private:
     std::uintptr_t Lower() noexcept;
     void DeleteHistory();
 
-    std::atomic<std::uintptr_t> m_word{0}; // in use: count of handles; free: address of the next free entry
+    // In use: count of handles, and MAY_HAVE_HISTORY. Else address of the next entry, in a new group and among the dropped.
+    std::atomic<std::uintptr_t> m_word{0};
     cls_HistoryEntry m_history;
 };

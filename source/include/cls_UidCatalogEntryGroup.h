@@ -31,7 +31,11 @@ public:
     /// The group in which `entry` stands.
     static cls_UidCatalogEntryGroup& Of(const cls_UidCatalogEntry* entry) noexcept;
     /// The catalogue that hands out the entries; null once it is gone.
-    cls_UidCatalog* Owner() const noexcept { return m_owner.load(std::memory_order_relaxed); }
+    cls_UidCatalog* Owner() const noexcept
+    {
+        void* const owner = m_owner.load(std::memory_order_relaxed);
+        return owner != this ? static_cast<cls_UidCatalog*>(owner) : nullptr;
+    }
 
     static void* operator new(std::size_t bytes);
     static void operator delete(void* block) noexcept;
@@ -40,8 +44,8 @@ private:
     friend class cls_UidCatalog;
 
     cls_UidCatalogEntryGroup* m_previous;
-    std::atomic<cls_UidCatalog*> m_owner{nullptr};
-    int m_inUse = 0; // counted only when the catalogue is gone
+    std::atomic<void*> m_owner{this}; // or the group itself: never null, as the catalogue of a thread without one is
+    int m_inUse = 0;                  // counted only when the catalogue is gone
     cls_UidCatalogEntry m_entries[ENTRIES];
 };
 

@@ -62,10 +62,32 @@ int cls_UidCatalog::CountOrphanedGroups()
 void cls_UidCatalog::Refill()
 {
     TakeBackDropped();
-    if (m_free == nullptr) {
-        m_groups = new cls_UidCatalogEntryGroup(m_groups);
-        m_groups->m_owner.store(this, std::memory_order_relaxed);
-        m_free = m_groups->First();
+    if (m_free[-1] == nullptr) {
+        AddGroup();
+    }
+}
+
+/// Makes another group of free entries when there is none left.
+void cls_UidCatalog::AddGroup()
+{
+    constexpr std::size_t MORE = cls_UidCatalogEntryGroup::ENTRIES;
+    if (m_count + MORE + 1 > m_room) {
+        const std::size_t room = 2 * m_count + MORE + 1;
+        m_stack = std::make_unique_for_overwrite<cls_UidCatalogEntry*[]>(room);
+        m_room = room;
+        m_stack[0] = nullptr;
+        m_free = &m_stack[1];
+    }
+    m_groups = new cls_UidCatalogEntryGroup(m_groups);
+    m_groups->m_owner.store(this, std::memory_order_relaxed);
+    m_count += MORE;
+    m_free += MORE;
+    cls_UidCatalogEntry** place = m_free;
+    for (cls_UidCatalogEntry* entry = m_groups->First(); entry != nullptr;) {
+        cls_UidCatalogEntry* const next = entry->GetNext();
+        entry->InitInUse();
+        *--place = entry;
+        entry = next;
     }
 }
 
@@ -95,13 +117,13 @@ bool cls_UidCatalog::RetireGroups(cls_UidCatalogEntryGroup*& unused) noexcept
     for (auto* group = m_groups; group != nullptr; group = group->m_previous) {
         group->m_inUse = cls_UidCatalogEntryGroup::ENTRIES;
     }
-    for (; m_free != nullptr; m_free = m_free->GetNext()) {
-        --cls_UidCatalogEntryGroup::Of(m_free).m_inUse;
+    for (; m_free[-1] != nullptr; --m_free) {
+        --cls_UidCatalogEntryGroup::Of(m_free[-1]).m_inUse;
     }
     while (m_groups != nullptr) {
         cls_UidCatalogEntryGroup* const group = m_groups;
         m_groups = group->m_previous;
-        group->m_owner.store(nullptr, std::memory_order_relaxed);
+        group->m_owner.store(group, std::memory_order_relaxed);
         cls_UidCatalogEntryGroup*& chain = group->m_inUse != 0 ? orphans : unused;
         group->m_previous = chain;
         chain = group;

@@ -28,7 +28,7 @@ int cls_UidCatalogEntry::LowerSlowly()
     if (catalog == nullptr) {
         return cls_UidCatalog::LowerElsewhere(*this);
     }
-    if (m_word.load(std::memory_order_acquire) != 1) {
+    if (CountIn(m_word.load(std::memory_order_acquire)) != 1) {
         if (const std::uintptr_t left = Lower(); left != 0) {
             return static_cast<int>(left);
         }
@@ -40,7 +40,7 @@ int cls_UidCatalogEntry::LowerSlowly()
 
 bool cls_UidCatalogEntry::Renew()
 {
-    if (m_word.load(std::memory_order_acquire) != 1 || OwnerHere(*this) == nullptr) {
+    if (CountIn(m_word.load(std::memory_order_acquire)) != 1 || OwnerHere(*this) == nullptr) {
         return false;
     }
     DeleteHistory();
@@ -52,9 +52,9 @@ std::uintptr_t cls_UidCatalogEntry::Lower() noexcept
     if (thr_IsSingleThreaded()) {
         const std::uintptr_t left = m_word.load(std::memory_order_relaxed) - 1;
         m_word.store(left, std::memory_order_relaxed);
-        return left;
+        return CountIn(left);
     }
-    return m_word.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    return CountIn(m_word.fetch_sub(1, std::memory_order_acq_rel) - 1);
 }
 
 void cls_UidCatalogEntry::DeleteHistory()
