@@ -10,6 +10,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <exception>
 
 class cls_ReadVisitor;
 class cls_WriteVisitor;
@@ -163,8 +164,13 @@ private:
 
     static int StartOf(int index) noexcept { return index & ~(Buffer::SIZE - 1); }
 
-    const T& ConstGetSlowly(int index, const Texts& texts) const;
-    T& GetSlowly(int index, const Texts& texts);
+    const T& Readable(int index, const Texts& texts) const;
+    T& Writable(int index, const Texts& texts);
+    // Null where Readable or Writable throws; what they threw is then thrown by ThrowFailure. GCC keeps no sum of doubles
+    // in a register across a call that may throw, even one that is never made, where something is to be destroyed.
+    const T* ConstGetSlowly(int index, const Texts& texts) const noexcept;
+    T* GetSlowly(int index, const Texts& texts) noexcept;
+    [[noreturn]] void ThrowFailure() const;
     void AppendSlowly(T value, const Texts& texts);
 
     int CountFrom(int start) const noexcept;
@@ -185,7 +191,8 @@ private:
     mutable int m_length = 0;
     cls_Uid m_uid = cls_Uid::AllocateUid();
     mutable Current m_current;
-    Blocks m_remembered; // none unless `m_rememberedLength` is 0 or more
+    mutable std::exception_ptr m_failure; // between a slow access and ThrowFailure
+    Blocks m_remembered;                  // none unless `m_rememberedLength` is 0 or more
     int m_rememberedLength = NOTHING_REMEMBERED;
 };
 
@@ -207,13 +214,27 @@ template <class T> inline void cls_ArrayPrim<T>::Append(const T& value)
 template <class T> inline const T& cls_ArrayPrim<T>::ConstGetWith(int index, const Texts& texts) const
 {
     const unsigned offset = m_current.OffsetOf(index);
-    return offset < m_current.readable && index <= m_length ? m_current.elements[offset] : ConstGetSlowly(index, texts);
+    if (offset < m_current.readable && index <= m_length) [[likely]] {
+        return m_current.elements[offset];
+    }
+    const T* const element = ConstGetSlowly(index, texts);
+    if (element == nullptr) {
+        ThrowFailure();
+    }
+    return *element;
 }
 
 template <class T> inline T& cls_ArrayPrim<T>::GetWith(int index, const Texts& texts)
 {
     const unsigned offset = m_current.OffsetOf(index);
-    return offset < m_current.writable && index <= m_length ? m_current.elements[offset] : GetSlowly(index, texts);
+    if (offset < m_current.writable && index <= m_length) [[likely]] {
+        return m_current.elements[offset];
+    }
+    T* const element = GetSlowly(index, texts);
+    if (element == nullptr) {
+        ThrowFailure();
+    }
+    return *element;
 }
 
 template <class T> inline void cls_ArrayPrim<T>::AppendWith(const T& value, const Texts& texts)

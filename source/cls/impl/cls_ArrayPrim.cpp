@@ -281,7 +281,7 @@ template <class T> void cls_ArrayPrim<T>::AppendSlowly(T value, const Texts& tex
     if (m_length == MAX_LENGTH) {
         Fail(texts, texts.append, __LINE__);
     }
-    GetSlowly(m_length, texts) = std::move(value);
+    Writable(m_length, texts) = std::move(value);
     ++m_length;
 }
 
@@ -310,7 +310,7 @@ template <class T> void cls_ArrayPrim<T>::AppendBlockWith(const T* values, int c
     m_current = Current();
 }
 
-template <class T> const T& cls_ArrayPrim<T>::ConstGetSlowly(int index, const Texts& texts) const
+template <class T> const T& cls_ArrayPrim<T>::Readable(int index, const Texts& texts) const
 {
     Buffer* const buffer = GetBuffer(index, texts);
     if (buffer == nullptr) {
@@ -320,7 +320,7 @@ template <class T> const T& cls_ArrayPrim<T>::ConstGetSlowly(int index, const Te
     return buffer->elements[index - StartOf(index)];
 }
 
-template <class T> T& cls_ArrayPrim<T>::GetSlowly(int index, const Texts& texts)
+template <class T> T& cls_ArrayPrim<T>::Writable(int index, const Texts& texts)
 {
     if (GetBuffer(index, texts) == nullptr) {
         Fail(texts, texts.get, __LINE__);
@@ -332,6 +332,27 @@ template <class T> T& cls_ArrayPrim<T>::GetSlowly(int index, const Texts& texts)
     held->dirty = 1;
     SetCurrent(StartOf(index), *held, /*writable=*/true);
     return held->elements[index - StartOf(index)];
+}
+
+template <class T> const T* cls_ArrayPrim<T>::ConstGetSlowly(int index, const Texts& texts) const noexcept
+try {
+    return &Readable(index, texts);
+} catch (...) {
+    m_failure = std::current_exception();
+    return nullptr;
+}
+
+template <class T> T* cls_ArrayPrim<T>::GetSlowly(int index, const Texts& texts) noexcept
+try {
+    return &Writable(index, texts);
+} catch (...) {
+    m_failure = std::current_exception();
+    return nullptr;
+}
+
+template <class T> void cls_ArrayPrim<T>::ThrowFailure() const
+{
+    std::rethrow_exception(std::exchange(m_failure, nullptr));
 }
 
 template <class T> auto cls_ArrayPrim<T>::GetBuffer(int index, const Texts& texts) const -> Buffer*
