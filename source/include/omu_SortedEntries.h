@@ -75,17 +75,17 @@ protected:
     /// Adds an entry behind all others when that needs no memory; false, and nothing done, otherwise.
     bool Append(unsigned int key, T value) noexcept
     {
-        constexpr unsigned int SMALL_GAP = 8; // a larger one may be too large for cells
-        const unsigned int offset = key - m_base;
-        const unsigned int gap = offset - m_reach; // large for a key that is not behind all others
-        const bool fits = m_length + 1 < m_capacity && gap < SMALL_GAP && offset < m_cells && value != Mark();
-        if (fits) {
-            std::fill_n(m_values + m_reach, gap, Mark());
-            m_values[offset] = value;
-            m_keys[m_length++] = key;
-            m_reach = offset + 1;
+        // In variables, since for the compiler the value may be written over a count.
+        const unsigned int offset = m_reach;
+        const unsigned int pos = m_length;
+        if (key - m_base != offset || offset >= m_cells || pos + 1 >= m_capacity || value == Mark()) [[unlikely]] {
+            return AppendBehindGap(key, value);
         }
-        return fits;
+        m_values[offset] = value;
+        m_keys[pos] = key;
+        m_reach = offset + 1;
+        m_length = pos + 1;
+        return true;
     }
     bool IsDirect() const noexcept { return m_reach != 0; }
     /// True for the cell of a key that may hold the mark as its value.
@@ -121,10 +121,27 @@ protected:
     std::vector<std::uint64_t> m_mayBeMark; // a bit for each cell up to the last one set
 
 private:
+    /// Append when a few numbers behind the last key are left out.
+    [[gnu::noinline]] bool AppendBehindGap(unsigned int key, T value) noexcept;
     [[gnu::noinline]] const T* FindValueSlowly(unsigned int key) const;
     /// FindEntry for first key <= key <= last key: brings `low` and `high`, which enclose the position, close to it.
     void NarrowByDistance(unsigned int key, unsigned int& low, unsigned int& high) const;
 };
+
+template <omu_Word T> bool omu_SortedEntries<T>::AppendBehindGap(unsigned int key, T value) noexcept
+{
+    constexpr unsigned int SMALL_GAP = 8; // a larger one may be too large for cells
+    const unsigned int offset = key - m_base;
+    const unsigned int gap = offset - m_reach; // large for a key that is not behind all others
+    const bool fits = m_length + 1 < m_capacity && gap < SMALL_GAP && offset < m_cells && value != Mark();
+    if (fits) {
+        std::fill_n(m_values + m_reach, gap, Mark());
+        m_values[offset] = value;
+        m_keys[m_length++] = key;
+        m_reach = offset + 1;
+    }
+    return fits;
+}
 
 template <omu_Word T> const T* omu_SortedEntries<T>::FindValueSlowly(unsigned int key) const
 {
