@@ -89,7 +89,7 @@ public:
     {
         if (!IsSuppliedByPosition()) {
             GetByKeyword(value, keyword);
-        } else if (TakeInPlace(m_items[m_cursor], value)) [[likely]] {
+        } else if (TakeInPlace(m_items[m_cursor], value)) {
             IncrementCursor();
         } else {
             Get(value);
