@@ -117,9 +117,12 @@ private:
     void Toggle(unsigned int cell, int difference) noexcept
     {
         m_place->groups[cell / 8] ^= static_cast<std::uint16_t>(1U << cell % 8);
-        for (unsigned int g = 0; g < std::size(m_place->groups); ++g) { // all of them, which takes few instructions
-            const int change = g > cell / 8 ? difference * 256 : 0;
-            m_place->groups[g] = static_cast<std::uint16_t>(m_place->groups[g] + change);
+        // All groups, in their own type, which the compiler makes a few wide instructions of.
+        const auto group = static_cast<std::uint16_t>(cell / 8);
+        const auto change = static_cast<std::uint16_t>(difference * 256);
+        for (std::uint16_t g = 0; g < std::size(m_place->groups); ++g) {
+            const std::uint16_t behind = g > group ? change : 0;
+            m_place->groups[g] = static_cast<std::uint16_t>(m_place->groups[g] + behind);
         }
     }
     T* Values() noexcept { return const_cast<T*>(m_place->Values()); }
