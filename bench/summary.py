@@ -51,6 +51,8 @@ GOALS = [
     ("uint found, consecutive", "uint_find/consecutive/random/kernel", ["uint_find/consecutive/random/flat_hash_map"], 0.50),
     ("uint found, one in 16", "uint_find/one_in_16/random/kernel", ["uint_find/one_in_16/random/flat_hash_map"], 0.90),
     ("uints walked over", "uint_iterate/consecutive/kernel", ["uint_iterate/consecutive/btree_map"], 0.50),
+    ("the same, one in 16", "uint_iterate/one_in_16/kernel", ["uint_iterate/one_in_16/btree_map"], 0.50),
+    ("class ids walked over", "uint_iterate/class_ids/kernel", ["uint_iterate/class_ids/btree_map"], 0.50),
     *(
         (f"{count:,} names, tree {what}", f"tree_{what}/{count}/kernel", [f"tree_{what}/{count}/map"], 1.00)
         for what in ("find", "insert")

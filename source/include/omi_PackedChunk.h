@@ -28,9 +28,9 @@ inline constexpr auto BIT_COUNTS = [] {
 ///
 /// Ownership:  owns its values; a copy is deep.
 /// Threads:    one thread at a time; any number may read while none writes.
-/// Complexity: Find O(1); Insert and Remove O(values behind).
+/// Complexity: Find O(1); Insert O(values behind).
 /// Errors:     Insert and copying throw std::bad_alloc; the chunk is then as it was.
-/// References: what Find gives dies with the next Insert or Remove.
+/// References: what Find gives dies with the next Insert.
 /// Avoid for:  more than MOST cells; an array of all cells is then nearly as small and needs no bits counted.
 template <class T> class omi_PackedChunk
 {
@@ -98,30 +98,22 @@ public:
         if (count % STEP == 0) {
             Reserve(count + STEP);
         }
-        Toggle(cell, /*difference=*/1);
+        Occupy(cell);
         T* const inserted = const_cast<T*>(m_place->Find(cell));
         std::copy_backward(inserted, Values() + count, Values() + count + 1);
         *inserted = value;
-    }
-    /// Frees a cell that is occupied.
-    void Remove(unsigned int cell) noexcept
-    {
-        T* const removed = const_cast<T*>(m_place->Find(cell));
-        std::copy(removed + 1, Values() + Count(), removed);
-        Toggle(cell, /*difference=*/-1);
     }
 
 private:
     static constexpr unsigned int STEP = 16; // values by which the room grows
 
-    void Toggle(unsigned int cell, int difference) noexcept
+    void Occupy(unsigned int cell) noexcept
     {
-        m_place->groups[cell / 8] ^= static_cast<std::uint16_t>(1U << cell % 8);
+        m_place->groups[cell / 8] |= static_cast<std::uint16_t>(1U << cell % 8);
         // All groups, in their own type, which the compiler makes a few wide instructions of.
         const auto group = static_cast<std::uint16_t>(cell / 8);
-        const auto change = static_cast<std::uint16_t>(difference * 256);
         for (std::uint16_t g = 0; g < std::size(m_place->groups); ++g) {
-            const std::uint16_t behind = g > group ? change : 0;
+            const std::uint16_t behind = g > group ? 256 : 0;
             m_place->groups[g] = static_cast<std::uint16_t>(m_place->groups[g] + behind);
         }
     }

@@ -3,15 +3,15 @@
 #include "omi_UintTableBlock.h"
 
 /// Map from unsigned 32-bit keys to small values, for keys that come in clusters, such as class ids. The high bits of a
-/// key tell its block, the low ones its cell there; cells are allocated in chunks, and in chunks of 1024 one by one at
-/// first.
+/// key tell its block, the low ones its cell there; cells are allocated in chunks, and in chunks of 1024 one by one as long
+/// as few of them are occupied and none is freed.
 ///
 /// Ownership:  owns its blocks, not what a pointer value points to; a copy is deep.
 /// Threads:    one thread at a time; any number may read while none writes.
 /// Complexity: Find O(1): two or three loads that depend on each other where the directory leads to the chunk, otherwise
 ///             six. The directory takes 8 bytes for a chunk's keys from 0 on, whether the chunk is there or not, up to 128
 ///             KiB and 8 bytes a key; of chunks with all their cells, those that keys were removed from are not in it.
-///             Insert and Remove O(1), with up to 128 values moved.
+///             Insert and Remove O(1), with up to 128 values moved. Removing the first key of a chunk may take memory.
 /// Errors:     std::bad_alloc; the table is then as it was.
 /// References: what Find gives dies with the next Insert or Remove.
 /// Example:    omi_UintTable<const char*> names; names.Insert(id, "wing"); const char* const* name = names.Find(id);
@@ -117,7 +117,7 @@ public:
         return isNew;
     }
     /// False when the key is absent.
-    bool Remove(unsigned int key) noexcept
+    bool Remove(unsigned int key)
     {
         Block* const block = BlockOf(key);
         if (block == nullptr || !block->Remove(key & m_lowMask)) {

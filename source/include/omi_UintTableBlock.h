@@ -7,7 +7,7 @@
 
 /// The keys of one block of an omi_UintTable: a cell for each, and a bit that tells whether it is occupied. The bits
 /// stand behind the cells of their chunk, so that looking at one costs no search. A chunk of 1024 cells is packed until
-/// more than a few of them are occupied.
+/// more than a few of them are occupied, or one is freed.
 ///
 /// Ownership, threads, complexity, errors: see omi_BlockedArray.
 template <class T> class omi_UintTableBlock : public omi_BlockedArray<T>
@@ -65,19 +65,16 @@ public:
         ++m_population;
         return true;
     }
-    /// The cell keeps its value, if its chunk is not packed; true when it was occupied.
-    bool Remove(unsigned int cell) noexcept
+    /// True when the cell was occupied. It keeps its value, for which a packed chunk gets all its cells.
+    bool Remove(unsigned int cell)
     {
         if (Find(cell) == nullptr) {
             return false;
         }
-        if (PackedAt(cell >> this->Bits()) != nullptr) {
-            m_packed[cell >> this->Bits()].Remove(cell & (this->ChunkSize() - 1));
-        } else {
-            WordOf(cell) &= ~BitOf(cell);
-            const unsigned int k = cell >> this->Bits();
-            m_leftovers[k / WORD_BITS] |= std::uint64_t{1} << k % WORD_BITS;
-        }
+        const unsigned int k = cell >> this->Bits();
+        Unpack(k);
+        WordOf(cell) &= ~BitOf(cell);
+        m_leftovers[k / WORD_BITS] |= std::uint64_t{1} << k % WORD_BITS;
         --m_population;
         return true;
     }

@@ -125,6 +125,8 @@ TEST(UintTable, Blocks_come_and_go_as_stated)
         packed.Insert(cell, cell);
         plain.SetCell(cell, cell);
     }
+    EXPECT_TRUE(packed.Remove(1100)); // keeps its value
+    EXPECT_FALSE(packed.Remove(1100));
     packed.SetCell(5, 7);
     EXPECT_EQ(packed.Find(5), nullptr);
     plain.SetCell(5, 7);
