@@ -103,6 +103,8 @@ public:
     const omu_InterfaceObj* Get(const char* typeName, const cow_String& keyword, const omu_InterfaceObj* fallback);
 
     /// After a failed or missed Get: undoes it, so that another type or keyword can be tried, and says so.
+    /// A call keeps its first failure only: where a Get by position before the last one failed, that one is undone
+    /// instead. So look first whether what it fetched is there.
     bool Alternative();
     /// After a Get that failed or missed: tries a deprecated keyword for the same parameter, when deprecated use is
     /// permitted. `feature` names it for a reader of the calling code.
