@@ -43,7 +43,7 @@ const real_pcre& Compiled(const char* pattern)
 }
 
 /// A pattern in machine code with match data of its own: what a program that calls PCRE2 by hand keeps. The machine code
-/// is the one that is compared with, since where it lies in a line of the cache makes a fifth of a match's time.
+/// is the one that is compared with, since where it lies in a line of the cache makes up to a quarter of a match's time.
 struct Translated
 {
     explicit Translated(const char* pattern)

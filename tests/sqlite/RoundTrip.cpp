@@ -549,6 +549,10 @@ TEST_F(StoreTest, A_walk_that_reads_ahead_sees_damage_and_changes_where_and_when
     EXPECT_EQ(walk(0, 12).back(), 11);
     EXPECT_NE(Said([&] { walk(12, 13); }).find("block 12 of record"), std::string::npos);
     EXPECT_EQ(walk(13, 14).back(), 13);
+    for (const std::size_t bytes : {std::size_t{40000}, std::size_t{0}}) { // of a block ahead, and of none
+        store.SetCacheBytes(bytes);
+        EXPECT_EQ(walk(1, 6), (std::vector{1, 2, 3, 41, 5}));
+    }
 }
 
 TEST_F(StoreTest, An_old_version_of_a_class_is_read_through_its_own_metadata_and_upgraded_by_a_save)

@@ -157,10 +157,9 @@ public:
 private:
     static constexpr sql_Form FORM = sql_Form::PAGED_LIST + sql_KindOf<T>;
     static constexpr int SIZE = sql_Records::BLOCK_LENGTH;
-    // Looking for a journal and locking the file costs a tenth of a block's reading: a walk does it once for so many more
-    // blocks, where the cache has ample room for them.
+    // Looking for a journal, locking and unlocking the file are eight system calls for a block: a walk makes them once for
+    // so many more blocks, where these take a small part of the cache.
     static constexpr int AHEAD = 8;
-    static constexpr std::size_t AHEAD_LIMIT = 4 * AHEAD * SIZE * sizeof(double);
 
     typename std::vector<cls_ArrayPrim<T>*>::const_iterator Find(const cls_Uid& uid) const noexcept
     {
@@ -183,7 +182,8 @@ private:
     void ReadBlock(int start, int count, T* values);
     /// False when there is no such block, or one of another length.
     bool TakeBlock(int start, int count, T* values);
-    void ReadAhead(sql_BlockCache& cache, std::int64_t block);
+    /// The blocks from `block` on, which are about as large as `blockBytes`, into the cache.
+    void ReadAhead(sql_BlockCache& cache, std::int64_t block, std::size_t blockBytes);
     void PutBlock(int start, int count, const T* values);
     void WriteInBlock(int start, int offset, int count, const T* values);
     /// Values that nobody set, from the end of the list up to `first`.
@@ -221,25 +221,31 @@ template <class T> bool ListAgent<T>::TakeBlock(int start, int count, T* values)
     }
     sql_Records& records = m_session->Reading();
     bool isTaken = false;
+    std::size_t bytesRead = 0;
     const auto read = [&](std::string_view bytes) {
+        bytesRead = bytes.size();
         isTaken = sql_ReadItems(bytes, values, size);
         if (isTaken && cache != nullptr && !isNext) {
             cache->Put(m_record, place, m_stored->revision, bytes, sql_BlockCache::Use::AGAIN);
         }
     };
-    if (isNext && cache != nullptr && cache->Limit() >= AHEAD_LIMIT && !records.InTransaction()) {
+    if (isNext && cache != nullptr && !records.InTransaction()) {
         const sql_ReadScope scope(records);
         records.ReadBlock(m_record, place, std::ref(read));
-        ReadAhead(*cache, place + 1);
+        if (isTaken) {
+            ReadAhead(*cache, place + 1, bytesRead);
+        }
     } else {
         records.ReadBlock(m_record, place, std::ref(read));
     }
     return isTaken;
 }
 
-template <class T> void ListAgent<T>::ReadAhead(sql_BlockCache& cache, std::int64_t block)
+template <class T> void ListAgent<T>::ReadAhead(sql_BlockCache& cache, std::int64_t block, std::size_t blockBytes)
 {
-    const std::int64_t end = std::min<std::int64_t>(block + AHEAD, (std::int64_t{m_stored->length} + SIZE - 1) / SIZE);
+    const std::size_t room = cache.Limit() / 4 / (blockBytes + 1);
+    const std::int64_t stored = (std::int64_t{m_stored->length} + SIZE - 1) / SIZE;
+    const std::int64_t end = std::min(block + static_cast<std::int64_t>(std::min<std::size_t>(AHEAD, room)), stored);
     const auto keep = [&](std::string_view bytes) {
         cache.Put(m_record, block, m_stored->revision, bytes, sql_BlockCache::Use::ONCE);
     };

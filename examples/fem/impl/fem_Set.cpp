@@ -153,8 +153,8 @@ omu_Primitive* fem_Set::AddElements(omu_Arguments& arguments)
     arguments.Begin();
     const omu_InterfaceObj* const part = arguments.Get("Part", "part", nullptr);
     arguments.Get(labels, "labels");
-    if (part != nullptr &&
-        arguments.Alternative()) { // without a part it would undo that failure, the first of the call
+    // Without a part it would undo that failure, the first of the call.
+    if (part != nullptr && arguments.Alternative()) {
         arguments.Get(label, "labels");
         labels = {label};
     }
